@@ -1,0 +1,89 @@
+// The log facade: one entry for every message of the library and of its callers.
+//
+// A message passes if its level is not below the logger's. It becomes one line of at most 4095 bytes
+//   [2026-03-05 07:59:01 042] | Info | [VelmorCore] |4711| file.cpp:12|Ns::Func| message
+// in local time, which goes to the console, to the hourly log file and to the callback, all on the caller's
+// thread. Before the logger stands, lines go to the console only, unfiltered.
+//
+// All functions may be called on any thread, never fail visibly, and leave the caller's last error number
+// alone. Text is bytes of any encoding. `file` and `func` must not be null.
+#pragma once
+
+#include <VelmorCore/Export.h>
+
+namespace Velmor {
+
+// Levels. The numbers are stored and cross to managed code.
+enum ALogPriority : int {
+    ALogPriorityDebug = 0,
+    ALogPriorityInfo = 1,
+    ALogPriorityWarning = 2,
+    ALogPriorityEvent = 3,
+    ALogPriorityError = 4,
+    ALogPriorityNone = 5,
+};
+
+// Numbers of a developer-log record; their meaning is the caller's own.
+enum ProntelStage : int {};
+enum ProntelStatus : int {};
+
+}  // namespace Velmor
+
+namespace Ubrix {
+
+using Velmor::ALogPriority;
+using Velmor::ALogPriorityDebug;
+using Velmor::ALogPriorityError;
+using Velmor::ALogPriorityEvent;
+using Velmor::ALogPriorityInfo;
+using Velmor::ALogPriorityNone;
+using Velmor::ALogPriorityWarning;
+using Velmor::ProntelStage;
+using Velmor::ProntelStatus;
+
+// Receives each finished line, without a line feed, on the logging thread, one line at a time. `line` is
+// valid during the call only. A callback may log; it must not take a lock that a logging thread may hold.
+using LogCallback = void (*)(ALogPriority level, char const* line);
+
+// Makes the process-wide logger; a second call changes nothing. Runs while the library is loaded: not for
+// several threads at once.
+VELMORCORE_API void VelmorLogInit();
+
+// Logs a printf-style message. A null `fmt` is ignored. A filtered message costs one comparison: no
+// formatting, no allocation. Messages are cut at 4095 bytes.
+VELMORCORE_API void XLog(ALogPriority level, char const* file, unsigned int line, char const* func,
+                         char const* fmt, ...) VELMORCORE_PRINTF(5, 6);
+
+// Logs a finished message: no character of it is read as a format. A null `msg` is ignored.
+VELMORCORE_API void XLog2(ALogPriority level, char const* file, unsigned int line, char const* func,
+                          char const* msg);
+
+// Writes a developer-log record. If any text is null or any error code is 0, prints
+// "Error, Parameter is NULL." on the console instead.
+VELMORCORE_API void XLogDetail(ALogPriority level, char const* file, unsigned int line, char const* func,
+                               char const* module, char const* session, ProntelStage stage,
+                               ProntelStatus status, int errCode, int errCode2, char const* errorMsg,
+                               char const* userInfo, char const* resv, char const* fmt, ...)
+    VELMORCORE_PRINTF(14, 15);
+
+// Print a line on the console only, never filtered: a printf-style message, and a finished one. A null
+// message is ignored.
+VELMORCORE_API void PrintLogToConsoleFormat(ALogPriority level, char const* file, unsigned int line,
+                                            char const* func, char const* fmt, ...) VELMORCORE_PRINTF(5, 6);
+VELMORCORE_API void PrintLogToConsoleFormat2(ALogPriority level, char const* file, unsigned int line,
+                                             char const* func, char const* msg);
+
+// Sets the level: messages below it are dropped. A valid "LogLevel" in section "VelmorCore" of the remote
+// configuration's cache takes its place at each such call.
+VELMORCORE_API void SetUbrixLogLevel(ALogPriority level);
+
+// True if a message of `level` would pass. Callers ask it before they build an expensive message.
+VELMORCORE_API bool ACheckLogLevel(ALogPriority level);
+
+// Sets the callback, replacing the one before; null clears it. Ignored while no logger stands.
+VELMORCORE_API void SetUbrixLogCallback(LogCallback callback);
+
+// Turns the console output of passing lines on or off; on is the default. Ignored while no logger stands.
+VELMORCORE_API void SetConsoleOutput(bool enabled);
+
+}  // namespace Ubrix

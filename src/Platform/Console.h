@@ -1,0 +1,11 @@
+// Where lines for a developer's eyes go: the debugger's channel or standard error.
+#pragma once
+
+namespace Ubrix::Platform {
+
+// Prints `text` and a line feed in one piece, so that lines of several threads don't mix. `text` may not be
+// null. Needs nothing else of the library, and is usable before any of it stands. Thread-safe; failures are
+// ignored.
+void WriteConsoleLine(char const* text);
+
+}  // namespace Ubrix::Platform

@@ -1,0 +1,38 @@
+// What the standard library's streams don't offer of files and directories.
+//
+// Paths are zero-terminated byte strings, handed to the system's narrow functions unchanged. No argument may
+// be null unless a comment says so. All functions are thread-safe.
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace Ubrix::Platform {
+
+// True if a file or a directory of that name can be seen.
+bool PathExists(char const* path);
+// True if `path` names a directory.
+bool IsDirectory(char const* path);
+// Makes one directory, private to the user. False if it exists or can't be made.
+bool MakeDirectory(char const* path);
+// Deletes a file. False on failure.
+bool DeleteFileAt(char const* path);
+// Renames a file; an existing target is replaced in one step. False on failure, which leaves both as they
+// were.
+bool RenamePath(char const* from, char const* to);
+// Puts the bare names of a directory's entries into `names`, without "." and "..", in the system's order.
+// False if the directory can't be read; `names` is then unchanged.
+bool ListDirectory(char const* path, std::vector<std::string>& names);
+// The current working directory. False on failure, which leaves `path` unchanged and sets the last error.
+bool WorkingDirectory(std::string& path);
+// Opens a stream for binary output, truncating, on a file that only the user may read or write. Null on
+// failure. The caller closes it.
+std::FILE* OpenPrivateForWriting(char const* path);
+// Hands what was written to `stream` to the disk. False on failure.
+bool FlushToDisk(std::FILE* stream);
+
+// What stands between a directory and a name where the library builds its own directories: one character.
+extern char const kPathSeparator;
+
+}  // namespace Ubrix::Platform

@@ -1,0 +1,43 @@
+#include "Platform/Clock.h"
+
+#include <ctime>
+
+namespace Ubrix::Platform {
+
+CalendarTime LocalCalendarTime() {
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    tm local{};
+    localtime_r(&now.tv_sec, &local);
+    return {local.tm_year + 1900,
+            local.tm_mon + 1,
+            local.tm_mday,
+            local.tm_hour,
+            local.tm_min,
+            local.tm_sec,
+            static_cast<int>(now.tv_nsec / 1000000L)};
+}
+
+long long CalendarToEpoch(CalendarTime const& time, DaylightSaving daylightSaving) {
+    tm local{};
+    local.tm_year = time.year - 1900;
+    local.tm_mon = time.month - 1;
+    local.tm_mday = time.day;
+    local.tm_hour = time.hour;
+    local.tm_min = time.minute;
+    local.tm_sec = time.second;
+    local.tm_isdst = daylightSaving == DaylightSaving::Standard ? 0 : -1;
+    return mktime(&local);
+}
+
+long long EpochSeconds() {
+    return std::time(nullptr);
+}
+
+long long MonotonicMilliseconds() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<long long>(now.tv_sec) * 1000 + now.tv_nsec / 1000000L;
+}
+
+}  // namespace Ubrix::Platform

@@ -1,0 +1,14 @@
+// The body of RecursiveMutex, shared with Condition.
+#pragma once
+
+#include <pthread.h>
+
+#include "Platform/Mutex.h"
+
+namespace Ubrix::Platform {
+
+struct RecursiveMutex::Body {
+    pthread_mutex_t mutex;
+};
+
+}  // namespace Ubrix::Platform

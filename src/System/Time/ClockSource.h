@@ -1,0 +1,26 @@
+// Where the library reads time: the system's clocks, or a stand-in that a test puts in their place.
+#pragma once
+
+#include "Platform/Clock.h"
+
+namespace Ubrix {
+
+// Thread-safe: a source is read by any thread at any time.
+class ClockSource {
+public:
+    virtual ~ClockSource() = default;
+    // The local date and time now.
+    virtual Platform::CalendarTime Local() const;
+    // Seconds since 1970-01-01 UTC.
+    virtual long long EpochSeconds() const;
+    // Milliseconds of a clock that nobody can set. Durations are measured with it.
+    virtual long long MonotonicMilliseconds() const;
+
+    // The source in force.
+    static ClockSource const& Current();
+    // Puts `source` in force, or the system's clocks for null. The caller owns the source and keeps it alive
+    // while it is in force.
+    static void Replace(ClockSource const* source);
+};
+
+}  // namespace Ubrix

@@ -1,0 +1,46 @@
+// Entry of the unit tests. Each process works in an empty directory of its own, so that no test sees
+// another's files.
+#include <dirent.h>
+#include <ftw.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+std::string g_scratch;
+
+int RemoveEntry(char const* path, struct stat const*, int, struct FTW*) {
+    return std::remove(path);
+}
+
+void RemoveScratch() {
+    nftw(g_scratch.c_str(), RemoveEntry, 16, FTW_DEPTH | FTW_PHYS);
+}
+
+// Runs before the library's load steps, which take the working directory as the application's.
+__attribute__((constructor(101))) void EnterScratchDirectory() {
+    char const* base = std::getenv("TMPDIR");
+    static char path[256];
+    std::snprintf(path, sizeof path, "%s/velmorcore-test-XXXXXX", base != nullptr ? base : "/tmp");
+    if (mkdtemp(path) == nullptr || chdir(path) != 0) {
+        std::perror("scratch directory");
+        std::_Exit(2);
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    char path[512];
+    if (getcwd(path, sizeof path) == nullptr) {
+        return 2;
+    }
+    g_scratch = path;
+    std::atexit(RemoveScratch);
+    return RUN_ALL_TESTS();
+}
