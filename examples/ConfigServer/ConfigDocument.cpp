@@ -34,8 +34,9 @@ void CheckSection(std::string const& name, Json::Value const& section) {
     }
     for (std::string const& key : section.getMemberNames()) {
         if (!section[key].isString() && !section[key].isInt()) {
-            throw std::runtime_error("configuration: '" + key + "' of section '" + name +
-                                     "' is neither a string nor a 32-bit integer");
+            std::string problem = "configuration: '" + key;
+            problem.append("' of section '").append(name);
+            throw std::runtime_error(problem.append("' is neither a string nor a 32-bit integer"));
         }
     }
 }

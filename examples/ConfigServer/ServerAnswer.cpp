@@ -7,7 +7,7 @@ namespace Example {
 namespace {
 
 constexpr size_t kNesting = 100000;
-constexpr size_t kHugeBody = 64u * 1024 * 1024;
+constexpr size_t kHugeBody = size_t{64} * 1024 * 1024;
 
 struct GarbageKind {
     char const* name;

@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 
 #include <csignal>
+#include <cstdio>
 #include <ctime>
 #include <exception>
 #include <filesystem>
@@ -188,18 +189,22 @@ void Serve(CommandLine const& line) {
         std::to_string(server.Requests().size()) + " requests");
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int Run(int argc, char** argv) {
     CLI::App app("Serves a configuration over HTTPS on the loopback address.", "velmorcore_config_server");
     CommandLine line;
     DescribeOptions(app, line);
     CLI11_PARSE(app, argc, argv);
+    Serve(line);
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
     try {
-        Serve(line);
+        return Run(argc, argv);
     } catch (std::exception const& problem) {
-        std::cerr << "velmorcore_config_server: " << problem.what() << "\n";
+        std::fprintf(stderr, "velmorcore_config_server: %s\n", problem.what());
         return 1;
     }
-    return 0;
 }
