@@ -150,8 +150,8 @@ public:
     AString& operator=(AString const& other);
     // Null empties the string.
     AString& operator=(char const* text);
-    // Takes `length` bytes as they stand, zeros included. The source may not begin inside this string's own
-    // text, but at its first byte, when nothing changes.
+    // Takes `length` bytes as they stand, zeros included. They may lie in this string's own text; bytes that
+    // begin exactly at its first change nothing.
     void assign(char const* text, int length);
     // Both empty the string.
     void Clear();
@@ -285,9 +285,6 @@ public:
     AObject* Clone() const override;
 
 private:
-    // Makes room for `size` more bytes.
-    void resize(int size);
-
     AData _data;
 };
 
@@ -506,8 +503,9 @@ private:
 
     // Dictionaries can't be compared: always false.
     bool IsEqual(AObject const* other) const override;
-    // Takes over `key`; `value` is owned as the mark says that the caller has just set.
-    void Put(AObject* key, AObject* value, bool owned);
+    void PutCopy(AObject const& key, AObject const& value);
+    // Puts `value` itself under a copy of `key`; who owns it is marked on it already.
+    void Put(AObject const& key, AObject* value);
 
     Entries* _entries;
 };
