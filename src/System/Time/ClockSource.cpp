@@ -1,5 +1,6 @@
 #include "System/Time/ClockSource.h"
 
+#include <algorithm>
 #include <atomic>
 
 namespace Ubrix {
@@ -7,6 +8,9 @@ namespace Ubrix {
 namespace {
 
 std::atomic<ClockSource const*> g_replacement{nullptr};
+
+// What one wait of the platform takes; a later moment needs several.
+constexpr long long kLongestWaitMs = 0x7FFFFFFF;
 
 }  // namespace
 
@@ -20,6 +24,17 @@ long long ClockSource::EpochSeconds() const {
 
 long long ClockSource::MonotonicMilliseconds() const {
     return Platform::MonotonicMilliseconds();
+}
+
+void ClockSource::WaitUntil(Platform::Event& event, long long moment) const {
+    if (moment == kNever) {
+        event.Wait();
+        return;
+    }
+    long long const left = moment - MonotonicMilliseconds();
+    if (left > 0) {
+        event.WaitFor(static_cast<unsigned int>(std::min(left, kLongestWaitMs)));
+    }
 }
 
 ClockSource const& ClockSource::Current() {

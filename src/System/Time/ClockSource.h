@@ -1,7 +1,9 @@
-// Where the library reads time: the system's clocks, or a stand-in that a test puts in their place.
+// Where the library reads time, and waits for it: the system's clocks, or a stand-in that a test puts in
+// their place.
 #pragma once
 
 #include "Platform/Clock.h"
+#include "Platform/Event.h"
 
 namespace Ubrix {
 
@@ -15,6 +17,11 @@ public:
     virtual long long EpochSeconds() const;
     // Milliseconds of a clock that nobody can set. Durations are measured with it.
     virtual long long MonotonicMilliseconds() const;
+    // Waits until `event` is set, and takes the signal, or until `moment` of the clock above. It may return
+    // before either: callers look at their own state, and wait again.
+    virtual void WaitUntil(Platform::Event& event, long long moment) const;
+    // A moment that never comes.
+    static constexpr long long kNever = 0x7FFFFFFFFFFFFFFFLL;
 
     // The source in force.
     static ClockSource const& Current();

@@ -1,0 +1,59 @@
+// The core object, and the start of the library.
+#pragma once
+
+#include <VelmorCore/Export.h>
+
+namespace Ubrix {
+
+// The core. Callers make it at the first use and release it at the end; both, and nothing else of this class,
+// must not race with each other or with another first use.
+class VELMORCORE_API IVelmorCore {
+public:
+    virtual ~IVelmorCore();
+    // Does nothing and returns 0. May be called any number of times.
+    virtual int Initialize() = 0;
+    // Sets the log level: 0 Debug, 1 Info, 2 Warning, 3 Event, 4 Error, 5 None. Any thread.
+    virtual void SetLogLevel(int level) = 0;
+    // The version, as "1.3.01.2706". The text is static.
+    virtual char const* GetVersion() = 0;
+    // Sets the base URL of the remote configuration, without its path, and fetches. Null is ignored. Any thread.
+    virtual void SetRemoteConfigUrl(char const* url) = 0;
+    // Forgets the URL and everything fetched. Any thread.
+    virtual void ClearRemoteConfigCache() = 0;
+
+    // The core, made at the first call. The library owns it.
+    static IVelmorCore& GetInstance();
+};
+
+class VELMORCORE_API CVelmorCore : public IVelmorCore {
+public:
+    int Initialize() override;
+    void SetLogLevel(int level) override;
+    char const* GetVersion() override;
+    void SetRemoteConfigUrl(char const* url) override;
+    void ClearRemoteConfigCache() override;
+
+    static CVelmorCore& GetInstance();
+    // Destroys the core and with it all services, in their order, on the calling thread; without a core it does
+    // nothing. Work queued for the game's thread is dropped. No transfer is waited for.
+    static void ReleaseInstance();
+
+    CVelmorCore(CVelmorCore const&) = delete;
+    CVelmorCore& operator=(CVelmorCore const&) = delete;
+
+private:
+    CVelmorCore();
+    ~CVelmorCore() override;
+    static CVelmorCore* _instance;
+};
+
+// Starts what stands for as long as the process runs: the kit's name, the logger with the configuration's cache,
+// and one sweep of old log files on a thread of its own. The library makes one while it is loaded, named
+// "Velmor". A further one overwrites the name and sweeps once more.
+class VELMORCORE_API UbrixInitializer {
+public:
+    UbrixInitializer();
+    explicit UbrixInitializer(char const* name);
+};
+
+}  // namespace Ubrix

@@ -1,0 +1,79 @@
+// What one module sees of the remote configuration.
+#pragma once
+
+#include <VelmorCore/Configure.h>
+#include <VelmorCore/Export.h>
+
+#include <cstdint>
+
+namespace Velmor {
+
+class IRemoteConfig;
+
+// Hears which keys of a module came in with a fetch.
+class RemoteConfigObserver {
+public:
+    // Runs on the thread of the transfer. `keys` is valid during the call only.
+    virtual void OnRemoteConfigRefreshed(IRemoteConfig* config, IStringIterator* keys) = 0;
+
+protected:
+    RemoteConfigObserver() = default;
+    ~RemoteConfigObserver() = default;
+    RemoteConfigObserver(RemoteConfigObserver const&) = default;
+    RemoteConfigObserver& operator=(RemoteConfigObserver const&) = default;
+};
+
+// Typed reads of one module's section, observers for it, the user's identity for the next fetch, and a fetch on
+// demand. Thread-safe. A null key gives the default and an Error line.
+class VELMORCORE_API IRemoteConfig {
+public:
+    virtual ~IRemoteConfig();
+    virtual int GetInt(char const* key, int defaultValue) = 0;
+    virtual std::int64_t GetLong(char const* key, std::int64_t defaultValue) = 0;
+    virtual double GetDouble(char const* key, double defaultValue) = 0;
+    virtual bool GetBool(char const* key, bool defaultValue) = 0;
+    // `*size`: the room in `value` in bytes; on success the text's length, the terminator not counted. A text that
+    // doesn't fit with its terminator, or a bad argument, gives false and leaves both as they were.
+    virtual bool GetString(char const* key, char* value, int* size, char const* defaultValue) = 0;
+    // A second addition of the same observer changes nothing. The configuration notifies one observer a module:
+    // of several, the first. The caller owns the observer.
+    virtual void AddObserver(RemoteConfigObserver* observer) = 0;
+    // Ends the notification of the module. After the call no notification of this observer begins; one that runs
+    // on another thread is waited for.
+    virtual void RemoveObserver(RemoteConfigObserver* observer) = 0;
+    // Stores who the user is, for the next fetch and for later runs. Starts no fetch.
+    virtual void SetUserInfo(int channelId, char const* openId) = 0;
+    // Fetches now, unless a fetch is under way.
+    virtual void Fetch() = 0;
+    // Do nothing; they keep their places.
+    virtual void Reserved1(void* a, void* b) = 0;
+    virtual void Reserved2(void* a, void* b) = 0;
+};
+
+// The view of the module that it is made for. The maker owns it; its destructor withdraws its observers.
+class VELMORCORE_API RemoteConfig : public IRemoteConfig {
+public:
+    // `module`: the name of the section; null is the empty name. The text is copied.
+    explicit RemoteConfig(char const* module);
+    ~RemoteConfig() override;
+    RemoteConfig(RemoteConfig const&) = delete;
+    RemoteConfig& operator=(RemoteConfig const&) = delete;
+
+    int GetInt(char const* key, int defaultValue) override;
+    std::int64_t GetLong(char const* key, std::int64_t defaultValue) override;
+    double GetDouble(char const* key, double defaultValue) override;
+    bool GetBool(char const* key, bool defaultValue) override;
+    bool GetString(char const* key, char* value, int* size, char const* defaultValue) override;
+    void AddObserver(RemoteConfigObserver* observer) override;
+    void RemoveObserver(RemoteConfigObserver* observer) override;
+    void SetUserInfo(int channelId, char const* openId) override;
+    void Fetch() override;
+    void Reserved1(void* a, void* b) override;
+    void Reserved2(void* a, void* b) override;
+
+private:
+    struct Body;
+    Body* _body;
+};
+
+}  // namespace Velmor

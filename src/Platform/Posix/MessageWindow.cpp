@@ -1,0 +1,271 @@
+#include "Platform/MessageWindow.h"
+
+#include <deque>
+#include <map>
+#include <utility>
+
+#include "Platform/Clock.h"
+#include "Platform/Condition.h"
+#include "Platform/Mutex.h"
+#include "Platform/Thread.h"
+
+namespace Ubrix::Platform {
+
+namespace {
+
+// A message whose sender waits; it stands on the sender's stack.
+struct SentMessage {
+    unsigned int message;
+    void* parameter;
+    bool answered = false;
+    bool handled = false;
+};
+
+struct PostedMessage {
+    unsigned int message;
+    void* parameter;
+};
+
+struct Window {
+    unsigned int thread;
+    WindowProcedure procedure;
+    std::deque<SentMessage*> sent;
+    std::deque<PostedMessage> posted;
+};
+
+// All windows of the process. The one lock guards every window and every sent message, and is never held
+// while a procedure runs; each change wakes everybody, for windows and their messages are few.
+struct Desk {
+    RecursiveMutex mutex;
+    Condition changed{mutex};
+    std::map<WindowHandle, Window> windows VC_GUARDED_BY(mutex);
+    std::uintptr_t lastHandle VC_GUARDED_BY(mutex) = 0;
+};
+
+// Never destroyed: threads may end, and close their windows, after the process has begun to exit.
+Desk& TheDesk() {
+    static Desk& desk = *new Desk;
+    return desk;
+}
+
+bool HasSent(Window const& window) {
+    return !window.sent.empty();
+}
+
+bool HasPosted(Window const& window) {
+    return !window.posted.empty();
+}
+
+bool HasAny(Window const& window) {
+    return HasSent(window) || HasPosted(window);
+}
+
+using WindowEntry = std::pair<WindowHandle const, Window>;
+
+// The calling thread's first window that `test` accepts, or null.
+WindowEntry* FindOwnWindow(Desk& desk, bool (*test)(Window const&)) VC_REQUIRES(desk.mutex) {
+    unsigned int const thread = CurrentThreadNumber();
+    for (WindowEntry& entry : desk.windows) {
+        if (entry.second.thread == thread && test(entry.second)) {
+            return &entry;
+        }
+    }
+    return nullptr;
+}
+
+// Lets the sender go on, whichever way the procedure was left.
+class Answer {
+public:
+    Answer(Desk& desk, SentMessage& sent) : _desk(desk), _sent(sent) {}
+    ~Answer() {
+        ScopedLock lock(_desk.mutex);
+        _sent.answered = true;
+        _sent.handled = true;
+        _desk.changed.Broadcast();
+    }
+    Answer(Answer const&) = delete;
+    Answer& operator=(Answer const&) = delete;
+
+private:
+    Desk& _desk;
+    SentMessage& _sent;
+};
+
+// Handles the oldest message sent to a window of the calling thread. False if there is none.
+bool HandleSent(Desk& desk) {
+    WindowHandle handle = WindowHandle::None;
+    WindowProcedure procedure{};
+    SentMessage* sent = nullptr;
+    {
+        ScopedLock lock(desk.mutex);
+        WindowEntry* entry = FindOwnWindow(desk, HasSent);
+        if (entry == nullptr) {
+            return false;
+        }
+        handle = entry->first;
+        procedure = entry->second.procedure;
+        sent = entry->second.sent.front();
+        entry->second.sent.pop_front();
+    }
+    Answer const answer(desk, *sent);
+    procedure.handle(handle, sent->message, sent->parameter);
+    return true;
+}
+
+// The same for posted messages.
+bool HandlePosted(Desk& desk) {
+    WindowHandle handle = WindowHandle::None;
+    WindowProcedure procedure{};
+    PostedMessage posted{};
+    {
+        ScopedLock lock(desk.mutex);
+        WindowEntry* entry = FindOwnWindow(desk, HasPosted);
+        if (entry == nullptr) {
+            return false;
+        }
+        handle = entry->first;
+        procedure = entry->second.procedure;
+        posted = entry->second.posted.front();
+        entry->second.posted.pop_front();
+    }
+    procedure.handle(handle, posted.message, posted.parameter);
+    return true;
+}
+
+// Waits until a message came to a window of the calling thread, or the time ran out.
+void AwaitMessage(Desk& desk, unsigned int milliseconds) {
+    long long const end = MonotonicMilliseconds() + milliseconds;
+    ScopedLock lock(desk.mutex);
+    while (FindOwnWindow(desk, HasAny) == nullptr) {
+        long long const left = end - MonotonicMilliseconds();
+        if (left <= 0) {
+            return;
+        }
+        desk.changed.WaitFor(static_cast<unsigned int>(left));
+    }
+}
+
+// Waits until the message was answered, and serves the calling thread's own windows meanwhile.
+bool AwaitAnswer(Desk& desk, SentMessage const& sent) {
+    for (;;) {
+        while (HandleSent(desk)) {
+        }
+        ScopedLock lock(desk.mutex);
+        if (sent.answered) {
+            return sent.handled;
+        }
+        if (FindOwnWindow(desk, HasSent) == nullptr) {
+            desk.changed.Wait();
+        }
+    }
+}
+
+// Closes the windows of a thread that ends.
+struct ThreadEnd {
+    bool hasWindows = false;
+    ~ThreadEnd() {
+        while (hasWindows && CloseOne()) {
+        }
+    }
+
+private:
+    static bool CloseOne() {
+        Desk& desk = TheDesk();
+        WindowHandle window = WindowHandle::None;
+        {
+            ScopedLock lock(desk.mutex);
+            WindowEntry const* entry = FindOwnWindow(desk, [](Window const&) { return true; });
+            window = entry != nullptr ? entry->first : WindowHandle::None;
+        }
+        return CloseMessageWindow(window);
+    }
+};
+
+thread_local ThreadEnd t_threadEnd;
+
+}  // namespace
+
+WindowHandle OpenMessageWindow(WindowProcedure const& procedure) {
+    t_threadEnd.hasWindows = true;
+    Desk& desk = TheDesk();
+    ScopedLock lock(desk.mutex);
+    auto const handle = static_cast<WindowHandle>(++desk.lastHandle);
+    desk.windows.emplace(handle, Window{CurrentThreadNumber(), procedure, {}, {}});
+    return handle;
+}
+
+bool MessageWindowExists(WindowHandle window) {
+    Desk& desk = TheDesk();
+    ScopedLock lock(desk.mutex);
+    return desk.windows.count(window) != 0;
+}
+
+bool CloseMessageWindow(WindowHandle window) {
+    Desk& desk = TheDesk();
+    Window closed{};
+    {
+        ScopedLock lock(desk.mutex);
+        auto const found = desk.windows.find(window);
+        if (found == desk.windows.end() || found->second.thread != CurrentThreadNumber()) {
+            return false;
+        }
+        closed = std::move(found->second);
+        desk.windows.erase(found);
+        for (SentMessage* sent : closed.sent) {
+            sent->answered = true;
+        }
+        desk.changed.Broadcast();
+    }
+    for (PostedMessage const& posted : closed.posted) {
+        closed.procedure.discard(posted.message, posted.parameter);
+    }
+    return true;
+}
+
+bool SendToMessageWindow(WindowHandle window, unsigned int message, void* parameter) {
+    Desk& desk = TheDesk();
+    SentMessage sent{message, parameter};
+    WindowProcedure procedure{};
+    {
+        ScopedLock lock(desk.mutex);
+        auto const found = desk.windows.find(window);
+        if (found == desk.windows.end()) {
+            return false;
+        }
+        if (found->second.thread == CurrentThreadNumber()) {
+            procedure = found->second.procedure;
+        } else {
+            found->second.sent.push_back(&sent);
+            desk.changed.Broadcast();
+        }
+    }
+    if (procedure.handle == nullptr) {
+        return AwaitAnswer(desk, sent);
+    }
+    procedure.handle(window, message, parameter);
+    return true;
+}
+
+bool PostToMessageWindow(WindowHandle window, unsigned int message, void* parameter) {
+    Desk& desk = TheDesk();
+    ScopedLock lock(desk.mutex);
+    auto const found = desk.windows.find(window);
+    if (found == desk.windows.end()) {
+        return false;
+    }
+    found->second.posted.push_back({message, parameter});
+    desk.changed.Broadcast();
+    return true;
+}
+
+bool PumpMessages(unsigned int waitMilliseconds) {
+    Desk& desk = TheDesk();
+    AwaitMessage(desk, waitMilliseconds);
+    bool handled = false;
+    while (HandleSent(desk) || HandlePosted(desk)) {
+        handled = true;
+    }
+    return handled;
+}
+
+}  // namespace Ubrix::Platform
