@@ -108,8 +108,8 @@ inline Limb TakeLimb(DoubleLimb sum, Limb& limb) {
     return (static_cast<Limb>(sum >> 64) << (64 - kLimbBits)) + (static_cast<Limb>(sum) >> kLimbBits);
 }
 
-// A product from its columns, each at most 5 * 800 * 2^104, to a number of bound 1. column(index) computes
-// one.
+// A product from its columns, each at most 5 * 800 * 2^104, to a number of bound 1. column computes the one
+// of an index.
 template <typename ColumnOf>
 Field<1> Reduce(ColumnOf column) {
     constexpr DoubleLimb kFold = kFold260;
@@ -196,8 +196,8 @@ void WriteField(Word* words, Field<kBound> const& number) {
     constexpr Limb kTopMask = (Limb{1} << kTopBits) - 1;
     Field<kBound> rest = number;
     Limb* const limb = rest.limb;
-    // What stands above bit 256 is folded in. The second time at most one is left there, the third time none.
-    for (int turn = 0; turn < 3; ++turn) {
+    // What stands above bit 256 is folded in. The second time that is one at most, and none remains.
+    for (int turn = 0; turn < 2; ++turn) {
         Limb carry = (limb[4] >> kTopBits) * kFold256;
         limb[4] &= kTopMask;
         for (int i = 0; i < kLimbs - 1; ++i) {

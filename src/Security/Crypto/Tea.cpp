@@ -109,8 +109,7 @@ private:
     Block _mixed;
 };
 
-// Copies the part of the plain stream's bytes [from, from + 8) that lies in [begin, end); data starts at
-// begin.
+// Copies what of the plain stream's bytes [from, from + 8) lies in [begin, end); data starts at begin.
 void CopyOut(unsigned char const* block, int from, int begin, int end, unsigned char* data) {
     int const first = std::max(from, begin);
     int const last = std::min(from + kBlock, end);
@@ -135,7 +134,7 @@ int zk_symmetry_encrypt2_length(int plainLength) {
     if (plainLength < 0 || plainLength > std::numeric_limits<int>::max() - kOverhead - (kBlock - 1)) {
         return 0;
     }
-    return (plainLength + kOverhead + kBlock - 1) / kBlock * kBlock;
+    return (plainLength + kOverhead + (kBlock - 1)) / kBlock * kBlock;
 }
 
 void zk_symmetry_encrypt2(void const* in, int inLength, void const* key, void* out, int* outLength) {
