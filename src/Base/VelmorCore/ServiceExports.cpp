@@ -13,7 +13,7 @@ void ubrix_target_unity_enable_ui_update() {
 }
 
 void ubrix_target_unity_update() {
-    Ubrix::RunHostUpdateQueue();
+    Ubrix::RunHostUpdateSelectors();
 }
 
 VelmorCoreNetworkState ubrix_network_GetNetworkState() {
