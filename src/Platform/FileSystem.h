@@ -16,7 +16,7 @@ bool PathExists(char const* path);
 bool IsDirectory(char const* path);
 // Makes one directory, private to the user. False if it exists or can't be made.
 bool MakeDirectory(char const* path);
-// Deletes a file. False on failure.
+// Deletes a file. False on failure, and for a directory.
 bool DeleteFileAt(char const* path);
 // Renames a file; an existing target is replaced in one step. False on failure, which leaves both as they
 // were.
@@ -34,5 +34,7 @@ bool FlushToDisk(std::FILE* stream);
 
 // What stands between a directory and a name where the library builds its own directories: one character.
 extern char const kPathSeparator;
+// What ends a line in a text file of this system.
+extern char const* const kLineEnd;
 
 }  // namespace Ubrix::Platform

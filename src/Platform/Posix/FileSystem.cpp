@@ -12,6 +12,7 @@
 namespace Ubrix::Platform {
 
 char const kPathSeparator = '/';
+char const* const kLineEnd = "\n";
 
 bool PathExists(char const* path) {
     return access(path, F_OK) == 0;
@@ -27,7 +28,7 @@ bool MakeDirectory(char const* path) {
 }
 
 bool DeleteFileAt(char const* path) {
-    return std::remove(path) == 0;
+    return unlink(path) == 0;
 }
 
 bool RenamePath(char const* from, char const* to) {

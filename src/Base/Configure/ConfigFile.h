@@ -1,0 +1,50 @@
+// A config file on a bundle.
+#pragma once
+
+#include <VelmorCore/Bundle.h>
+#include <VelmorCore/ConfigFile.h>
+#include <VelmorCore/Object.h>
+
+namespace Velmor {
+
+// Each call is as thread-safe as the bundle that it goes to.
+class ConfigFile : public IConfigFile {
+public:
+    // `name` null or "Velmor": the kit's own configuration. Else "<name>.config" in the cache directory;
+    // without a cache directory the object has no storage.
+    explicit ConfigFile(char const* name);
+    // Saves and closes the file, but for the kit's own.
+    ~ConfigFile() override;
+    ConfigFile(ConfigFile const&) = delete;
+    ConfigFile& operator=(ConfigFile const&) = delete;
+
+    bool SetCache(char const* section, char const* key, bool value) override;
+    bool SetCache(char const* section, char const* key, char const* value) override;
+    bool SetCache(char const* section, char const* key, std::int64_t value) override;
+    bool SetCache(char const* section, char const* key, int value) override;
+    bool RemoveValueForKey(char const* section, char const* key) override;
+    bool RemoveSection(char const* section) override;
+    bool RemoveAll() override;
+    bool SaveCacheToFile() override;
+    bool SetAndSave(char const* section, char const* key, bool value) override;
+    bool SetAndSave(char const* section, char const* key, char const* value) override;
+    bool SetAndSave(char const* section, char const* key, std::int64_t value) override;
+    bool SetAndSave(char const* section, char const* key, int value) override;
+    bool RemoveValueForKeyAndSave(char const* section, char const* key) override;
+    bool RemoveSectionAndSave(char const* section) override;
+    bool RemoveAllAndSave() override;
+    bool GetFromCache(char const* section, char const* key, bool defaultValue) override;
+    bool GetFromCache(char const* section, char const* key, char* value, int* size,
+                      char const* defaultValue) override;
+    int GetFromCache(char const* section, char const* key, int defaultValue) override;
+    std::int64_t GetFromCache(char const* section, char const* key, std::int64_t defaultValue) override;
+    bool IsContainKey(char const* section, char const* key) override;
+
+private:
+    // The storage, borrowed from the factory; null without one.
+    Ubrix::Bundle* _bundle = nullptr;
+    // Empty for the kit's own configuration.
+    Ubrix::AString _path;
+};
+
+}  // namespace Velmor

@@ -1,0 +1,13 @@
+// The request that asks the server for its configuration.
+#pragma once
+
+#include <string>
+
+namespace Velmor {
+
+// The whole URL: `baseUrl` as it stands, the path, `requestText` and the rule as query values, and the time
+// in seconds since 1970-01-01 UTC.
+std::string ComposeConfigUrl(std::string const& baseUrl, std::string const& requestText,
+                             long long epochSeconds);
+
+}  // namespace Velmor

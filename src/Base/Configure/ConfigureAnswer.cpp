@@ -1,0 +1,151 @@
+// The end of a fetch: what ConfigureImpl does with an answer or a failure, on the transfer's thread.
+#include <VelmorCore/Bundle.h>
+
+#include <string>
+
+#include "Base/Configure/ConfigAnswer.h"
+#include "Base/Configure/ConfigureImpl.h"
+#include "Base/Configure/ReportKeeper.h"
+#include "Base/Configure/StringIterator.h"
+#include "Storage/Log/LogMacros.h"
+#include "System/Time/ClockSource.h"
+
+namespace Velmor {
+
+using Ubrix::Value;
+using Ubrix::Platform::ScopedLock;
+
+namespace {
+
+constexpr char kFunction[] = "Velmor::ConfigureImpl::OnDataTaskFinished";
+constexpr char kSection[] = "VelmorCore";
+
+// Tells each module's observer which keys came in. Touches nothing but its arguments: an observer may take
+// the whole library down.
+void NotifyModules(ConfigureObservers& observers, Value const& modules) {
+    for (Ubrix::ValueConstIterator module = modules.begin(); module != modules.end(); ++module) {
+        if (!(*module).isObject()) {
+            VC_LOG(Error, kFunction, "Value is not Object type");
+            continue;
+        }
+        Value const& keys = *module;
+        StringIterator names;
+        for (Ubrix::ValueConstIterator key = keys.begin(); key != keys.end(); ++key) {
+            names.Add(key.memberName());
+        }
+        observers.Notify(module.memberName(), &names);
+    }
+}
+
+// One module into its section, without a save.
+void StoreModule(Ubrix::Bundle& cache, char const* name, Value const& keys) {
+    for (Ubrix::ValueConstIterator key = keys.begin(); key != keys.end(); ++key) {
+        cache.SetNoSave(name, key.memberName(), (*key).asString().c_str());
+    }
+}
+
+}  // namespace
+
+struct ConfigureImpl::Outcome {
+    Ubrix::DataTask* task;
+    int errorCode;
+    int httpStatus;
+    long long cost;
+    std::uint64_t length;
+};
+
+void ConfigureImpl::OnDataTaskFinished(Ubrix::DataTask* task, int errorCode, int httpStatus, char const* data,
+                                       std::uint64_t length) {
+    std::shared_ptr<ConfigureObservers> const observers = _observers;
+    Outcome outcome{task, errorCode, httpStatus, 0, length};
+    {
+        ScopedLock lock(_lock);
+        outcome.cost = Ubrix::ClockSource::Current().MonotonicMilliseconds() - _requestStart;
+        if (DropIfIgnored(outcome)) {
+            return;
+        }
+    }
+    VC_LOG(Info, kFunction,
+           "OnDataTaskFinished error:%d, httpStatus:%d, cost time %llu ms, data:%s, len:%llu", errorCode,
+           httpStatus, static_cast<unsigned long long>(outcome.cost), data != nullptr ? data : "",
+           static_cast<unsigned long long>(length));
+    Value modules;
+    bool const taken = errorCode == 0 ? TakeAnswer(outcome, data, length, modules) : TakeFailure(outcome);
+    if (taken) {
+        NotifyModules(*observers, modules);
+        ReportKeeper::GetInstance().Flush();
+    }
+}
+
+bool ConfigureImpl::DropIfIgnored(Outcome const& outcome) {
+    if (!_ignoreResult) {
+        return false;
+    }
+    _ignoreResult = false;
+    _state = kReady;
+    VC_LOG(Warning, kFunction,
+           "OnDataTaskFinished ignore result:(error:%d, httpStatus:%d, cost time %llu ms, len:%llu), "
+           "requestUrl:%s, setUrl:%s",
+           outcome.errorCode, outcome.httpStatus, static_cast<unsigned long long>(outcome.cost),
+           static_cast<unsigned long long>(outcome.length),
+           outcome.task != nullptr ? outcome.task->GetUrl() : "", _url.c_str());
+    return true;
+}
+
+// The answer is read before the lock is taken, since a large one takes its time; stored, it appears to
+// readers at once. False if the URL changed in the meantime.
+bool ConfigureImpl::TakeAnswer(Outcome const& outcome, char const* body, std::uint64_t length,
+                               Value& modules) {
+    int ruleId = 0;
+    int const result = ParseConfigAnswer(body, length, modules, ruleId);
+    ScopedLock lock(_lock);
+    if (DropIfIgnored(outcome)) {
+        return false;
+    }
+    Report(outcome);
+    if (result == 0) {
+        Store(modules, ruleId);
+    } else {
+        VC_LOG(Error, kFunction, "ParseJson error:%d", result);
+    }
+    _state = kFinished;
+    return true;
+}
+
+bool ConfigureImpl::TakeFailure(Outcome const& outcome) {
+    ScopedLock lock(_lock);
+    VC_LOG(Info, kFunction, "OnDataTaskFinished error:%d", outcome.errorCode);
+    _state = kFailed;
+    if (_retryCount == 0) {
+        Report(outcome);
+    }
+    Retry();
+    return true;
+}
+
+// Replaces the cache whole, in one write: a process that dies in the middle finds the old one again.
+void ConfigureImpl::Store(Value const& modules, int ruleId) {
+    if (ruleId > _ruleId) {
+        _ruleId = ruleId;
+        Ubrix::BundleFactory::GetInstance().GetDefaultBundle().Set(kSection, "rule_id", ruleId);
+    }
+    if (_cache == nullptr) {
+        return;
+    }
+    _cache->ClearNoSave();
+    _cache->SetNoSave(kSection, "RemoteConfigUrl", _url.c_str());
+    for (Ubrix::ValueConstIterator module = modules.begin(); module != modules.end(); ++module) {
+        if ((*module).isObject()) {
+            StoreModule(*_cache, module.memberName(), *module);
+        } else {
+            VC_LOG(Error, "Ubrix::BundleImpl::Set", "Value is not Object type");
+        }
+    }
+    _cache->Save();
+}
+
+void ConfigureImpl::Report(Outcome const& outcome) {
+    ReportKeeper::GetInstance().Add({outcome.errorCode, outcome.cost, _maxRetryCount - _retryCount});
+}
+
+}  // namespace Velmor

@@ -1,0 +1,313 @@
+#include "Base/Configure/ConfigureImpl.h"
+
+#include <VelmorCore/File.h>
+
+#include <cstdio>
+
+#include "Base/Configure/ConfigRequest.h"
+#include "Base/Configure/KitParameters.h"
+#include "Base/Ubrix/IBase.h"
+#include "Storage/Bundle/BundleImpl.h"
+#include "Storage/Log/LogMacros.h"
+#include "System/Time/ClockSource.h"
+#include "System/WWW/Task/DataTaskImpl.h"
+
+namespace Velmor {
+
+using Ubrix::Platform::ScopedLock;
+
+namespace {
+
+constexpr char kSection[] = "VelmorCore";
+constexpr char kUrlKey[] = "RemoteConfigUrl";
+constexpr char kMaxRetryKey[] = "RemoteConfigMaxRetryCount";
+constexpr char kNextGapKey[] = "RemoteConfigNextGap";
+constexpr char kCacheFile[] = "RemoteConfig.config";
+constexpr int kDefaultMaxRetries = 3;
+constexpr long long kDefaultGapSeconds = 86400;
+constexpr unsigned long long kRetryMilliseconds = 10000;
+// A task that is still telling its observers takes no request; they are short, so it is asked again soon.
+constexpr unsigned long long kBusyMilliseconds = 1000;
+
+// Which instance there is. A timer's callback holds the lock while it works on the instance, so that it never
+// meets one that has been deleted. Never destroyed, since threads may outlive main.
+struct InstanceHolder {
+    Ubrix::Platform::RecursiveMutex lock;
+    ConfigureImpl* instance VC_GUARDED_BY(lock) = nullptr;
+};
+
+InstanceHolder& TheHolder() {
+    static auto* const holder = new InstanceHolder;
+    return *holder;
+}
+
+}  // namespace
+
+Configure::Configure() = default;
+
+Configure::~Configure() = default;
+
+Configure* Configure::GetInstance() {
+    return ConfigureImpl::Instance();
+}
+
+ConfigureImpl* ConfigureImpl::Instance() {
+    InstanceHolder& holder = TheHolder();
+    ScopedLock lock(holder.lock);
+    if (holder.instance == nullptr) {
+        holder.instance = new ConfigureImpl;
+        Ubrix::IBase::AddReleaseCallback(ReleaseInstance);
+        // The instance stands before its cache is opened: opening logs, and a log callback may come back
+        // here.
+        holder.instance->OpenCache();
+    }
+    return holder.instance;
+}
+
+void ConfigureImpl::ReleaseInstance() {
+    InstanceHolder& holder = TheHolder();
+    ConfigureImpl* released = nullptr;
+    {
+        ScopedLock lock(holder.lock);
+        released = holder.instance.exchange(nullptr);
+    }
+    delete released;
+}
+
+ConfigureImpl::ConfigureImpl() : _observers(std::make_shared<ConfigureObservers>()) {}
+
+void ConfigureImpl::OpenCache() {
+    char const* directory = Ubrix::CPath::GetCachePath();
+    if (AString::IsNullOrEmpty(directory)) {
+        VC_LOG_CONSOLE(Error, "Velmor::ConfigureImpl::ConfigureImpl",
+                       "CachePath is empty, do not use bundle in JNI_ONLoad!!!");
+        directory = "";
+    }
+    AString path;
+    if (*directory != '\0') {
+        Ubrix::CPath::GetSubPath(path, directory, kCacheFile);
+    }
+    ScopedLock lock(_lock);
+    // Without a directory the bundle has no file, and answers with defaults.
+    _cache = std::make_unique<Ubrix::BundleImpl>(path.c_str());
+}
+
+ConfigureImpl::~ConfigureImpl() {
+    Ubrix::INetwork::GetInstance().RemoveObserver(this);
+    Ubrix::DataTask* task = nullptr;
+    {
+        ScopedLock lock(_lock);
+        task = _task;
+        _task = nullptr;
+    }
+    if (task != nullptr) {
+        // Waits for a callback that is running, which may want the lock; never for the network.
+        task->RemoveListener(this);
+        task->Cancel();
+        Ubrix::WWW::Destroy(task);
+    }
+}
+
+ConfigureImpl::State ConfigureImpl::CurrentState() {
+    ScopedLock lock(_lock);
+    return _state;
+}
+
+int ConfigureImpl::GetInt(char const* section, char const* key, int defaultValue) {
+    ScopedLock lock(_lock);
+    return _cache != nullptr ? _cache->Get(section, key, defaultValue) : defaultValue;
+}
+
+std::int64_t ConfigureImpl::GetLong(char const* section, char const* key, std::int64_t defaultValue) {
+    ScopedLock lock(_lock);
+    return _cache != nullptr ? _cache->Get(section, key, static_cast<long long>(defaultValue)) : defaultValue;
+}
+
+double ConfigureImpl::GetDouble(char const* section, char const* key, double defaultValue) {
+    AString const text = GetString(section, key, "");
+    double value = 0;
+    return std::sscanf(text.c_str(), "%lf", &value) == 1 ? value : defaultValue;
+}
+
+bool ConfigureImpl::GetBool(char const* section, char const* key, bool defaultValue) {
+    ScopedLock lock(_lock);
+    return _cache != nullptr ? _cache->Get(section, key, defaultValue) : defaultValue;
+}
+
+AString ConfigureImpl::GetString(char const* section, char const* key, char const* defaultValue) {
+    ScopedLock lock(_lock);
+    return _cache != nullptr ? _cache->Get(section, key, defaultValue) : AString(defaultValue);
+}
+
+void ConfigureImpl::AddObserver(char const* module, ConfigureObserver* observer) {
+    if (module != nullptr && observer != nullptr) {
+        _observers->Add(module, observer);
+    }
+}
+
+void ConfigureImpl::RemoveObserver(char const* module) {
+    if (module != nullptr) {
+        _observers->Remove(module);
+    }
+}
+
+void ConfigureImpl::StopTimer(Ubrix::CTimer& timer, unsigned int& id) {
+    if (id != 0) {
+        timer.StopTimer(id);
+        id = 0;
+    }
+}
+
+void ConfigureImpl::Start() {
+    {
+        ScopedLock lock(_lock);
+        StopTimer(_nextTimer, _nextTimerId);
+    }
+    std::int64_t const gap = GetLong(kSection, kNextGapKey, kDefaultGapSeconds);
+    StartOnce();
+    ScopedLock lock(_lock);
+    // Another thread may have started it in between.
+    StopTimer(_nextTimer, _nextTimerId);
+    _nextTimerId =
+        _nextTimer.StartTimer(static_cast<unsigned long long>(gap) * 1000ULL, true, OnNextTimer, this);
+}
+
+void ConfigureImpl::OnNextTimer(unsigned int /*id*/, void* userData) {
+    InstanceHolder& holder = TheHolder();
+    ScopedLock lock(holder.lock);
+    ConfigureImpl* instance = holder.instance.load(std::memory_order_relaxed);
+    if (instance == userData) {
+        instance->StartOnce();
+    }
+}
+
+void ConfigureImpl::StartOnce() {
+    bool const first = Initialize();
+    if (first) {
+        Ubrix::INetwork::GetInstance().AddObserver(this);
+    }
+    ScopedLock lock(_lock);
+    if (_url.empty()) {
+        VC_LOG(Warning, "Velmor::ConfigureImpl::StartOnce",
+               "Configure will not request remote config because of empty url!");
+        return;
+    }
+    _maxRetryCount = GetInt(kSection, kMaxRetryKey, kDefaultMaxRetries);
+    _retryCount = _maxRetryCount;
+    Request();
+}
+
+// True for the call that initialised.
+bool ConfigureImpl::Initialize() {
+    ScopedLock lock(_lock);
+    if (_state != kUninitialized) {
+        return false;
+    }
+    _ruleId = 0;
+    if (_url.empty()) {
+        _url = GetString(kSection, kUrlKey, "").c_str();
+    }
+    _channel = ChannelId().c_str();
+    _openId = OpenId().c_str();
+    _state = kReady;
+    return true;
+}
+
+void ConfigureImpl::Request() {
+    constexpr char kFunction[] = "Velmor::ConfigureImpl::_Request";
+    if (_state == kRequesting) {
+        VC_LOG(Info, kFunction, "RemoteConfig state == kRequesting");
+        return;
+    }
+    _channel = ChannelId().c_str();
+    _openId = OpenId().c_str();
+    VC_LOG(Info, kFunction, "Request config, channel: %s, openID: %s,  ruleID: %d", _channel.c_str(),
+           _openId.c_str(), _ruleId);
+    AString const parameters = RequestText();
+    VC_LOG(Info, kFunction, "comParams: %s", parameters.c_str());
+    Transmit(ComposeConfigUrl(_url, parameters.c_str(), Ubrix::ClockSource::Current().EpochSeconds()));
+}
+
+void ConfigureImpl::Transmit(std::string const& url) {
+    constexpr char kFunction[] = "Velmor::ConfigureImpl::_Request";
+    _state = kRequesting;
+    if (_task == nullptr) {
+        _task = Ubrix::WWW::Request(url.c_str());
+        _task->SetListener(this);
+    }
+    _task->SetUrl(url.c_str());
+    VC_LOG(Info, kFunction, "RemoteConfig url:%s, maxRetryCount %d, retryCount %d", _url.c_str(),
+           _maxRetryCount, _retryCount);
+    _requestStart = Ubrix::ClockSource::Current().MonotonicMilliseconds();
+    if (!Ubrix::DataTaskImpl::TryGet(_task)) {
+        // No answer will come to end this state.
+        _state = kFailed;
+        StartRetryTimer(kBusyMilliseconds);
+    }
+}
+
+void ConfigureImpl::Retry() {
+    if (_retryCount > 0) {
+        --_retryCount;
+        StartRetryTimer(kRetryMilliseconds);
+    }
+}
+
+void ConfigureImpl::StartRetryTimer(unsigned long long milliseconds) {
+    StopTimer(_retryTimer, _retryTimerId);
+    _retryTimerId = _retryTimer.StartTimer(milliseconds, false, OnRetryTimer, this);
+}
+
+void ConfigureImpl::OnRetryTimer(unsigned int /*id*/, void* userData) {
+    InstanceHolder& holder = TheHolder();
+    ScopedLock holderLock(holder.lock);
+    ConfigureImpl* instance = holder.instance.load(std::memory_order_relaxed);
+    if (instance == userData) {
+        ScopedLock lock(instance->_lock);
+        instance->Request();
+    }
+}
+
+void ConfigureImpl::ForgetCache() {
+    if (_cache != nullptr) {
+        _cache->Clear();
+    }
+    if (_state == kRequesting) {
+        _ignoreResult = true;
+    }
+}
+
+void ConfigureImpl::SetUrl(char const* url) {
+    if (url == nullptr) {
+        return;
+    }
+    {
+        ScopedLock lock(_lock);
+        if (_url != url) {
+            VC_LOG(Info, "Velmor::ConfigureImpl::SetUrl", "change url form [%s] to [%s]", _url.c_str(), url);
+            _url = url;
+            ForgetCache();
+            if (_cache != nullptr) {
+                _cache->Set(kSection, kUrlKey, url);
+            }
+        }
+    }
+    StartOnce();
+}
+
+void ConfigureImpl::Clear() {
+    ScopedLock lock(_lock);
+    _url.clear();
+    ForgetCache();
+}
+
+void ConfigureImpl::OnNetworkStateChanged(Ubrix::ANetworkState state) {
+    State const current = CurrentState();
+    VC_LOG(Info, "Velmor::ConfigureImpl::OnNetworkStateChanged", "ANetworkState %d, _state %d",
+           static_cast<int>(state), static_cast<int>(current));
+    if (state != Ubrix::ANetworkStateNotReachable && current == kFailed) {
+        StartOnce();
+    }
+}
+
+}  // namespace Velmor

@@ -1,0 +1,99 @@
+// The remote configuration: fetch, cache, reads, refresh.
+#pragma once
+
+#include <VelmorCore/Bundle.h>
+#include <VelmorCore/Configure.h>
+#include <VelmorCore/Http.h>
+#include <VelmorCore/Network.h>
+#include <VelmorCore/Timer.h>
+#include <VelmorCore/Value.h>
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "Base/Configure/ConfigureObservers.h"
+#include "Platform/Mutex.h"
+
+namespace Velmor {
+
+// Thread-safe. Callers' threads, timer threads, the network's fan-out and the transfer's worker come here.
+//
+// Locks: the instance lock (which instance there is, and its timers' right to run) comes before `_lock` (the
+// state), and `_lock` before the locks of bundle, parameters, timers and task. Never held: `_lock` while
+// observers run, while the network's observer list changes, or while a listener is withdrawn, since each of
+// these may wait for a thread that wants `_lock`.
+class ConfigureImpl : public Configure, public Ubrix::CNetworkObserver, public Ubrix::DataTask::Listener {
+public:
+    enum State { kUninitialized = 0, kReady = 1, kRequesting = 2, kFinished = 3, kFailed = 4 };
+
+    static ConfigureImpl* Instance();
+    static void ReleaseInstance();
+
+    void Start() override;
+    int GetInt(char const* section, char const* key, int defaultValue) override;
+    std::int64_t GetLong(char const* section, char const* key, std::int64_t defaultValue) override;
+    double GetDouble(char const* section, char const* key, double defaultValue) override;
+    bool GetBool(char const* section, char const* key, bool defaultValue) override;
+    AString GetString(char const* section, char const* key, char const* defaultValue) override;
+    void AddObserver(char const* module, ConfigureObserver* observer) override;
+    void RemoveObserver(char const* module) override;
+    void StartOnce() override;
+    void SetUrl(char const* url) override;
+    void Clear() override;
+
+    void OnNetworkStateChanged(Ubrix::ANetworkState state) override;
+    void OnDataTaskFinished(Ubrix::DataTask* task, int errorCode, int httpStatus, char const* data,
+                            std::uint64_t length) override;
+
+    // The state, for tests and log lines.
+    State CurrentState();
+
+private:
+    struct Outcome;
+
+    ConfigureImpl();
+    ~ConfigureImpl() override;
+    void OpenCache();
+
+    bool Initialize();
+    void Request() VC_REQUIRES(_lock);
+    void Transmit(std::string const& url) VC_REQUIRES(_lock);
+    void Retry() VC_REQUIRES(_lock);
+    void StartRetryTimer(unsigned long long milliseconds) VC_REQUIRES(_lock);
+    void StopTimer(Ubrix::CTimer& timer, unsigned int& id) VC_REQUIRES(_lock);
+    void ForgetCache() VC_REQUIRES(_lock);
+
+    bool DropIfIgnored(Outcome const& outcome) VC_REQUIRES(_lock);
+    bool TakeAnswer(Outcome const& outcome, char const* body, std::uint64_t length, Ubrix::Value& modules);
+    bool TakeFailure(Outcome const& outcome);
+    void Store(Ubrix::Value const& modules, int ruleId) VC_REQUIRES(_lock);
+    void Report(Outcome const& outcome) VC_REQUIRES(_lock);
+
+    static void OnNextTimer(unsigned int id, void* userData);
+    static void OnRetryTimer(unsigned int id, void* userData);
+
+    Ubrix::Platform::RecursiveMutex _lock;
+    Ubrix::CTimer _nextTimer;
+    unsigned int _nextTimerId VC_GUARDED_BY(_lock) = 0;
+    Ubrix::CTimer _retryTimer;
+    unsigned int _retryTimerId VC_GUARDED_BY(_lock) = 0;
+    std::string _openId VC_GUARDED_BY(_lock);
+    std::string _channel VC_GUARDED_BY(_lock);
+    std::string _url VC_GUARDED_BY(_lock);
+    // The highest rule id that the server gave in this run.
+    int _ruleId VC_GUARDED_BY(_lock) = 0;
+    State _state VC_GUARDED_BY(_lock) = kUninitialized;
+    Ubrix::DataTask* _task VC_GUARDED_BY(_lock) = nullptr;
+    std::shared_ptr<ConfigureObservers> const _observers;
+    std::unique_ptr<Ubrix::Bundle> _cache VC_GUARDED_BY(_lock);
+    int _maxRetryCount VC_GUARDED_BY(_lock) = 0;
+    int _retryCount VC_GUARDED_BY(_lock) = 0;
+    // Monotonic milliseconds when the last request started.
+    long long _requestStart VC_GUARDED_BY(_lock) = 0;
+    // The answer under way is to be thrown away.
+    bool _ignoreResult VC_GUARDED_BY(_lock) = false;
+};
+
+}  // namespace Velmor

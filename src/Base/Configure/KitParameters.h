@@ -1,0 +1,21 @@
+// The getters of kit-wide parameters that ask the default bundle, and the text that tells a server who asks.
+#pragma once
+
+#include <VelmorCore/Object.h>
+
+namespace Velmor {
+
+using Ubrix::AString;
+
+// Who the user is, as last set here or by an earlier run; empty if never set.
+AString ChannelId();
+AString OpenId();
+
+// Stores both for this run and for later ones.
+void SetUserInfo(char const* channelId, char const* openId);
+
+// The device, the application and the user as compact JSON with a line feed at its end. Also kept in the
+// kit's parameters.
+AString RequestText();
+
+}  // namespace Velmor

@@ -1,0 +1,350 @@
+#include <VelmorCore/Object.h>
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <string_view>
+#include <typeinfo>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "Base/Container/AsText.h"
+
+namespace Ubrix {
+
+namespace {
+
+bool IsPlainString(AObject const& object) {
+    return typeid(object) == typeid(AString);
+}
+
+std::string_view TextOf(AObject const& string) {
+    return static_cast<AString const&>(string).c_str();
+}
+
+// Whether an AString could be equal to a key of this class only if the key is an AString itself. A class from
+// outside may compare itself as it likes.
+bool IsOurs(AObject const& key) {
+    auto const& type = typeid(key);
+    return type == typeid(AString) || type == typeid(ANumber) || type == typeid(AData) ||
+           type == typeid(AArray) || type == typeid(ADictionary) || type == typeid(AStringBuilder);
+}
+
+}  // namespace
+
+// The map is ordered by the keys' addresses. The index finds a plain string without a walk: it can equal one
+// plain string key at most, as long as no key is of a class from outside.
+struct ADictionary::Entries {
+    using Map = std::map<AObject*, AObject*>;
+
+    Map map;
+    // A copy of each key, in the order in which they first came in.
+    std::vector<AObject*> keys;
+    // The plain string keys of `map` by their text, which lies in the key.
+    std::unordered_map<std::string_view, AObject*> texts;
+    size_t foreignKeys = 0;
+
+    Map::iterator Find(AObject const& probe) {
+        if (foreignKeys == 0 && IsPlainString(probe)) {
+            auto const found = texts.find(TextOf(probe));
+            return found != texts.end() ? map.find(found->second) : map.end();
+        }
+        return std::find_if(map.begin(), map.end(),
+                            [&probe](Map::value_type const& entry) { return entry.first->IsEqual(&probe); });
+    }
+
+    std::vector<AObject*>::iterator FindListed(AObject const& probe) {
+        return std::find_if(keys.begin(), keys.end(),
+                            [&probe](AObject const* key) { return key->IsEqual(&probe); });
+    }
+
+    void Index(AObject* key) {
+        if (IsPlainString(*key)) {
+            texts.emplace(TextOf(*key), key);
+        } else if (!IsOurs(*key)) {
+            ++foreignKeys;
+        }
+    }
+
+    void Unindex(AObject const& key) {
+        if (IsPlainString(key)) {
+            texts.erase(TextOf(key));
+        } else if (!IsOurs(key)) {
+            --foreignKeys;
+        }
+    }
+
+    // Puts `key` in place of one that is equal to it.
+    void Reindex(AObject const& old, AObject* key) {
+        if (IsPlainString(old) && IsPlainString(*key)) {
+            auto node = texts.extract(TextOf(old));
+            node.key() = TextOf(*key);
+            node.mapped() = key;
+            texts.insert(std::move(node));
+        } else {
+            Index(key);
+            Unindex(old);
+        }
+    }
+
+    // All that can fail for want of memory comes before the first change.
+    void Insert(std::unique_ptr<AObject> key, AObject* value) {
+        std::unique_ptr<AObject> listed(key->Clone());
+        if (keys.size() == keys.capacity()) {
+            keys.reserve(keys.size() * 2 + 8);
+        }
+        Map entry;
+        entry.emplace(key.get(), value);
+        Index(key.get());
+        map.insert(entry.extract(entry.begin()));
+        keys.push_back(listed.release());
+        static_cast<void>(key.release());
+    }
+
+    void Replace(Map::iterator old, std::unique_ptr<AObject> key, AObject* value) {
+        Reindex(*old->first, key.get());
+        auto node = map.extract(old);
+        std::unique_ptr<AObject> const oldKey(node.key());
+        AObject* const oldValue = node.mapped();
+        node.key() = key.release();
+        node.mapped() = value;
+        map.insert(std::move(node));
+        if (oldValue != value) {
+            Release(oldValue);
+        }
+    }
+
+    static void Release(AObject* value) {
+        if (value->IsOwned()) {
+            delete value;
+        }
+    }
+};
+
+ADictionary::ADictionary() : AObject(TypeDictionary), _entries(new Entries) {}
+
+ADictionary::ADictionary(ADictionary const& other) : ADictionary() {
+    for (auto const& entry : other._entries->map) {
+        Set(*entry.first, *entry.second);
+    }
+}
+
+ADictionary::~ADictionary() {
+    RemoveAll();
+    delete _entries;
+}
+
+ADictionary& ADictionary::operator=(ADictionary const& other) {
+    if (this != &other) {
+        // The other dictionary may be a value of this one: copy it before anything goes.
+        ADictionary copy(other);
+        std::swap(_entries, copy._entries);
+    }
+    return *this;
+}
+
+AObject* ADictionary::Clone() const {
+    return new ADictionary(*this);
+}
+
+void ADictionary::Set(ADictionary const& other) {
+    *this = other;
+}
+
+void ADictionary::PutCopy(AObject const& key, AObject const& value) {
+    std::unique_ptr<AObject> copy(value.Clone());
+    copy->_owned = true;
+    Put(key, copy.get());
+    static_cast<void>(copy.release());
+}
+
+void ADictionary::Put(AObject const& key, AObject* value) {
+    std::unique_ptr<AObject> copy(key.Clone());
+    copy->_owned = true;
+    auto const old = _entries->Find(*copy);
+    if (old == _entries->map.end()) {
+        _entries->Insert(std::move(copy), value);
+    } else {
+        _entries->Replace(old, std::move(copy), value);
+    }
+}
+
+void ADictionary::Set(AObject const& key, AObject const& value) {
+    PutCopy(key, value);
+}
+
+void ADictionary::Set(ANumber const& key, AObject const& value) {
+    PutCopy(key, value);
+}
+
+void ADictionary::Set(ANumber const& key, ANumber const& value) {
+    PutCopy(key, value);
+}
+
+void ADictionary::Set(char const* key, AObject const& value) {
+    if (key != nullptr) {
+        PutCopy(AString(key), value);
+    }
+}
+
+void ADictionary::Set(char const* key, ANumber const& value) {
+    if (key != nullptr) {
+        PutCopy(AString(key), value);
+    }
+}
+
+void ADictionary::Set(char const* key, char const* value) {
+    if (key != nullptr && value != nullptr) {
+        PutCopy(AString(key), AString(value));
+    }
+}
+
+void ADictionary::Set(ANumber const& key, char const* value) {
+    if (value != nullptr) {
+        PutCopy(key, AString(value));
+    }
+}
+
+void ADictionary::Set(AObject const& key, AObject* value) {
+    if (value != nullptr) {
+        value->_owned = false;
+        Put(key, value);
+    }
+}
+
+void ADictionary::Set(ANumber const& key, AObject* value) {
+    Set(static_cast<AObject const&>(key), value);
+}
+
+void ADictionary::Set(char const* key, AObject* value) {
+    if (key != nullptr) {
+        Set(static_cast<AObject const&>(AString(key)), value);
+    }
+}
+
+void ADictionary::Set(AObject* key, AObject* value) {
+    if (key != nullptr) {
+        Set(static_cast<AObject const&>(*key), value);
+    }
+}
+
+AObject* ADictionary::ObjectForKey(AObject const* key) const {
+    if (key == nullptr) {
+        return nullptr;
+    }
+    auto const entry = _entries->Find(*key);
+    return entry != _entries->map.end() ? entry->second : nullptr;
+}
+
+AObject* ADictionary::ObjectForKey(AObject const& key) const {
+    return ObjectForKey(&key);
+}
+
+AObject* ADictionary::ObjectForKey(ANumber const& key) const {
+    return ObjectForKey(&key);
+}
+
+AObject* ADictionary::ObjectForKey(char const* key) const {
+    if (key == nullptr) {
+        return nullptr;
+    }
+    AString const probe(key);
+    return ObjectForKey(&probe);
+}
+
+char const* ADictionary::CStringForKey(AObject const* key) const {
+    return AsCString(ObjectForKey(key));
+}
+
+char const* ADictionary::CStringForKey(AObject const& key) const {
+    return AsCString(ObjectForKey(&key));
+}
+
+char const* ADictionary::CStringForKey(ANumber const& key) const {
+    return AsCString(ObjectForKey(&key));
+}
+
+char const* ADictionary::CStringForKey(char const* key) const {
+    return AsCString(ObjectForKey(key));
+}
+
+AString const& ADictionary::AStringForKey(AObject const* key) const {
+    return AsAString(ObjectForKey(key));
+}
+
+AString const& ADictionary::AStringForKey(AObject const& key) const {
+    return AsAString(ObjectForKey(&key));
+}
+
+AString const& ADictionary::AStringForKey(ANumber const& key) const {
+    return AsAString(ObjectForKey(&key));
+}
+
+AString const& ADictionary::AStringForKey(char const* key) const {
+    return AsAString(ObjectForKey(key));
+}
+
+int ADictionary::Count() const {
+    return static_cast<int>(_entries->map.size());
+}
+
+AObject const* ADictionary::KeyAt(int index) const {
+    auto const& keys = _entries->keys;
+    return index >= 0 && static_cast<size_t>(index) < keys.size() ? keys[static_cast<size_t>(index)]
+                                                                  : nullptr;
+}
+
+char const* ADictionary::CStringKeyAt(int index) const {
+    return AsCString(KeyAt(index));
+}
+
+AString const& ADictionary::AStringKeyAt(int index) const {
+    return AsAString(KeyAt(index));
+}
+
+void ADictionary::Remove(AObject const* key) {
+    if (key == nullptr) {
+        return;
+    }
+    auto const place = _entries->FindListed(*key);
+    if (place == _entries->keys.end()) {
+        return;
+    }
+    // Deleted last: the caller's key may be this very one, from KeyAt, or the value.
+    std::unique_ptr<AObject> const listed(*place);
+    _entries->keys.erase(place);
+    auto const entry = _entries->Find(*key);
+    if (entry == _entries->map.end()) {
+        return;
+    }
+    std::unique_ptr<AObject> const stored(entry->first);
+    AObject* const value = entry->second;
+    _entries->Unindex(*stored);
+    _entries->map.erase(entry);
+    Entries::Release(value);
+}
+
+void ADictionary::Remove(ANumber const& key) {
+    Remove(&key);
+}
+
+void ADictionary::RemoveAll() {
+    _entries->texts.clear();
+    _entries->foreignKeys = 0;
+    for (auto const& entry : _entries->map) {
+        delete entry.first;
+        Entries::Release(entry.second);
+    }
+    _entries->map.clear();
+    for (AObject* key : _entries->keys) {
+        delete key;
+    }
+    _entries->keys.clear();
+}
+
+bool ADictionary::IsEqual(AObject const* /*other*/) const {
+    return false;
+}
+
+}  // namespace Ubrix

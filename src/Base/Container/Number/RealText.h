@@ -1,0 +1,16 @@
+// Real numbers as text, the same whatever locale the game has set.
+#pragma once
+
+#include <VelmorCore/Object.h>
+
+namespace Ubrix {
+
+// `value` with six decimals and a '.', whole however large it is.
+AString RealToText(double value);
+
+// Reads a number as the standard's strtod does in the "C" locale: after any white space, a sign, decimal or
+// "0x" hexadecimal digits with an exponent, "inf" or "nan". What follows is ignored, a number beyond the
+// range is infinite, one too near 0 is 0, and text that is no number gives 0. `text` must not be null.
+double TextToReal(char const* text);
+
+}  // namespace Ubrix

@@ -1,0 +1,35 @@
+// Everything that must exist when the library is loaded, in order. Nothing else in the library runs before
+// its first export is served: other namespace-scope objects are constants, or pointers that this file fills.
+//
+// It runs on the loading thread under the loader's lock, so it waits for no thread, and nothing here touches
+// the network.
+#include <VelmorCore/Core.h>
+
+#include "Base/Configure/ReportKeeper.h"
+#include "Storage/Bundle/BundleFactoryLoad.h"
+#include "System/WWW/Task/WWWTaskBase.h"
+
+namespace Ubrix {
+
+namespace {
+
+class LoadSteps {
+public:
+    LoadSteps() {
+        Velmor::ReportKeeper::Create();
+        // The logger asks the configuration for its level, which opens its cache.
+        _initializer = new UbrixInitializer("Velmor");
+        CreateBundleFactory();
+        WWWTaskBase::CreateRegistry();
+    }
+
+private:
+    // Never deleted: what it started lasts as long as the process.
+    UbrixInitializer* _initializer;
+};
+
+LoadSteps const g_loadSteps;
+
+}  // namespace
+
+}  // namespace Ubrix

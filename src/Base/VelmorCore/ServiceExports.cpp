@@ -1,0 +1,61 @@
+// The C functions of the host's update, the network state and the device.
+#include <VelmorCore/Network.h>
+#include <VelmorCore/System.h>
+#include <VelmorCore/velmorcore.h>
+
+#include <cstring>
+
+#include "Storage/Log/LogMacros.h"
+#include "System/Thread/ATargetBase.h"
+
+void ubrix_target_unity_enable_ui_update() {
+    Ubrix::EnableUiUpdate();
+}
+
+void ubrix_target_unity_update() {
+    Ubrix::RunHostUpdateSelectors();
+}
+
+VelmorCoreNetworkState ubrix_network_GetNetworkState() {
+    return Ubrix::CNetwork::GetInstance().GetNetworkState();
+}
+
+bool ubrix_network_GetDetailNetworkInfo(char* buffer, int size) {
+    Ubrix::AString encoded;
+    Ubrix::CNetwork::GetInstance().GetDetailNetworkInfo().Encode(encoded);
+    if (buffer == nullptr || size <= encoded.length()) {
+        VC_LOG(Error, "ubrix_network_GetDetailNetworkInfo", "network_GetDetailNetworkInfo data.size+1>size");
+        return false;
+    }
+    std::memcpy(buffer, encoded.data(), static_cast<std::size_t>(encoded.length()));
+    return true;
+}
+
+void ubrix_network_SetNetworkChangedCallback(VelmorCoreNetworkCallback callback) {
+    Ubrix::CNetwork::GetInstance().SetCallback(callback);
+}
+
+bool Ubrix_system_GetUUID(char* buffer, int size) {
+    VC_LOG(Info, "Ubrix_system_GetUUID", "Ubrix_system_GetUUID");
+    char const* id = Ubrix::CSystem::GetUdid();
+    std::size_t const length = id != nullptr ? std::strlen(id) : 0;
+    if (id == nullptr || buffer == nullptr || size < 0 || length + 1 > static_cast<std::size_t>(size)) {
+        VC_LOG(Error, "Ubrix_system_GetUUID", "Ubrix_system_GetUUID len>size");
+        return false;
+    }
+    std::memcpy(buffer, id, length);
+    std::memset(buffer + length, 0, static_cast<std::size_t>(size) - length);
+    return true;
+}
+
+bool Ubrix_system_GetIDFA() {
+    return false;
+}
+
+bool Ubrix_system_IsDeviceRooted() {
+    return Ubrix::CSystem::IsDeviceRooted();
+}
+
+int Ubrix_system_CheckPermission(int permission) {
+    return Ubrix::CSystem::CheckPermission(permission);
+}

@@ -1,0 +1,25 @@
+// Overwriting of secrets. Thread-safe.
+#pragma once
+
+#include <cstddef>
+
+namespace Ubrix {
+
+// Sets length bytes to zero, also where nothing reads them afterwards and a plain fill would be optimised
+// away.
+void Wipe(void* bytes, std::size_t length);
+
+// Wipes what it was given when it goes out of scope.
+template <typename T>
+class WipeAtExit {
+public:
+    explicit WipeAtExit(T& secret) : _secret(secret) {}
+    ~WipeAtExit() { Wipe(&_secret, sizeof _secret); }
+    WipeAtExit(WipeAtExit const&) = delete;
+    WipeAtExit& operator=(WipeAtExit const&) = delete;
+
+private:
+    T& _secret;
+};
+
+}  // namespace Ubrix

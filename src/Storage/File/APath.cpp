@@ -1,0 +1,289 @@
+#include <VelmorCore/File.h>
+
+#include <atomic>
+#include <climits>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "Base/Ubrix/CoreParameters.h"
+#include "Platform/FileSystem.h"
+#include "Storage/Log/LogMacros.h"
+
+namespace Ubrix {
+
+namespace {
+
+char const* StreamMode(FileMode mode) {
+    switch (mode) {
+        case FileModeCreate:
+        case FileModeReadWrite:
+            return "wb+";
+        case FileModeAppend:
+            return "ab+";
+        case FileModeWrite:
+            return "wb";
+        case FileModeRead:
+        default:
+            return "rb";
+    }
+}
+
+int Origin(FilePosition from) {
+    switch (from) {
+        case FilePositionCurrent:
+            return SEEK_CUR;
+        case FilePositionEnd:
+            return SEEK_END;
+        case FilePositionBegin:
+        default:
+            return SEEK_SET;
+    }
+}
+
+// Texts that are made at their first use and stay. Threads that come at once may each make one; the first to
+// arrive is the one that everybody gets.
+using KeptText = std::atomic<char const*>;
+
+KeptText g_appPath{nullptr};
+KeptText g_docPath{nullptr};
+KeptText g_cachePath{nullptr};
+KeptText g_defaultConfigFile{nullptr};
+
+char const* Keep(KeptText& kept, char const* text) {
+    std::size_t const size = std::strlen(text) + 1;
+    char* copy = new char[size];
+    std::memcpy(copy, text, size);
+    char const* expected = nullptr;
+    if (!kept.compare_exchange_strong(expected, copy, std::memory_order_acq_rel)) {
+        delete[] copy;
+        return expected;
+    }
+    return copy;
+}
+
+char const* OwnDirectory(KeptText& kept, char const* name) {
+    if (char const* path = kept.load(std::memory_order_acquire)) {
+        return path;
+    }
+    char const* app = CPath::GetAppPath();
+    if (app == nullptr) {
+        return nullptr;
+    }
+    AString path;
+    CPath::GetSubPath(path, app, name);
+    path += Platform::kPathSeparator;
+    CPath::CreatePath(path.CString());
+    return Keep(kept, path.CString());
+}
+
+}  // namespace
+
+CFile::CFile() : _stream(nullptr) {}
+
+CFile::~CFile() {
+    Close();
+}
+
+bool CFile::Open(char const* path, FileMode mode) {
+    if (path == nullptr) {
+        return false;
+    }
+    Close();
+    _path = path;
+    _stream = std::fopen(_path.CString(), StreamMode(mode));
+    return _stream != nullptr;
+}
+
+void CFile::Close() {
+    if (_stream != nullptr) {
+        std::fclose(_stream);
+        _stream = nullptr;
+    }
+}
+
+bool CFile::Exist() {
+    return _stream != nullptr && Exist(_path.CString());
+}
+
+bool CFile::Exist(char const* path) {
+    return path != nullptr && Platform::PathExists(path);
+}
+
+bool CFile::IsDir(char const* /*path*/) {
+    return true;
+}
+
+bool CFile::Remove(char const* path) {
+    return path != nullptr && Platform::DeleteFileAt(path);
+}
+
+bool CFile::Remove() {
+    return Remove(_path.CString());
+}
+
+bool CFile::Rename(char const* from, char const* to) {
+    return from != nullptr && to != nullptr && Platform::RenamePath(from, to);
+}
+
+int CFile::Read(void* buffer, unsigned int size) {
+    return Read(buffer, 0, size);
+}
+
+int CFile::Read(void* buffer, int position, unsigned int size) {
+    if (_stream == nullptr || buffer == nullptr) {
+        return -1;
+    }
+    if (size == 0 || std::fseek(_stream, position, SEEK_SET) != 0) {
+        return 0;
+    }
+    std::size_t const wanted = size < INT_MAX ? size : INT_MAX;
+    std::size_t const count = std::fread(buffer, 1, wanted, _stream);
+    if (count < wanted && std::ferror(_stream) != 0) {
+        std::clearerr(_stream);
+        return -1;
+    }
+    return static_cast<int>(count);
+}
+
+bool CFile::Write(void const* data, unsigned int size) {
+    if (_stream == nullptr || data == nullptr) {
+        return false;
+    }
+    if (size == 0) {
+        return true;
+    }
+    return std::fseek(_stream, 0, SEEK_SET) == 0 && std::fwrite(data, 1, size, _stream) == size &&
+           std::fflush(_stream) == 0;
+}
+
+bool CFile::Append(void const* data, unsigned int size) {
+    if (_stream == nullptr || data == nullptr) {
+        return false;
+    }
+    if (size == 0) {
+        return true;
+    }
+    return std::fseek(_stream, 0, SEEK_END) == 0 && std::fwrite(data, 1, size, _stream) == size;
+}
+
+unsigned int CFile::GetLength() {
+    if (_stream == nullptr) {
+        return 0;
+    }
+    long const position = std::ftell(_stream);
+    if (position < 0 || std::fseek(_stream, 0, SEEK_END) != 0) {
+        return 0;
+    }
+    long long const length = std::ftell(_stream);
+    if (std::fseek(_stream, position, SEEK_SET) != 0 || length < 0 || length > UINT_MAX) {
+        return 0;
+    }
+    return static_cast<unsigned int>(length);
+}
+
+unsigned long long CFile::Seek(unsigned long long offset, FilePosition from) {
+    if (_stream == nullptr) {
+        return 0;
+    }
+    long const low = static_cast<int>(static_cast<unsigned int>(offset));
+    if (std::fseek(_stream, low, Origin(from)) != 0) {
+        return 0;
+    }
+    long const position = std::ftell(_stream);
+    return position < 0 ? 0 : static_cast<unsigned long long>(position);
+}
+
+void CFile::SeekToBegin() {
+    Seek(0, FilePositionBegin);
+}
+
+void CFile::SeekToEnd() {
+    Seek(0, FilePositionEnd);
+}
+
+char const* CPath::GetAppPath() {
+    if (char const* path = g_appPath.load(std::memory_order_acquire)) {
+        return path;
+    }
+    std::string directory;
+    if (!Platform::WorkingDirectory(directory)) {
+        std::perror("getcwd error");
+        return nullptr;
+    }
+    return Keep(g_appPath, directory.c_str());
+}
+
+char const* CPath::GetDocPath() {
+    return OwnDirectory(g_docPath, "Doc");
+}
+
+char const* CPath::GetCachePath() {
+    return OwnDirectory(g_cachePath, "Cache");
+}
+
+char const* CPath::GetDefaultConfigFile() {
+    if (char const* path = g_defaultConfigFile.load(std::memory_order_acquire)) {
+        return path;
+    }
+    char const* cache = GetCachePath();
+    if (cache == nullptr) {
+        return nullptr;
+    }
+    AString name = CoreParameters::Get(CoreParameters::Field::KitName);
+    name += ".ini";
+    AString path(cache);
+    return Keep(g_defaultConfigFile, AppendSubPath(path, name.CString()).CString());
+}
+
+bool CPath::CreatePath(char const* path) {
+    return path != nullptr && Platform::MakeDirectory(path);
+}
+
+bool CPath::RemovePath(char const* /*path*/) {
+    return true;
+}
+
+void CPath::GetSubPath(AString& out, char const* dir, char const* sub) {
+    if (dir == nullptr || sub == nullptr) {
+        return;
+    }
+    std::string path(dir);
+    if (!path.empty() && path.back() != '/' && path.back() != '\\') {
+        path += '/';
+    }
+    path += sub;
+    out = path.c_str();
+}
+
+AString& CPath::AppendSubPath(AString& path, char const* sub) {
+    GetSubPath(path, path.CString(), sub);
+    return path;
+}
+
+void CPath::GetFileName(char const* path, AString& out) {
+    std::string const whole(path != nullptr ? path : "");
+    std::size_t separator = whole.rfind('\\');
+    if (separator == std::string::npos) {
+        separator = whole.rfind('/');
+    }
+    out = whole.c_str() + (separator == std::string::npos ? 0 : separator + 1);
+}
+
+bool CPath::GetFiles(char const* path, AArray* files) {
+    if (path == nullptr || files == nullptr) {
+        VC_LOG(Error, "Ubrix::CPath::GetFiles", "pszPath or files is NULL!");
+        return false;
+    }
+    std::vector<std::string> names;
+    if (!Platform::ListDirectory(path, names)) {
+        VC_LOG(Error, "Ubrix::CPath::GetFiles", "%s not found!", path);
+        return false;
+    }
+    for (std::string const& name : names) {
+        files->Add(name.c_str());
+    }
+    return true;
+}
+
+}  // namespace Ubrix

@@ -1,0 +1,211 @@
+#include "Storage/File/IniFileImp.h"
+
+#include <VelmorCore/Clock.h>
+
+#include <algorithm>
+#include <charconv>
+#include <climits>
+#include <cstdio>
+#include <memory>
+
+#include "Platform/FileSystem.h"
+#include "Storage/File/FileReplacement.h"
+#include "Storage/Log/LogMacros.h"
+
+namespace Ubrix {
+
+namespace {
+
+// Adds the lines that `block` completes to `lines`; the rest stays in `pending`.
+void TakeLines(std::string_view block, std::string& pending, IniLines& lines) {
+    while (!block.empty()) {
+        std::size_t const end = block.find_first_of("\r\n");
+        pending += block.substr(0, end);
+        if (end == std::string_view::npos) {
+            return;
+        }
+        if (!pending.empty()) {
+            lines.Append(pending);
+            pending.clear();
+        }
+        block.remove_prefix(end + 1);
+    }
+}
+
+// Reads as a formatted stream extraction does: white space, a sign, digits, and the bound for a number out of
+// range; but whatever locale the program has set.
+long long LeadingNumber(std::string_view text) {
+    std::size_t const first = text.find_first_not_of(" \t\n\v\f\r");
+    if (first == std::string_view::npos) {
+        return 0;
+    }
+    text.remove_prefix(first);
+    bool const negative = text.front() == '-';
+    if (text.front() == '+') {
+        text.remove_prefix(1);
+        if (!text.empty() && text.front() == '-') {
+            return 0;
+        }
+    }
+    long long number = 0;
+    auto const result = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (result.ec == std::errc::result_out_of_range) {
+        return negative ? LLONG_MIN : LLONG_MAX;
+    }
+    return number;
+}
+
+AString ToAString(std::string const& text) {
+    return AString(text.data(), static_cast<int>(std::min<std::size_t>(text.size(), INT_MAX)));
+}
+
+void Tell(bool* found, bool value) {
+    if (found != nullptr) {
+        *found = value;
+    }
+}
+
+}  // namespace
+
+IniFile* CreateIniFile(char const* path) {
+    return new CIniFileImpl(path);
+}
+
+CIniFileImpl::CIniFileImpl(char const* path) : _path(path != nullptr ? path : "") {
+    long long const start = CTime::GetTimeTick();
+    if (!CIniFileImpl::Load()) {
+        Platform::DeleteFileAt(_path.c_str());
+    }
+    long long const end = CTime::GetTimeTick();
+    VC_LOG_CONSOLE(Info, "Ubrix::CIniFileImpl::CIniFileImpl", "load config file cost %lld us", end - start);
+}
+
+CIniFileImpl::~CIniFileImpl() {
+    if (_savesAtEnd) {
+        SaveChecked();
+    }
+}
+
+bool CIniFileImpl::Load() {
+    Platform::ScopedLock lock(_lock);
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> const stream(std::fopen(_path.c_str(), "rb"),
+                                                                 std::fclose);
+    if (stream == nullptr) {
+        return false;
+    }
+    _lines.Clear();
+    std::string pending;
+    char block[4096];
+    while (std::size_t const count = std::fread(block, 1, sizeof block, stream.get())) {
+        TakeLines(std::string_view(block, count), pending, _lines);
+    }
+    return true;
+}
+
+bool CIniFileImpl::Save() {
+    SaveChecked();
+    return true;
+}
+
+bool CIniFileImpl::SaveChecked() {
+    Platform::ScopedLock lock(_lock);
+    FileReplacement replacement(_path);
+    std::string_view const lineEnd = Platform::kLineEnd;
+    for (std::string const& line : _lines.All()) {
+        replacement.Write(line.data(), line.size());
+        replacement.Write(lineEnd.data(), lineEnd.size());
+    }
+    return replacement.Finish() && replacement.Commit();
+}
+
+AString CIniFileImpl::ReadString(char const* section, char const* key, char const* defaultValue,
+                                 bool* found) {
+    if (section == nullptr || key == nullptr) {
+        VC_LOG(Error, "Ubrix::CIniFileImpl::ReadString", "s == NULL || key == NULL");
+        Tell(found, false);
+        return AString();
+    }
+    Platform::ScopedLock lock(_lock);
+    std::string value;
+    bool const present = _lines.Read(section, key, value) == IniLines::Lookup::Found;
+    Tell(found, present);
+    return present ? ToAString(value) : AString(defaultValue);
+}
+
+AString CIniFileImpl::ReadString(char const* section, char const* key, char const* defaultValue) {
+    bool found = false;
+    return ReadString(section, key, defaultValue, &found);
+}
+
+int CIniFileImpl::ReadInt(char const* section, char const* key, int defaultValue, bool* found) {
+    AString const text = ReadString(section, key, "", found);
+    if (text.Empty()) {
+        return defaultValue;
+    }
+    return static_cast<int>(std::clamp<long long>(LeadingNumber(text.CString()), INT_MIN, INT_MAX));
+}
+
+int CIniFileImpl::ReadInt(char const* section, char const* key, int defaultValue) {
+    bool found = false;
+    return ReadInt(section, key, defaultValue, &found);
+}
+
+long long CIniFileImpl::ReadInt64(char const* section, char const* key, long long defaultValue, bool* found) {
+    AString const text = ReadString(section, key, "", found);
+    return text.Empty() ? defaultValue : LeadingNumber(text.CString());
+}
+
+long long CIniFileImpl::ReadInt64(char const* section, char const* key, long long defaultValue) {
+    bool found = false;
+    return ReadInt64(section, key, defaultValue, &found);
+}
+
+bool CIniFileImpl::WriteString(char const* section, char const* key, char const* value) {
+    if (section == nullptr || key == nullptr) {
+        return false;
+    }
+    Platform::ScopedLock lock(_lock);
+    _lines.Write(section, key, value != nullptr ? value : "");
+    return true;
+}
+
+bool CIniFileImpl::WriteInt(char const* section, char const* key, int value) {
+    return WriteString(section, key, std::to_string(value).c_str());
+}
+
+bool CIniFileImpl::WriteInt64(char const* section, char const* key, long long value) {
+    return WriteString(section, key, std::to_string(value).c_str());
+}
+
+void CIniFileImpl::GetKeys(char const* section, AArray* keys) {
+    if (section == nullptr || keys == nullptr) {
+        return;
+    }
+    Platform::ScopedLock lock(_lock);
+    for (std::string const& key : _lines.Keys(section)) {
+        keys->Add(ToAString(key));
+    }
+}
+
+bool CIniFileImpl::HasKey(char const* section, char const* key) {
+    Platform::ScopedLock lock(_lock);
+    return section != nullptr && key != nullptr && _lines.HasLineWithPrefix(section, key);
+}
+
+bool CIniFileImpl::RemoveSection(char const* section) {
+    Platform::ScopedLock lock(_lock);
+    return section != nullptr && _lines.RemoveSection(section);
+}
+
+bool CIniFileImpl::RemoveKey(char const* section, char const* key) {
+    Platform::ScopedLock lock(_lock);
+    return section != nullptr && key != nullptr && _lines.RemoveKey(section, key);
+}
+
+bool CIniFileImpl::Clear() {
+    Platform::ScopedLock lock(_lock);
+    _lines.Clear();
+    return true;
+}
+
+}  // namespace Ubrix

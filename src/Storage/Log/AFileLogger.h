@@ -1,0 +1,62 @@
+// The log files on disk: one a module and local hour,
+// <cache>/VelmorSDKLog/<module>/<module>_<YYYYMMDDHH>.log.
+#pragma once
+
+#include <VelmorCore/File.h>
+#include <VelmorCore/Object.h>
+
+#include <memory>
+#include <string>
+
+#include "Platform/Clock.h"
+#include "Platform/Mutex.h"
+
+namespace Ubrix {
+
+// Thread-safe. Failures cost the text at hand and are told on the console, since a failing log file can't
+// tell of itself; the next write starts afresh.
+class AFileLogger {
+public:
+    // What happens when the file is longer than the limit.
+    enum ExceedOperation : int { RestartFile = 0, RefuseLines = 1 };
+
+    // Creates nothing on disk. `sync` other than 0 keeps the file open between writes, under the extension
+    // "log"; 0 closes it after each write, under "xlog". `sizeLimitMiB` of 0 or less means no limit.
+    AFileLogger(char const* name, int sync, int sizeLimitMiB, int exceedOperation);
+    AFileLogger(AFileLogger const&) = delete;
+    AFileLogger& operator=(AFileLogger const&) = delete;
+    ~AFileLogger() = default;
+
+    // Appends to the file of the current hour. Null `data` or a zero `length` does nothing.
+    void Log2File(void const* data, unsigned int length);
+    void Log2File(char const* text);
+
+    // Deletes the oldest files of the module `name` beyond `maxCount` (a negative count sets no limit), then
+    // all that are older than `hours`. Anything else in the module's directory counts as older than any
+    // limit.
+    static void RemoveOldLogFiles(char const* name, int hours, int maxCount);
+
+    // The time that a bare file name declares, in seconds since 1970-01-01 UTC; 0, with a Warning line, for a
+    // name that isn't a log file's.
+    static long long GetLogFileTimeStamp(std::string const& fileName);
+
+private:
+    bool EnsureDirectory() VC_REQUIRES(_lock);
+    bool EnsureFile(bool newHour, Platform::CalendarTime const& now) VC_REQUIRES(_lock);
+    bool EnsureRoom() VC_REQUIRES(_lock);
+    bool OpenFileOfHour() VC_REQUIRES(_lock);
+    bool FilePathByTime(AString& path) const VC_REQUIRES(_lock);
+
+    // Guards everything below that changes, and is held for the length of a write: that keeps lines whole.
+    // Under it only the file system and the console are called.
+    Platform::RecursiveMutex _lock;
+    std::unique_ptr<CFile> _file VC_GUARDED_BY(_lock);
+    std::unique_ptr<Platform::CalendarTime> _lastTime VC_GUARDED_BY(_lock);
+    AString _directory VC_GUARDED_BY(_lock);
+    AString const _name;
+    int const _sync;
+    long long const _sizeLimit;
+    int const _exceedOperation;
+};
+
+}  // namespace Ubrix

@@ -1,0 +1,155 @@
+#include "Storage/Log/Logger.h"
+
+#include <VelmorCore/Clock.h>
+#include <VelmorCore/Configure.h>
+
+#include <cstring>
+
+#include "Base/Ubrix/CoreConfigReader.h"
+#include "Platform/Console.h"
+#include "Platform/LastError.h"
+#include "Storage/Log/LogLine.h"
+#include "Storage/Log/LogMacros.h"
+
+namespace Ubrix {
+
+namespace {
+
+constexpr char const* kLevelNames[] = {"Debug", "Info", "Warning", "Event", "Error", "None"};
+
+char LowerAscii(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool EqualIgnoringCase(char const* a, char const* b) {
+    while (*a != '\0' && LowerAscii(*a) == LowerAscii(*b)) {
+        ++a;
+        ++b;
+    }
+    return LowerAscii(*a) == LowerAscii(*b);
+}
+
+// The level of that name, or `otherwise`.
+int LevelByName(char const* name, int otherwise) {
+    int level = 0;
+    for (char const* known : kLevelNames) {
+        if (EqualIgnoringCase(known, name)) {
+            return level;
+        }
+        ++level;
+    }
+    return otherwise;
+}
+
+}  // namespace
+
+Logger::Logger(char const* module) : _module(module) {}
+
+Logger::~Logger() = default;
+
+bool Logger::IsAvailable() {
+    return true;
+}
+
+void Logger::Reserved1(void* /*a*/, void* /*b*/) {}
+
+void Logger::Reserved2(void* /*a*/) {}
+
+void Logger::SetOption(char const* key, int value) {
+    if (key == nullptr) {
+        VC_LOG_CONSOLE(Error, "Ubrix::Logger::SetOption", "Logger SetOption key is NULL");
+    } else if (std::strcmp(key, "LogMode") == 0) {
+        _logMode = value;
+    } else if (std::strcmp(key, "LogSingleSizeLimit") == 0) {
+        _singleSizeLimit = value;
+    } else if (std::strcmp(key, "LogExceedOp") == 0) {
+        _exceedOperation = value;
+    } else if (std::strcmp(key, "LogConsoleOutput") == 0) {
+        _consoleOutput.store(value, std::memory_order_relaxed);
+    } else {
+        VC_LOG_CONSOLE(Error, "Ubrix::Logger::SetOption", "Logger invalid key %s", key);
+    }
+}
+
+void Logger::SetCallback(LogCallback callback) {
+    _callback.store(callback, std::memory_order_release);
+}
+
+void Logger::SetLevel(ALogPriority level) {
+    _level.store(level, std::memory_order_relaxed);
+    AString const configured = Velmor::Configure::GetInstance()->GetString(_module.c_str(), "LogLevel", "");
+    if (!configured.empty()) {
+        _level.store(LevelByName(configured.c_str(), level), std::memory_order_relaxed);
+    }
+}
+
+ALogPriority Logger::GetLevel() {
+    return static_cast<ALogPriority>(_level.load(std::memory_order_relaxed));
+}
+
+void Logger::Init() {
+    if (_inited) {
+        return;
+    }
+    _fileLogger = std::make_unique<AFileLogger>(_module.c_str(), _sync, _singleSizeLimit, _exceedOperation);
+    // No file is mapped into memory; the words of this line are what readers of old logs look for.
+    long long const before = CTime::GetTimeTick();
+    long long const cost = CTime::GetTimeTick() - before;
+    VC_LOG(Info, "Ubrix::Logger::Init",
+           "log init module %s, logMode %d, sync:%d, use mmap:%d, mmap cost %lld us", _module.c_str(),
+           _logMode, _sync, 1, cost);
+    _inited = true;
+}
+
+void Logger::Log(ALogPriority level, char const* file, unsigned int line, char const* func,
+                 char const* /*tag*/, char const* msg) {
+    if (msg == nullptr || level < GetLevel()) {
+        return;
+    }
+    // A caller that logs between a failed system call and its error check must not notice.
+    Platform::LastErrorKeeper const keeper;
+    LogText text;
+    FormatLogLine(text, level, _module.c_str(), file, line, func, msg);
+    Deliver(level, text);
+}
+
+void Logger::Deliver(ALogPriority level, LogText& line) {
+    if (_consoleOutput.load(std::memory_order_relaxed) > 0) {
+        Platform::WriteConsoleLine(line);
+    }
+    if (_fileLogger != nullptr) {
+        // A line that fills its room goes without a line feed.
+        std::size_t const length = std::strlen(line);
+        bool const hasRoom = length + 1 < sizeof line;
+        line[length] = hasRoom ? '\n' : '\0';
+        _fileLogger->Log2File(line, static_cast<unsigned int>(hasRoom ? length + 1 : length));
+        line[length] = '\0';
+    }
+    Platform::ScopedLock lock(_lock);
+    if (LogCallback const callback = _callback.load(std::memory_order_acquire)) {
+        callback(level, line);
+    }
+}
+
+void Logger::LogDetail(ALogPriority level, char const* file, unsigned int line, char const* func,
+                       char const* module, char const* session, ProntelStage stage, ProntelStatus status,
+                       int errCode, int errCode2, char const* errorMsg, char const* userInfo,
+                       char const* resv, char const* msg) {
+    DetailRecord const record{module, session, stage, status, errCode, errCode2, errorMsg, userInfo, resv};
+    if (!IsComplete(record) || msg == nullptr) {
+        ReportIncompleteRecord();
+        return;
+    }
+    if (CoreConfigReader::GetInt("VelmorProntelLogMode", -1) != 1) {
+        return;
+    }
+    LogText text;
+    FormatDetailRecord(text, record, msg);
+    Log(level, file, line, func, "", text);
+}
+
+void Logger::RemoveOldLogFiles(int hours, int maxCount) {
+    AFileLogger::RemoveOldLogFiles(_module.c_str(), hours, maxCount);
+}
+
+}  // namespace Ubrix

@@ -1,0 +1,65 @@
+// The log engine: builds each line and hands it to the console, the hourly file and the callback.
+#pragma once
+
+#include <VelmorCore/Object.h>
+
+#include <atomic>
+#include <memory>
+
+#include "Platform/Mutex.h"
+#include "Storage/Log/AFileLogger.h"
+#include "Storage/Log/ILogger.h"
+#include "Storage/Log/LogLine.h"
+
+namespace Ubrix {
+
+// Thread-safe, but for Init. A line is written on the caller's thread; when Log returns it has gone through
+// the file's stream.
+class Logger : public Velmor::ILogger {
+public:
+    // `module` stands in every line and names the log directory.
+    explicit Logger(char const* module);
+    virtual ~Logger();
+    Logger(Logger const&) = delete;
+    Logger& operator=(Logger const&) = delete;
+
+    bool IsAvailable() override;
+    void Reserved1(void* a, void* b) override;
+    // The keys are "LogMode", "LogSingleSizeLimit" (MiB), "LogExceedOp" and "LogConsoleOutput" (above 0: on).
+    // The limit and its operation reach the file only if they are set before Init.
+    void SetOption(char const* key, int value) override;
+    void SetCallback(LogCallback callback) override;
+    // Sets the level; a level named by "LogLevel" in the module's section of the remote configuration
+    // replaces it.
+    void SetLevel(ALogPriority level) override;
+    void Init() override;
+    // `tag` plays no part.
+    void Log(ALogPriority level, char const* file, unsigned int line, char const* func, char const* tag,
+             char const* msg) override;
+    // Writes the record only if "VelmorProntelLogMode" is 1.
+    void LogDetail(ALogPriority level, char const* file, unsigned int line, char const* func,
+                   char const* module, char const* session, ProntelStage stage, ProntelStatus status,
+                   int errCode, int errCode2, char const* errorMsg, char const* userInfo, char const* resv,
+                   char const* msg) override;
+    ALogPriority GetLevel() override;
+    void RemoveOldLogFiles(int hours, int maxCount) override;
+    void Reserved2(void* a) override;
+
+private:
+    void Deliver(ALogPriority level, LogText& line);
+
+    // Held around the callback, so that it sees one line at a time. Recursive: a callback may log.
+    Platform::RecursiveMutex _lock;
+    std::unique_ptr<AFileLogger> _fileLogger;
+    std::atomic<int> _level{ALogPriorityInfo};
+    std::atomic<int> _consoleOutput{1};
+    std::atomic<LogCallback> _callback{nullptr};
+    AString const _module;
+    int const _sync = 1;
+    int _logMode = 0;
+    int _singleSizeLimit = 0;
+    int _exceedOperation = 0;
+    bool _inited = false;
+};
+
+}  // namespace Ubrix

@@ -1,0 +1,35 @@
+// A clock that stands still until a test moves it; in force for the length of a scope.
+#pragma once
+
+#include <atomic>
+
+#include "System/Time/ClockSource.h"
+
+namespace Test {
+
+class FakeClock : public Ubrix::ClockSource {
+public:
+    explicit FakeClock(Ubrix::Platform::CalendarTime const& local = {2026, 3, 5, 7, 59, 1, 42}) : _local(local) {
+        Ubrix::ClockSource::Replace(this);
+    }
+    ~FakeClock() override { Ubrix::ClockSource::Replace(nullptr); }
+    FakeClock(FakeClock const&) = delete;
+    FakeClock& operator=(FakeClock const&) = delete;
+
+    Ubrix::Platform::CalendarTime Local() const override { return _local; }
+    long long EpochSeconds() const override {
+        return Ubrix::Platform::CalendarToEpoch(_local, Ubrix::Platform::DaylightSaving::Unknown);
+    }
+    long long MonotonicMilliseconds() const override { return _monotonic.load(); }
+
+    // Not while another thread reads the clock.
+    void SetLocal(Ubrix::Platform::CalendarTime const& local) { _local = local; }
+    // Any thread.
+    void Advance(long long milliseconds) { _monotonic += milliseconds; }
+
+private:
+    Ubrix::Platform::CalendarTime _local;
+    std::atomic<long long> _monotonic{1000000};
+};
+
+}  // namespace Test
