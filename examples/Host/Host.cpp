@@ -291,7 +291,7 @@ void GameHost::ReadCache(char const* when) {
 
 void GameHost::MeetNoServer() {
     Listen();
-    _store->Fetch();
+    AskForNews();
     Wait([this] { return _log.Heard("httpStatus:0, cost time"); },
          "the request failed, as the library's log says");
     _journal.Check(_refreshes.Modules() == 0, "no module was told anything");

@@ -32,6 +32,7 @@ public:
 private:
     void Introduce();
     void Listen();
+    void AskForNews();
     void Fetch();
     void CollectKeys();
     void ReadThroughConfigure();
