@@ -1,7 +1,5 @@
-// A clock that stands still until a test moves it; in force for the length of a scope.
+// A wall clock that stands still until a test sets it; in force for the length of a scope. Durations stay real.
 #pragma once
-
-#include <atomic>
 
 #include "System/Time/ClockSource.h"
 
@@ -20,16 +18,12 @@ public:
     long long EpochSeconds() const override {
         return Ubrix::Platform::CalendarToEpoch(_local, Ubrix::Platform::DaylightSaving::Unknown);
     }
-    long long MonotonicMilliseconds() const override { return _monotonic.load(); }
 
     // Not while another thread reads the clock.
     void SetLocal(Ubrix::Platform::CalendarTime const& local) { _local = local; }
-    // Any thread.
-    void Advance(long long milliseconds) { _monotonic += milliseconds; }
 
 private:
     Ubrix::Platform::CalendarTime _local;
-    std::atomic<long long> _monotonic{1000000};
 };
 
 }  // namespace Test

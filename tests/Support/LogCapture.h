@@ -3,6 +3,8 @@
 
 #include <VelmorCore/Log.h>
 
+#include <chrono>
+#include <condition_variable>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -39,6 +41,18 @@ public:
         return count;
     }
     bool Has(std::string const& level, std::string const& message) const { return Count(level, message) > 0; }
+    // Waits until a line of `level` that ends in `message` has come. False after ten seconds.
+    bool Await(std::string const& level, std::string const& message) const {
+        auto const limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (!Has(level, message)) {
+            std::unique_lock<std::mutex> lock(Guard());
+            if (Came().wait_until(lock, limit) == std::cv_status::timeout) {
+                lock.unlock();
+                return Has(level, message);
+            }
+        }
+        return true;
+    }
     // All lines, for a failed test's message.
     std::string Text() const {
         std::lock_guard<std::mutex> lock(Guard());
@@ -61,6 +75,11 @@ private:
     static void Take(Ubrix::ALogPriority, char const* line) {
         std::lock_guard<std::mutex> lock(Guard());
         Lines().emplace_back(line);
+        Came().notify_all();
+    }
+    static std::condition_variable& Came() {
+        static std::condition_variable came;
+        return came;
     }
 
     Ubrix::ALogPriority _level;

@@ -1,6 +1,5 @@
 #include "Storage/Log/Logger.h"
 
-#include <VelmorCore/Configure.h>
 #include <VelmorCore/velmorcore.h>
 #include <gtest/gtest.h>
 
@@ -10,11 +9,10 @@
 #include <thread>
 #include <vector>
 
-#include "Base/Configure/ConfigureImpl.h"
 #include "Support/ConsoleCapture.h"
 #include "Support/FakeClock.h"
 #include "Support/Files.h"
-#include "Support/LogCapture.h"
+#include "Storage/Log/LogFacade.h"
 
 namespace {
 
@@ -88,22 +86,6 @@ TEST_F(LoggerTest, ACallbackMayLog) {
     // "inner" is complete when the file's next line is appended.
     ASSERT_EQ(g_lines.size(), 2U);
     EXPECT_NE(g_lines[1].find("inner"), std::string::npos);
-}
-
-TEST_F(LoggerTest, TheConfigurationsLevelWins) {
-    Velmor::Configure* configure = Velmor::Configure::GetInstance();
-    struct {
-        char const* configured;
-        int given;
-        int inForce;
-    } const cases[] = {{"warning", 0, 2}, {"ERROR", 0, 4}, {"none", 1, 5}, {"loud", 0, 0}, {"", 3, 3}};
-    for (auto const& row : cases) {
-        configure->Clear();
-        static_cast<Velmor::ConfigureImpl*>(configure)->SetValueForTest("VelmorCore", "LogLevel", row.configured);
-        SetUbrixLogLevel(static_cast<ALogPriority>(row.given));
-        EXPECT_EQ(CurrentLogger()->GetLevel(), row.inForce) << row.configured;
-    }
-    configure->Clear();
 }
 
 TEST_F(LoggerTest, OptionsAreNamedExactly) {

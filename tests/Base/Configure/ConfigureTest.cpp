@@ -1,0 +1,385 @@
+#include <VelmorCore/Configure.h>
+#include <VelmorCore/Network.h>
+#include <VelmorCore/RemoteConfig.h>
+#include <VelmorCore/velmorcore.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Base/Configure/ConfigureImpl.h"
+#include "Serializer/URLEncoder.h"
+#include "Storage/Log/LogFacade.h"
+#include "Support/Files.h"
+#include "Support/LogCapture.h"
+#include "Support/ScriptedTransport.h"
+#include "Support/SteppedClock.h"
+
+namespace {
+
+using Velmor::Configure;
+using Velmor::ConfigureImpl;
+
+constexpr char kUrl[] = "https://config.velmor.example";
+constexpr char kGood[] =
+    R"({"ret":0,"err":"","biz_data":{"rule_id":7,"merged_cfg":{)"
+    R"("Game":{"speed":3,"title":"red","zeros":"007","ratio":"2.5","on":"true","big":"123456789012"},)"
+    R"("VelmorCore":{"LogLevel":"warning","RemoteConfigMaxRetryCount":1}}}})";
+
+ConfigureImpl& Impl() {
+    return *ConfigureImpl::Instance();
+}
+
+std::string Text(char const* section, char const* key) {
+    return Configure::GetInstance()->GetString(section, key, "absent").c_str();
+}
+
+// Hears of one module, and lets a test wait for it.
+class Observer : public Velmor::ConfigureObserver {
+public:
+    void OnConfigureRefreshed(Velmor::IStringIterator* keys) override {
+        std::string names;
+        while (!keys->IsEnd()) {
+            names += std::string(keys->Next()) + " ";
+        }
+        if (during) {
+            during();
+        }
+        std::lock_guard<std::mutex> lock(_mutex);
+        _calls.push_back(names);
+        _called.notify_all();
+    }
+    bool Await(std::size_t count) {
+        std::unique_lock<std::mutex> lock(_mutex);
+        return _called.wait_for(lock, std::chrono::seconds(10), [&] { return _calls.size() >= count; });
+    }
+    std::vector<std::string> Calls() {
+        std::lock_guard<std::mutex> lock(_mutex);
+        return _calls;
+    }
+    std::function<void()> during;
+
+private:
+    std::mutex _mutex;
+    std::condition_variable _called;
+    std::vector<std::string> _calls;
+};
+
+class ConfigureTest : public testing::Test {
+protected:
+    ConfigureTest() : _server(Test::ScriptedTransport::Install()) {}
+    ~ConfigureTest() override { ConfigureImpl::ReleaseInstance(); }
+
+    // Fetches kGood and waits for its end.
+    void FetchGood() {
+        Observer observer;
+        Impl().AddObserver("Game", &observer);
+        _server.Answer(kGood);
+        Impl().SetUrl(kUrl);
+        EXPECT_TRUE(observer.Await(1));
+        Impl().RemoveObserver("Game");
+    }
+    void AwaitState(ConfigureImpl::State state) {
+        auto const limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (Impl().CurrentState() != state && std::chrono::steady_clock::now() < limit) {
+            std::this_thread::yield();
+        }
+        EXPECT_EQ(Impl().CurrentState(), state);
+    }
+
+    Test::LogCapture _log;
+    Test::ScriptedTransport& _server;
+};
+
+TEST_F(ConfigureTest, AsksAsToldAndServesTheAnswerTyped) {
+    Velmor::RemoteConfig game("Game");
+    game.SetUserInfo(11, "player&1");
+    FetchGood();
+    std::string const request = Ubrix::URLEncoder::Decode(_server.Seen().at(0));
+    EXPECT_EQ(request.find("config.velmor.example/cfgpush/getConfig?com_params={\"app_ver\":\"N\",\"bid\":"
+                           "\"Sarnet\",\"cid\":\"11\",\"did\":\""),
+              0U)
+        << request;
+    EXPECT_NE(request.find("\",\"gid\":\"\",\"mfrs\":\"Windows\",\"mtype\":\"Windows\",\"oid\":\"player&1\","
+                           "\"os\":\"Windows\",\"os_ver\":\"Unknown\"}\n&biz_params={\"rule_id\":0}\n&r="),
+              std::string::npos)
+        << request;
+    EXPECT_NE(_server.Seen().at(0).find("%7D%0A&biz_params="), std::string::npos);
+
+    Configure& configure = *Configure::GetInstance();
+    EXPECT_EQ(configure.GetInt("Game", "speed", 0), 3);
+    EXPECT_EQ(Text("Game", "title"), "red");
+    EXPECT_EQ(Text("Game", "zeros"), "7");
+    EXPECT_EQ(configure.GetDouble("Game", "ratio", 1), 2.5);
+    EXPECT_EQ(configure.GetDouble("Game", "title", 1.5), 1.5);
+    EXPECT_TRUE(configure.GetBool("Game", "on", false));
+    EXPECT_EQ(configure.GetLong("Game", "big", 0), 123456789012LL);
+    EXPECT_EQ(configure.GetInt("Game", "none", -4), -4);
+    EXPECT_EQ(Test::ReadWholeFile("Cache/RemoteConfig.config").substr(0, 4),
+              std::string("\xE4\x08\x02\x00", 4));
+
+    // The level from the server takes effect at the next call of the setter.
+    Ubrix::SetUbrixLogLevel(Ubrix::ALogPriorityDebug);
+    EXPECT_EQ(Ubrix::CurrentLogger()->GetLevel(), Ubrix::ALogPriorityWarning);
+
+    char text[4] = "?";
+    int size = 3;
+    EXPECT_FALSE(game.GetString("title", text, &size, ""));
+    EXPECT_EQ(size, 3);
+    EXPECT_STREQ(text, "?");
+    size = 4;
+    EXPECT_TRUE(game.GetString("title", text, &size, ""));
+    EXPECT_EQ(size, 3);
+    EXPECT_STREQ(text, "red");
+    EXPECT_EQ(game.GetInt(nullptr, 7), 7);
+    EXPECT_TRUE(_log.Has("Error", "|Velmor::RemoteConfig::GetInt| key is NULL"));
+}
+
+TEST_F(ConfigureTest, AnAnswerReplacesTheCacheWholeAndOutlivesTheInstance) {
+    FetchGood();
+    Observer observer;
+    Impl().AddObserver("B", &observer);
+    _server.Answer(
+        R"({"biz_data":{"rule_id":3,"merged_cfg":{"B":{"x":1,"skip":true,"half":1.5},"E":{"n":null}}}})");
+    Impl().StartOnce();
+    ASSERT_TRUE(observer.Await(1));
+    Impl().RemoveObserver("B");
+    EXPECT_EQ(observer.Calls().at(0), "x ");
+    EXPECT_EQ(_log.Count("Error", "valueType not support yet"), 3);
+    EXPECT_TRUE(_log.Await("Error", "|Velmor::ConfigureImpl::OnDataTaskFinished| Value is not Object type"));
+    EXPECT_EQ(_log.Count("Error", "Value is not Object type"), 2);
+    ConfigureImpl::ReleaseInstance();
+    EXPECT_EQ(Text("Game", "speed"), "absent");
+    EXPECT_EQ(Text("B", "x"), "1");
+    EXPECT_EQ(Text("VelmorCore", "RemoteConfigUrl"), kUrl);
+    // The stored address is found again.
+    _server.Fail(Ubrix::HttpErrorTimeout);
+    Impl().StartOnce();
+    EXPECT_TRUE(_server.AwaitRequests(3));
+}
+
+TEST_F(ConfigureTest, BadAnswersAreToldAndKeepTheCache) {
+    FetchGood();
+    std::string const deep(100000, '[');
+    struct {
+        std::string body;
+        std::string message;
+        int code;
+    } const rows[] = {
+        {"", "jsonStr == NULL || len == 0", -1},
+        {"<html><body>Sign in</body></html>", "parse json error", -1},
+        {deep, "parse json error", -1},
+        {std::string("\0\0{}", 4), "parse json error", -1},
+        {"[1,2]", "json is not Object", -2},
+        {"\"text\"", "json is not Object", -2},
+        {R"({"ret":5,"err":"no"})", "Configue error code 5, msg no", -1},
+        {R"({"ret":"0"})", "parse json error", -1},
+        {R"({"ret":true})", "parse json error", -1},
+        {R"({"ret":3000000000})", "parse json error", -1},
+        {R"({"ret":1,"err":7})", "parse json error", -1},
+        {R"({"biz_data":[]})", "parse json error", -1},
+        {R"({"biz_data":{"rule_id":99999999999}})", "parse json error", -1},
+        {R"({"biz_data":{"merged_cfg":"x"}})", "parse json error", -1},
+        {R"({"biz_data":{"merged_cfg":{"A":[1]}}})", "parse json error", -1},
+        {R"({"biz_data":{"merged_cfg":{"A":{"k":2147483648}}}})", "parse json error", -1},
+    };
+    int bad = 0;
+    for (auto const& row : rows) {
+        int const before = _log.Count("Error", row.message);
+        _server.Answer(row.body);
+        Impl().StartOnce();
+        AwaitState(ConfigureImpl::kFinished);
+        EXPECT_EQ(_log.Count("Error", row.message), before + 1) << row.body.substr(0, 60);
+        bad += row.code == -1 ? 1 : 0;
+        EXPECT_EQ(_log.Count("Error", "ParseJson error:" + std::to_string(row.code)),
+                  row.code == -1 ? bad : _log.Count("Error", "json is not Object"));
+        EXPECT_EQ(Text("Game", "speed"), "3");
+    }
+    EXPECT_EQ(_server.Seen().size(), 1 + std::size(rows)) << "a bad answer is not retried";
+}
+
+TEST_F(ConfigureTest, OddButGoodAnswersAreStored) {
+    struct {
+        std::string body;
+        char const* section;
+        char const* key;
+        std::string value;
+    } const rows[] = {
+        {R"({"biz_data":{"merged_cfg":{"A":{"k":1,"k":2}}}})", "A", "k", "2"},
+        {"{\"biz_data\":{\"merged_cfg\":{\"A\":{\"k\":\"\xC3\x28\"}}}}", "A", "k", "\xC3\x28"},
+        {R"({"biz_data":{"merged_cfg":{"A":{"k":"a\u0000b"}}}})", "A", "k", "a"},
+        {R"({"biz_data":{"merged_cfg":{"":{"k":"own"}}}})", "", "k", "own"},
+        {R"({"biz_data":{"merged_cfg":{"A":{"k":-2147483648}}}} )", "A", "k", "-2147483648"},
+        {R"({/* why */"biz_data":{"merged_cfg":{"A":{"k":"c"}}}})", "A", "k", "c"},
+        {"null", "A", "k", "absent"},
+    };
+    for (auto const& row : rows) {
+        _server.Answer(row.body, 404);
+        Impl().SetUrl(kUrl);
+        AwaitState(ConfigureImpl::kFinished);
+        EXPECT_EQ(Text(row.section, row.key), row.value) << row.body;
+    }
+    EXPECT_EQ(Text("VelmorCore", "RemoteConfigUrl"), kUrl);
+    EXPECT_EQ(ubrix_remoteconfig_GetInt("k", 5), 5);
+}
+
+TEST_F(ConfigureTest, AFailureIsRetriedEveryTenSecondsAndThenWaitsForTheNetwork) {
+    Test::SteppedClock& clock = Test::SteppedClock::Install();
+    Impl().SetUrl(kUrl);
+    for (long long retry = 1; retry <= 3; ++retry) {
+        ASSERT_TRUE(clock.AwaitWaiters({retry * 10000})) << retry;
+        EXPECT_EQ(_server.Seen().size(), static_cast<std::size_t>(retry));
+        clock.Advance(10000);
+        ASSERT_TRUE(_server.AwaitRequests(static_cast<std::size_t>(retry) + 1));
+    }
+    ASSERT_TRUE(clock.AwaitWaiters({Test::SteppedClock::kNever})) << "the retries are used up";
+    AwaitState(ConfigureImpl::kFailed);
+    EXPECT_EQ(_log.Count("Info", "OnDataTaskFinished error:5"), 4);
+    clock.Advance(100000);
+    Impl().OnNetworkStateChanged(Ubrix::ANetworkStateNotReachable);
+    EXPECT_EQ(_server.Seen().size(), 4U);
+    _server.Answer(kGood);
+    Impl().OnNetworkStateChanged(Ubrix::ANetworkStateReachable);
+    AwaitState(ConfigureImpl::kFinished);
+    Impl().OnNetworkStateChanged(Ubrix::ANetworkStateReachable);
+    EXPECT_EQ(_server.Seen().size(), 5U);
+    Test::SteppedClock::Remove();
+}
+
+TEST_F(ConfigureTest, AnAnswerToAnOutdatedRequestIsThrownAway) {
+    FetchGood();
+    struct {
+        std::function<void()> meanwhile;
+        char const* url;
+    } const rows[] = {{[] { Impl().SetUrl("https://other.velmor.example"); }, "https://other.velmor.example"},
+                      {[] { Impl().Clear(); }, ""}};
+    for (auto const& row : rows) {
+        Impl().SetUrl(kUrl);
+        AwaitState(ConfigureImpl::kFailed);
+        _server.Hold(kGood);
+        std::size_t const before = _server.Seen().size();
+        Impl().StartOnce();
+        ASSERT_TRUE(_server.AwaitRequests(before + 1));
+        row.meanwhile();
+        EXPECT_EQ(Impl().CurrentState(), ConfigureImpl::kRequesting);
+        _server.Release();
+        AwaitState(ConfigureImpl::kReady);
+        EXPECT_TRUE(_log.Has("Warning", std::string(", setUrl:") + row.url)) << _log.Text();
+        EXPECT_EQ(Text("Game", "speed"), "absent");
+    }
+    Impl().StartOnce();
+    EXPECT_TRUE(_log.Has("Warning", "Configure will not request remote config because of empty url!"));
+    Impl().SetUrl(nullptr);
+}
+
+TEST_F(ConfigureTest, AFetchFromInsideAnObserverIsMadeUpFor) {
+    Test::SteppedClock& clock = Test::SteppedClock::Install();
+    Observer observer;
+    observer.during = [] { Impl().StartOnce(); };
+    Impl().AddObserver("Game", &observer);
+    _server.Answer(kGood);
+    Impl().SetUrl(kUrl);
+    ASSERT_TRUE(observer.Await(1));
+    observer.during = nullptr;
+    EXPECT_NE(Impl().CurrentState(), ConfigureImpl::kRequesting);
+    _server.Answer(kGood);
+    ASSERT_TRUE(clock.AwaitWaiters({1000}));
+    clock.Advance(1000);
+    EXPECT_TRUE(observer.Await(2));
+    Impl().RemoveObserver("Game");
+    Test::SteppedClock::Remove();
+}
+
+TEST_F(ConfigureTest, AnObserverMayDieOnceItIsRemoved) {
+    Observer second;
+    std::promise<void> entered;
+    std::promise<void> leave;
+    auto observer = std::make_unique<Observer>();
+    observer->during = [&] {
+        entered.set_value();
+        leave.get_future().wait_for(std::chrono::seconds(10));
+    };
+    Impl().AddObserver("Game", observer.get());
+    Impl().AddObserver("Game", &second);
+    _server.Answer(kGood);
+    Impl().SetUrl(kUrl);
+    ASSERT_EQ(entered.get_future().wait_for(std::chrono::seconds(10)), std::future_status::ready);
+    std::future<void> removed = std::async(std::launch::async, [] { Impl().RemoveObserver("Game"); });
+    leave.set_value();
+    ASSERT_EQ(removed.wait_for(std::chrono::seconds(10)), std::future_status::ready);
+    EXPECT_EQ(observer->Calls().size(), 1U);
+    observer.reset();
+    EXPECT_TRUE(second.Calls().empty()) << "the first observer of a module stays";
+}
+
+TEST_F(ConfigureTest, ReadersNeverSeeHalfOfARefresh) {
+    auto const answer = [](int number) {
+        std::string const value = std::to_string(number);
+        return R"({"biz_data":{"merged_cfg":{"M":{"a":)" + value + R"(,"z":)" + value + "}}}}";
+    };
+    std::atomic<bool> stop{false};
+    std::atomic<int> torn{0};
+    std::vector<std::thread> readers;
+    for (int i = 0; i < 4; ++i) {
+        readers.emplace_back([&] {
+            while (!stop) {
+                // "a" is read first: an older "z" than "a" would be half of a refresh.
+                int const a = Configure::GetInstance()->GetInt("M", "a", -1);
+                int const z = Configure::GetInstance()->GetInt("M", "z", -1);
+                torn += z < a ? 1 : 0;
+            }
+        });
+    }
+    for (int round = 0; round < 20; ++round) {
+        _server.Answer(answer(round));
+        Impl().SetUrl(kUrl);
+        ASSERT_TRUE(_server.AwaitRequests(static_cast<std::size_t>(round) + 1));
+        AwaitState(ConfigureImpl::kFinished);
+    }
+    stop = true;
+    for (std::thread& reader : readers) {
+        reader.join();
+    }
+    EXPECT_EQ(torn, 0);
+}
+
+TEST_F(ConfigureTest, TeardownDuringARequestReturnsAtOnce) {
+    velmorcore_init();
+    _server.Hold(kGood);
+    velmorcore_configure_seturl(kUrl);
+    ASSERT_TRUE(_server.AwaitRequests(1));
+    auto const start = std::chrono::steady_clock::now();
+    velmorcore_releaseInstance();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+}
+
+TEST_F(ConfigureTest, AModuleViewPassesTheNotificationOnOnce) {
+    class GameObserver : public Velmor::RemoteConfigObserver {
+    public:
+        void OnRemoteConfigRefreshed(Velmor::IRemoteConfig* config, Velmor::IStringIterator* keys) override {
+            EXPECT_EQ(config->GetInt("speed", 0), 3);
+            first = keys->Next();
+            done.set_value();
+        }
+        std::string first;
+        std::promise<void> done;
+    } observer;
+    Velmor::RemoteConfig game("Game");
+    game.AddObserver(&observer);
+    game.AddObserver(&observer);
+    EXPECT_TRUE(_log.Has("Warning", "observer already add before"));
+    _server.Answer(kGood);
+    Impl().SetUrl(kUrl);
+    ASSERT_EQ(observer.done.get_future().wait_for(std::chrono::seconds(10)), std::future_status::ready);
+    game.RemoveObserver(&observer);
+    EXPECT_EQ(observer.first, "big");
+    _server.Answer(kGood);
+    game.Fetch();
+    AwaitState(ConfigureImpl::kFinished);
+}
+
+}  // namespace
