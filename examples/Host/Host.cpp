@@ -150,10 +150,17 @@ void GameHost::Listen() {
     _store->AddObserver(&_storeObserver);
 }
 
-void GameHost::Fetch() {
-    _store->SetUserInfo(1001, "player-7");
+// What a game does at each start. The order counts: a URL that differs from the one in force empties the
+// cache, and the one of an earlier start is in force only once a fetch was asked for.
+void GameHost::AskForNews() {
+    _store->Fetch();
     _journal.Check(velmorcore_configure_seturl(_line.url.c_str()),
                    "URL set; the fetch runs in the background");
+}
+
+void GameHost::Fetch() {
+    _store->SetUserInfo(1001, "player-7");
+    AskForNews();
     Wait([this] { return _refreshes.Modules() == kModuleCount; }, "every module heard of its keys");
 }
 
