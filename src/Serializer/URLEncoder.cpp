@@ -8,7 +8,8 @@ bool IsPlain(char character) {
     // By ASCII range: what counts as a letter must not depend on the game's locale.
     bool const isLetter = (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
     bool const isDigit = character >= '0' && character <= '9';
-    return isLetter || isDigit || character == '-' || character == '_' || character == '.' || character == '~';
+    return isLetter || isDigit || character == '-' || character == '_' || character == '.' ||
+           character == '~';
 }
 
 // The value of a letter or digit; -1 for any other byte.

@@ -30,7 +30,9 @@ constexpr char kGood[] =
     R"("Game":{"speed":3,"title":"red","zeros":"007","ratio":"2.5","on":"true","big":"123456789012"},)"
     R"("VelmorCore":{"LogLevel":"warning","RemoteConfigMaxRetryCount":1}}}})";
 
-ConfigureImpl& Impl() { return *ConfigureImpl::Instance(); }
+ConfigureImpl& Impl() {
+    return *ConfigureImpl::Instance();
+}
 
 std::string Text(char const* section, char const* key) {
     return Configure::GetInstance()->GetString(section, key, "absent").c_str();
@@ -117,7 +119,8 @@ TEST_F(ConfigureTest, AsksAsToldAndServesTheAnswerTyped) {
     EXPECT_TRUE(configure.GetBool("Game", "on", false));
     EXPECT_EQ(configure.GetLong("Game", "big", 0), 123456789012LL);
     EXPECT_EQ(configure.GetInt("Game", "none", -4), -4);
-    EXPECT_EQ(Test::ReadWholeFile("Cache/RemoteConfig.config").substr(0, 4), std::string("\xE4\x08\x02\x00", 4));
+    EXPECT_EQ(Test::ReadWholeFile("Cache/RemoteConfig.config").substr(0, 4),
+              std::string("\xE4\x08\x02\x00", 4));
 
     // The level from the server takes effect at the next call of the setter.
     Ubrix::SetUbrixLogLevel(Ubrix::ALogPriorityDebug);
@@ -140,7 +143,8 @@ TEST_F(ConfigureTest, AnAnswerReplacesTheCacheWholeAndOutlivesTheInstance) {
     FetchGood();
     Observer observer;
     Impl().AddObserver("B", &observer);
-    _server.Answer(R"({"biz_data":{"rule_id":3,"merged_cfg":{"B":{"x":1,"skip":true,"half":1.5},"E":{"n":null}}}})");
+    _server.Answer(
+        R"({"biz_data":{"rule_id":3,"merged_cfg":{"B":{"x":1,"skip":true,"half":1.5},"E":{"n":null}}}})");
     Impl().StartOnce();
     ASSERT_TRUE(observer.Await(1));
     Impl().RemoveObserver("B");
@@ -226,15 +230,14 @@ TEST_F(ConfigureTest, OddButGoodAnswersAreStored) {
 TEST_F(ConfigureTest, AFailureIsRetriedEveryTenSecondsAndThenWaitsForTheNetwork) {
     Test::SteppedClock& clock = Test::SteppedClock::Install();
     Impl().SetUrl(kUrl);
-    for (std::size_t requests = 1; requests <= 4; ++requests) {
-        ASSERT_TRUE(_server.AwaitRequests(requests));
-        AwaitState(ConfigureImpl::kFailed);
-        // Ten seconds are up at a look of the timer, of which there is one every half second.
-        for (int step = 0; step < 30 && _server.Seen().size() == requests && requests < 4; ++step) {
-            clock.Advance(500);
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
+    for (long long retry = 1; retry <= 3; ++retry) {
+        ASSERT_TRUE(clock.AwaitWaiters({retry * 10000})) << retry;
+        EXPECT_EQ(_server.Seen().size(), static_cast<std::size_t>(retry));
+        clock.Advance(10000);
+        ASSERT_TRUE(_server.AwaitRequests(static_cast<std::size_t>(retry) + 1));
     }
+    ASSERT_TRUE(clock.AwaitWaiters({Test::SteppedClock::kNever})) << "the retries are used up";
+    AwaitState(ConfigureImpl::kFailed);
     EXPECT_EQ(_log.Count("Info", "OnDataTaskFinished error:5"), 4);
     clock.Advance(100000);
     Impl().OnNetworkStateChanged(Ubrix::ANetworkStateNotReachable);
@@ -284,10 +287,8 @@ TEST_F(ConfigureTest, AFetchFromInsideAnObserverIsMadeUpFor) {
     observer.during = nullptr;
     EXPECT_NE(Impl().CurrentState(), ConfigureImpl::kRequesting);
     _server.Answer(kGood);
-    for (int step = 0; step < 20 && observer.Calls().size() < 2; ++step) {
-        clock.Advance(500);
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
+    ASSERT_TRUE(clock.AwaitWaiters({1000}));
+    clock.Advance(1000);
     EXPECT_TRUE(observer.Await(2));
     Impl().RemoveObserver("Game");
     Test::SteppedClock::Remove();

@@ -18,4 +18,13 @@ inline long long RealToInt64(double value) {
     return value >= -kBound && value < kBound ? static_cast<long long>(value) : LLONG_MIN;
 }
 
+// Up to 2^64; what is negative but a signed integer gives the same bits.
+inline unsigned long long RealToUInt64(double value) {
+    constexpr double kHalf = 9223372036854775808.0;
+    if (value >= kHalf && value < 2.0 * kHalf) {
+        return static_cast<unsigned long long>(value);
+    }
+    return static_cast<unsigned long long>(RealToInt64(value));
+}
+
 }  // namespace Ubrix

@@ -1,0 +1,108 @@
+// Scenarios that need a process of their own, run against the shared library.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "Support/Files.h"
+
+extern char** environ;
+
+namespace {
+
+struct Result {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+// Runs a program to its end in the present directory. The test's own time limit ends one that hangs.
+Result Run(std::vector<std::string> arguments) {
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 1, "out.txt", O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    posix_spawn_file_actions_addopen(&actions, 2, "err.txt", O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    std::vector<char*> argv;
+    for (std::string& argument : arguments) {
+        argv.push_back(argument.data());
+    }
+    argv.push_back(nullptr);
+    pid_t child = 0;
+    int const spawned = posix_spawn(&child, argv[0], &actions, nullptr, argv.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    EXPECT_EQ(spawned, 0) << arguments[0];
+    int status = -1;
+    if (spawned == 0) {
+        waitpid(child, &status, 0);
+    }
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Test::ReadWholeFile("out.txt"),
+            Test::ReadWholeFile("err.txt")};
+}
+
+Result Child(std::string const& scenario) {
+    return Run({VELMORCORE_CHILD, scenario});
+}
+
+// The messages of `wanted` stand in `text` in this order.
+testing::AssertionResult InOrder(std::string const& text, std::vector<std::string> const& wanted) {
+    std::size_t at = 0;
+    for (std::string const& message : wanted) {
+        at = text.find(message, at);
+        if (at == std::string::npos) {
+            return testing::AssertionFailure() << "missing in its place: " << message << "\n" << text;
+        }
+        at += message.size();
+    }
+    return testing::AssertionSuccess();
+}
+
+TEST(Process, LoadsStartsAndStopsInOrderTwice) {
+    Result const result = Child("two-lives");
+    EXPECT_EQ(result.status, 0) << result.err;
+    std::string const banner = "Hello VelmorCore! OS_TYPE:Windows, Version:1.3.01.2706, VersionHash:";
+    EXPECT_TRUE(InOrder(result.err, {"config file ", " is not exist",
+                                     "log init module VelmorCore, logMode 0, sync:1, use mmap:1, mmap cost ",
+                                     "CreateThread RemoveOldLogFilesThread:", "| velmorcore_init\n", banner,
+                                     "|  velmorcore_release\n", "CVelmorCore::~CVelmorCore(), start\n",
+                                     "CVelmorCore::~CVelmorCore(), end\n", "|  velmorcore_release\n", banner,
+                                     "CVelmorCore::~CVelmorCore(), end\n"}));
+    EXPECT_TRUE(std::filesystem::exists("Cache/VelmorSDKLog/VelmorCore"));
+}
+
+TEST(Process, ServicesUsedBeforeTheCoreAreReleasedWithIt) {
+    Result const result = Child("network-first");
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_TRUE(InOrder(result.err, {"velmorcore_setLogLevel:3\n", "Hello VelmorCore!"}));
+}
+
+TEST(Process, TheDeviceIdAndAConfigFileOutliveTheProcess) {
+    Result const first = Child("persist");
+    Result const second = Child("persist");
+    ASSERT_EQ(first.out.size(), 39U) << first.err;
+    EXPECT_EQ(first.out.substr(36), " 1\n");
+    EXPECT_EQ(second.out, first.out.substr(0, 36) + " 2\n");
+}
+
+TEST(Process, EndsAtOnceWithARequestInFlight) {
+    auto const start = std::chrono::steady_clock::now();
+    EXPECT_EQ(Child("exit-during-request").status, 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+}
+
+TEST(Process, MayBeUnloadedAndLoadedAgain) {
+    Result const result = Run({VELMORCORE_LOADER, VELMORCORE_LIBRARY});
+    EXPECT_EQ(result.status, 0) << result.err;
+}
+
+TEST(Process, ServesACallerInC) {
+    Result const result = Run({VELMORCORE_C_CHILD});
+    EXPECT_EQ(result.out, "0 failures\n") << result.err;
+    EXPECT_EQ(result.status, 0);
+}
+
+}  // namespace
