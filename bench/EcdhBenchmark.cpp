@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
+#include <cstdlib>
 #include <memory>
 #include <vector>
 
@@ -86,7 +88,7 @@ double Median(std::vector<double> values) {
 }
 
 void MakeEcdhKeyAgreement(benchmark::State& state) {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         Agree();
     }
 }
@@ -98,7 +100,7 @@ void MakeEcdhKeyOn32BitWords(benchmark::State& state) {
     WordsSet(base.x, kSecp256k1.G, kMaxCurveWords);
     WordsSet(base.y, kSecp256k1.G + kMaxCurveWords, kMaxCurveWords);
     Word const scalar[kMaxCurveWords] = {0x6BAD1DEA, 0x0DDBA115, 0xFACADE, 0x5EA1ED};
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         CurvePoint product;
         LadderMultiply(product, base, scalar, nullptr, kSecp256k1);
         LadderMultiply(product, product, scalar, scalar, kSecp256k1);
@@ -109,7 +111,7 @@ BENCHMARK(MakeEcdhKeyOn32BitWords)->Unit(benchmark::kMicrosecond);
 
 void OpensslPointMul(benchmark::State& state) {
     Peer peer;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         peer.Agree();
     }
 }
@@ -121,7 +123,7 @@ void MakeEcdhKeyRateOverOpenssl(benchmark::State& state) {
     Peer peer;
     std::vector<double> own;
     std::vector<double> others;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         own.push_back(SecondsOf(Agree));
         others.push_back(SecondsOf([&peer] { peer.Agree(); }));
     }

@@ -159,9 +159,8 @@ void Start(Pair& pair, CurvePoint const& point, Word const* startingZ, CurveReco
 
 void LadderMultiply(CurvePoint& result, CurvePoint const& point, Word const* scalar, Word const* startingZ,
                     CurveRecord const& curve) {
-    int const count = curve.numWords;
-    Word folded[kMaxCurveWords];
-    Word regular[kMaxCurveWords];
+    Word folded[kMaxCurveWords] = {};
+    Word regular[kMaxCurveWords] = {};
     WipeAtExit const wipeFolded(folded);
     WipeAtExit const wipeRegular(regular);
     Word const opposite = Fold(folded, scalar, curve);
@@ -179,14 +178,14 @@ void LadderMultiply(CurvePoint& result, CurvePoint const& point, Word const* sca
     ApplyZ(pair.second, inverseZ, curve);
 
     Word const isOne = IsOne(folded, OrderWords(curve));
-    WordsChoose(pair.second.x, point.x, isOne, count);
-    WordsChoose(pair.second.y, point.y, isOne, count);
+    WordsChoose(pair.second.x, point.x, isOne, curve.numWords);
+    WordsChoose(pair.second.y, point.y, isOne, curve.numWords);
     Word opposed[kMaxCurveWords];
     ModSubtract(opposed, kZero, pair.second.y, curve);
-    WordsChoose(pair.second.y, opposed, opposite, count);
+    WordsChoose(pair.second.y, opposed, opposite, curve.numWords);
     result = {};
-    WordsSet(result.x, pair.second.x, count);
-    WordsSet(result.y, pair.second.y, count);
+    WordsSet(result.x, pair.second.x, curve.numWords);
+    WordsSet(result.y, pair.second.y, curve.numWords);
 }
 
 }  // namespace Ubrix

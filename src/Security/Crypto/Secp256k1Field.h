@@ -4,6 +4,7 @@
 // can overflow. Nothing branches or indexes on a value.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <type_traits>
 
@@ -181,7 +182,7 @@ inline Field<1> Inverse(Field<1> const& number) {
 
 inline Field<1> ReadField(Word const* words) {
     Limb half[4];
-    for (int i = 0; i < 4; ++i) {
+    for (std::size_t i = 0; i < 4; ++i) {
         half[i] = words[2 * i] | static_cast<Limb>(words[2 * i + 1]) << kWordBits;
     }
     return {{half[0] & kLimbMask, (half[0] >> 52 | half[1] << 12) & kLimbMask,
@@ -219,7 +220,7 @@ void WriteField(Word* words, Field<kBound> const& number) {
     limb[4] &= kTopMask;
     Limb const half[4] = {limb[0] | limb[1] << 52, limb[1] >> 12 | limb[2] << 40,
                           limb[2] >> 24 | limb[3] << 28, limb[3] >> 36 | limb[4] << 16};
-    for (int i = 0; i < 4; ++i) {
+    for (std::size_t i = 0; i < 4; ++i) {
         words[2 * i] = static_cast<Word>(half[i]);
         words[2 * i + 1] = static_cast<Word>(half[i] >> kWordBits);
     }

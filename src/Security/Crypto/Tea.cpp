@@ -1,6 +1,7 @@
 #include "Security/Crypto/Tea.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -31,7 +32,7 @@ void WriteWord(unsigned char* bytes, std::uint32_t word) {
 
 struct Key {
     explicit Key(void const* bytes) {
-        for (int i = 0; i < 4; ++i) {
+        for (std::size_t i = 0; i < 4; ++i) {
             word[i] = ReadWord(static_cast<unsigned char const*>(bytes) + 4 * i);
         }
     }
@@ -181,7 +182,7 @@ bool zk_symmetry_decrypt2(void const* in, int inLength, void const* key, void* o
 
     int const begin = 1 + pad + kSalt;
     int const end = begin + plainLength;
-    unsigned char tail[kTail];
+    unsigned char tail[kTail] = {};
     for (int from = 0;;) {
         CopyOut(block, from, begin, end, static_cast<unsigned char*>(out));
         CopyOut(block, from, end, inLength, tail);

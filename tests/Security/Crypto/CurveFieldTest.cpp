@@ -32,7 +32,7 @@ TEST(CurveFieldTest, ReductionAgreesWithThePeerOnAwkwardProducts) {
     Context const context(BN_CTX_new());
     for (Curve const& curve : kCurves) {
         CurveRecord const& record = *curve.record;
-        int const count = record.numWords;
+        int const count = static_cast<unsigned char>(record.numWords);
         BigNumber const p = Number(record.p, count);
         for (int turn = 0; turn < 3000; ++turn) {
             Word product[2 * kMaxCurveWords];

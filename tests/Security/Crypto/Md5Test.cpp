@@ -25,7 +25,7 @@ std::string PeerHexOf(std::string const& data) {
     unsigned char digest[EVP_MAX_MD_SIZE];
     EXPECT_EQ(EVP_Digest(data.data(), data.size(), digest, nullptr, EVP_md5(), nullptr), 1);
     char text[33];
-    for (int i = 0; i < 16; ++i) {
+    for (std::size_t i = 0; i < 16; ++i) {
         std::snprintf(text + 2 * i, 3, "%02x", digest[i]);
     }
     return text;
