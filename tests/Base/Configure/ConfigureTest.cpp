@@ -236,7 +236,7 @@ TEST_F(ConfigureTest, AFailureIsRetriedEveryTenSecondsAndThenWaitsForTheNetwork)
         clock.Advance(10000);
         ASSERT_TRUE(_server.AwaitRequests(static_cast<std::size_t>(retry) + 1)) << _log.Text();
     }
-    ASSERT_TRUE(clock.AwaitWaiters({::Test::SteppedClock::kNever})) << "the retries are used up";
+    ASSERT_TRUE(clock.AwaitWaiters({})) << "the retries are used up";
     AwaitState(ConfigureImpl::kFailed);
     EXPECT_EQ(_log.Count("Info", "OnDataTaskFinished error:5"), 4);
     clock.Advance(100000);
