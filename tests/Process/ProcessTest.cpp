@@ -1,4 +1,5 @@
 // Scenarios that need a process of their own, run against the shared library.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -94,7 +95,7 @@ TEST(Process, EndsAtOnceWithARequestInFlight) {
 }
 
 TEST(Process, MayBeUnloadedAndLoadedAgain) {
-    Result const result = Run({VELMORCORE_CHILD, "load-and-unload", VELMORCORE_LIBRARY});
+    Result const result = Run({VELMORCORE_LOADER, VELMORCORE_LIBRARY});
     EXPECT_EQ(result.status, 0) << result.err;
 }
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
 #include "Security/Crypto/CurveWords.h"
 
@@ -21,6 +22,9 @@ constexpr Limb kLimbMask = (Limb{1} << kLimbBits) - 1;
 // 2^256 modulo p, and 2^260 modulo p.
 constexpr Limb kFold256 = 0x1000003D1;
 constexpr Limb kFold260 = kFold256 << 4;
+
+template <int kValue>
+using Index = std::integral_constant<int, kValue>;
 
 // A number whose limbs are at most kBound * 2^52.
 template <int kBound>
@@ -72,29 +76,59 @@ Field<kFactor * kBound> Times(Field<kBound> const& number) {
     return product;
 }
 
-// Nine columns of a product, each below 5 * 800 * 2^104, to a number of bound 1.
-inline Field<1> Reduce(DoubleLimb const (&column)[2 * kLimbs - 1]) {
-    // The high columns become limbs first, so that they can be folded in by a single product each.
-    Limb high[kLimbs];
-    DoubleLimb carry = 0;
-    for (int i = 0; i < kLimbs - 1; ++i) {
-        carry += column[kLimbs + i];
-        high[i] = static_cast<Limb>(carry) & kLimbMask;
-        carry >>= kLimbBits;
+// One column of a product: the sum of left[i] * right[kColumn - i].
+template <int kColumn, int kLeft, int kRight>
+DoubleLimb Column(Field<kLeft> const& left, Field<kRight> const& right) {
+    constexpr int kFirst = kColumn < kLimbs ? 0 : kColumn - kLimbs + 1;
+    constexpr int kLast = kColumn < kLimbs ? kColumn : kLimbs - 1;
+    DoubleLimb sum = static_cast<DoubleLimb>(left.limb[kFirst]) * right.limb[kLast];
+    for (int i = kFirst + 1; i <= kLast; ++i) {
+        sum += static_cast<DoubleLimb>(left.limb[i]) * right.limb[kColumn - i];
     }
-    high[kLimbs - 1] = static_cast<Limb>(carry);
+    return sum;
+}
+
+template <int kColumn, int kBound>
+DoubleLimb SquareColumn(Field<kBound> const& number) {
+    constexpr int kFirst = kColumn < kLimbs ? 0 : kColumn - kLimbs + 1;
+    DoubleLimb sum = 0;
+    for (int i = kFirst; 2 * i < kColumn; ++i) {
+        sum += static_cast<DoubleLimb>(number.limb[i] * 2) * number.limb[kColumn - i];
+    }
+    if constexpr (kColumn % 2 == 0) {
+        sum += static_cast<DoubleLimb>(number.limb[kColumn / 2]) * number.limb[kColumn / 2];
+    }
+    return sum;
+}
+
+// Takes the low limb off a sum below 2^116 and returns the rest. The halves are put together by an addition,
+// since the double-width shift that compilers make of the plain form is slow on many processors.
+inline Limb TakeLimb(DoubleLimb sum, Limb& limb) {
+    limb = static_cast<Limb>(sum) & kLimbMask;
+    return (static_cast<Limb>(sum >> 64) << (64 - kLimbBits)) + (static_cast<Limb>(sum) >> kLimbBits);
+}
+
+// A product from its columns, each at most 5 * 800 * 2^104, to a number of bound 1. column(index) computes
+// one.
+template <typename ColumnOf>
+Field<1> Reduce(ColumnOf column) {
+    constexpr DoubleLimb kFold = kFold260;
+    // The high columns become limbs first, so that each is folded in by a single product.
+    Limb high[kLimbs];
+    Limb carry = TakeLimb(column(Index<5>()), high[0]);
+    carry = TakeLimb(column(Index<6>()) + carry, high[1]);
+    carry = TakeLimb(column(Index<7>()) + carry, high[2]);
+    high[4] = TakeLimb(column(Index<8>()) + carry, high[3]);
 
     Field<1> result;
-    carry = 0;
-    for (int i = 0; i < kLimbs; ++i) {
-        carry += column[i] + static_cast<DoubleLimb>(high[i]) * kFold260;
-        result.limb[i] = static_cast<Limb>(carry) & kLimbMask;
-        carry >>= kLimbBits;
-    }
-    // Below 2^64 now, and after one more fold below 2^49: two limbs take it up.
-    carry = static_cast<DoubleLimb>(static_cast<Limb>(carry)) * kFold260 + result.limb[0];
-    result.limb[0] = static_cast<Limb>(carry) & kLimbMask;
-    result.limb[1] += static_cast<Limb>(carry >> kLimbBits);
+    carry = TakeLimb(column(Index<0>()) + high[0] * kFold, result.limb[0]);
+    carry = TakeLimb(column(Index<1>()) + high[1] * kFold + carry, result.limb[1]);
+    carry = TakeLimb(column(Index<2>()) + high[2] * kFold + carry, result.limb[2]);
+    carry = TakeLimb(column(Index<3>()) + high[3] * kFold + carry, result.limb[3]);
+    carry = TakeLimb(column(Index<4>()) + high[4] * kFold + carry, result.limb[4]);
+    // Folded once more, what is left over is below 2^49: two limbs take it up.
+    carry = TakeLimb(carry * kFold + result.limb[0], result.limb[0]);
+    result.limb[1] += carry;
     result.limb[2] += result.limb[1] >> kLimbBits;
     result.limb[1] &= kLimbMask;
     return result;
@@ -103,27 +137,13 @@ inline Field<1> Reduce(DoubleLimb const (&column)[2 * kLimbs - 1]) {
 template <int kLeft, int kRight>
 Field<1> operator*(Field<kLeft> const& left, Field<kRight> const& right) {
     static_assert(kLeft * kRight <= 800, "a column may overflow");
-    DoubleLimb column[2 * kLimbs - 1] = {};
-    for (int i = 0; i < kLimbs; ++i) {
-        for (int j = 0; j < kLimbs; ++j) {
-            column[i + j] += static_cast<DoubleLimb>(left.limb[i]) * right.limb[j];
-        }
-    }
-    return Reduce(column);
+    return Reduce([&](auto index) { return Column<decltype(index)::value>(left, right); });
 }
 
 template <int kBound>
 Field<1> Square(Field<kBound> const& number) {
     static_assert(kBound * kBound <= 800, "a column may overflow");
-    DoubleLimb column[2 * kLimbs - 1] = {};
-    for (int i = 0; i < kLimbs; ++i) {
-        column[2 * i] += static_cast<DoubleLimb>(number.limb[i]) * number.limb[i];
-        Limb const twice = number.limb[i] * 2;
-        for (int j = i + 1; j < kLimbs; ++j) {
-            column[i + j] += static_cast<DoubleLimb>(twice) * number.limb[j];
-        }
-    }
-    return Reduce(column);
+    return Reduce([&](auto index) { return SquareColumn<decltype(index)::value>(number); });
 }
 
 // to = from where mask is all ones; unchanged where it is zero.

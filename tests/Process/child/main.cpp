@@ -1,5 +1,4 @@
 // Runs one scenario against the shared library in a fresh process. Exit status 0 if it went as it should.
-#include <dlfcn.h>
 #include <VelmorCore/VelmorCore.hpp>
 
 #include <cstdio>
@@ -57,21 +56,6 @@ int ExitDuringRequest() {
     return 0;
 }
 
-int LoadAndUnload(char const* library) {
-    for (int round = 0; round < 3; ++round) {
-        void* handle = dlopen(library, RTLD_NOW | RTLD_LOCAL);
-        if (handle == nullptr) {
-            return Expect(false, dlerror());
-        }
-        auto* const init = reinterpret_cast<int (*)()>(dlsym(handle, "velmorcore_init"));
-        if (Expect(init != nullptr && init() == 0, "init through dlsym") != 0) {
-            return 1;
-        }
-        dlclose(handle);
-    }
-    return 0;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -80,9 +64,6 @@ int main(int argc, char** argv) {
                                                         {"network-first", NetworkUsedFirst},
                                                         {"persist", Persist},
                                                         {"exit-during-request", ExitDuringRequest}};
-    if (scenario == "load-and-unload" && argc > 2) {
-        return LoadAndUnload(argv[2]);
-    }
     auto const found = scenarios.find(scenario);
     return found != scenarios.end() ? found->second() : 64;
 }

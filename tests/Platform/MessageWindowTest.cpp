@@ -1,0 +1,108 @@
+#include "Platform/MessageWindow.h"
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+#include "Platform/Event.h"
+#include "Platform/Thread.h"
+
+namespace Ubrix::Platform {
+namespace {
+
+constexpr unsigned int kBound = 10000;
+
+std::vector<unsigned int> g_handled;    // by the window under test, on its thread
+std::vector<unsigned int> g_discarded;  // the same
+unsigned int g_handlerThread = 0;
+
+bool Record(WindowHandle, unsigned int message, void* parameter) {
+    g_handlerThread = CurrentThreadNumber();
+    g_handled.push_back(message);
+    if (parameter != nullptr) {
+        static_cast<Event*>(parameter)->Set();
+    }
+    return true;
+}
+
+void Discard(unsigned int message, void*) {
+    g_discarded.push_back(message);
+}
+
+class MessageWindow : public testing::Test {
+protected:
+    MessageWindow() {
+        g_handled.clear();
+        g_discarded.clear();
+    }
+    WindowHandle window = OpenMessageWindow({Record, Discard});
+    ~MessageWindow() override { CloseMessageWindow(window); }
+};
+
+TEST_F(MessageWindow, SendFromTheOwnThreadRunsAtOnceAndOvertakesPosts) {
+    EXPECT_TRUE(PostToMessageWindow(window, 1, nullptr));
+    EXPECT_TRUE(SendToMessageWindow(window, 2, nullptr));
+    EXPECT_EQ(g_handled, (std::vector<unsigned int>{2}));
+    EXPECT_TRUE(PumpMessages(0));
+    EXPECT_EQ(g_handled, (std::vector<unsigned int>{2, 1}));
+    EXPECT_FALSE(PumpMessages(0));
+}
+
+TEST_F(MessageWindow, SendFromElsewhereWaitsForThePump) {
+    std::atomic<bool> returned{false};
+    bool handledAtReturn = false;
+    std::thread sender([&] {
+        EXPECT_TRUE(SendToMessageWindow(window, 3, nullptr));
+        handledAtReturn = !g_handled.empty();
+        returned = true;
+    });
+    EXPECT_TRUE(PumpMessages(kBound));
+    sender.join();
+    EXPECT_TRUE(handledAtReturn && returned);
+    EXPECT_EQ(g_handlerThread, CurrentThreadNumber());
+}
+
+TEST_F(MessageWindow, CloseLetsSendersGoAndDiscardsPosts) {
+    PostToMessageWindow(window, 4, nullptr);
+    bool sent = true;
+    Event sending;
+    std::thread sender([&] {
+        sending.Set();
+        sent = SendToMessageWindow(window, 5, nullptr);
+    });
+    ASSERT_TRUE(sending.WaitFor(kBound));
+    bool closedElsewhere = true;
+    std::thread([&] { closedElsewhere = CloseMessageWindow(window); }).join();
+    EXPECT_FALSE(closedElsewhere);
+    EXPECT_TRUE(CloseMessageWindow(window));
+    sender.join();
+    EXPECT_FALSE(sent);
+    EXPECT_TRUE(g_handled.empty());
+    EXPECT_EQ(g_discarded, (std::vector<unsigned int>{4}));
+    EXPECT_FALSE(MessageWindowExists(window) || CloseMessageWindow(window) ||
+                 PostToMessageWindow(window, 6, nullptr) || SendToMessageWindow(window, 6, nullptr));
+}
+
+TEST_F(MessageWindow, ThreadsThatSendToEachOtherGetAlong) {
+    // Its handler, on the other thread, sends back to the window that waits for it.
+    static WindowHandle back;
+    back = window;
+    auto const sendBack = [](WindowHandle, unsigned int message, void*) {
+        return SendToMessageWindow(back, message + 1, nullptr);
+    };
+    WindowHandle other = WindowHandle::None;
+    Event ready;
+    std::thread peer([&] {
+        other = OpenMessageWindow({sendBack, Discard});
+        ready.Set();
+        EXPECT_TRUE(PumpMessages(kBound));
+    });
+    ASSERT_TRUE(ready.WaitFor(kBound));
+    EXPECT_TRUE(SendToMessageWindow(other, 10, nullptr));
+    EXPECT_EQ(g_handled, (std::vector<unsigned int>{11}));
+    peer.join();
+    EXPECT_FALSE(MessageWindowExists(other)) << "a thread's windows end with it";
+}
+
+}  // namespace
+}  // namespace Ubrix::Platform
