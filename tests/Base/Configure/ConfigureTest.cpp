@@ -39,7 +39,7 @@ std::string Text(char const* section, char const* key) {
 }
 
 // Hears of one module, and lets a test wait for it.
-class Observer : public Velmor::ConfigureObserver {
+class Observer final : public Velmor::ConfigureObserver {
 public:
     void OnConfigureRefreshed(Velmor::IStringIterator* keys) override {
         std::string names;
