@@ -31,19 +31,22 @@ inline std::string Md5(std::string const& bytes) {
 
 inline std::string FromBase64(std::string const& text) {
     std::string bytes(text.size(), '\0');
-    int const size = EVP_DecodeBlock(reinterpret_cast<unsigned char*>(bytes.data()),
-                                     reinterpret_cast<unsigned char const*>(text.data()), static_cast<int>(text.size()));
-    return bytes.substr(0, static_cast<std::size_t>(size < 0 ? 0 : size) - (text.size() > 1 && text[text.size() - 2] == '=' ? 2 : 0));
+    int const size =
+        EVP_DecodeBlock(reinterpret_cast<unsigned char*>(bytes.data()),
+                        reinterpret_cast<unsigned char const*>(text.data()), static_cast<int>(text.size()));
+    return bytes.substr(0, static_cast<std::size_t>(size < 0 ? 0 : size) -
+                               (text.size() > 1 && text[text.size() - 2] == '=' ? 2 : 0));
 }
 
-// What the server computes: the first 16 bytes of the X coordinate of its private key times the public key that
-// stands in the file's head.
+// What the server computes: the first 16 bytes of the X coordinate of its private key times the public key
+// that stands in the file's head.
 inline std::string ServerKey(std::string const& privateKeyHex, std::string const& file) {
     using Number = std::unique_ptr<BIGNUM, void (*)(BIGNUM*)>;
     std::unique_ptr<EC_GROUP, void (*)(EC_GROUP*)> const group(EC_GROUP_new_by_curve_name(NID_secp256k1),
                                                                EC_GROUP_free);
     auto const coordinate = [&](std::size_t at) {
-        return Number(BN_bin2bn(reinterpret_cast<unsigned char const*>(file.data()) + at, 32, nullptr), BN_free);
+        return Number(BN_bin2bn(reinterpret_cast<unsigned char const*>(file.data()) + at, 32, nullptr),
+                      BN_free);
     };
     BIGNUM* secret = nullptr;
     BN_hex2bn(&secret, privateKeyHex.c_str());
@@ -71,7 +74,9 @@ inline std::uint64_t BlockAt(std::string const& bytes, std::size_t at) {
 }
 
 inline std::uint64_t TeaDecrypt(std::uint64_t block, std::string const& key) {
-    auto const word = [&](std::size_t i) { return static_cast<std::uint32_t>(BlockAt(key, i / 2 * 8) >> (i % 2 ? 0 : 32)); };
+    auto const word = [&](std::size_t i) {
+        return static_cast<std::uint32_t>(BlockAt(key, i / 2 * 8) >> (i % 2 ? 0 : 32));
+    };
     auto y = static_cast<std::uint32_t>(block >> 32);
     auto z = static_cast<std::uint32_t>(block);
     for (std::uint32_t round = 16; round > 0; --round) {

@@ -1,4 +1,5 @@
-// A disk that takes no more: while a scope lasts, no write of this process reaches beyond a file's first bytes.
+// A disk that takes no more: while a scope lasts, no write of this process reaches beyond a file's first
+// bytes.
 #pragma once
 
 #include <dirent.h>

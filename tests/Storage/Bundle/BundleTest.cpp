@@ -53,7 +53,7 @@ TEST(BundleTest, ReadsBoolsInBothForms) {
     struct {
         char const* text;
         bool value;
-    } const cases[] = {{"TRUE", true}, {"tRue", true}, {"1", true},  {"0", false},   {"2", false},
+    } const cases[] = {{"TRUE", true}, {"tRue", true}, {"1", true}, {"0", false}, {"2", false},
                        {"11", false},  {"yes", false}, {"#", true}};  // an empty text is the default
     for (auto const& one : cases) {
         bundle.SetNoSave("s", "flag", one.text);
@@ -110,7 +110,8 @@ TEST(BundleTest, OnlyTheSavingFormsReachTheDisk) {
     BundleImpl bundle(kPath);
     bundle.Clear();
     std::string const before = Test::ReadWholeFile(kPath);
-    EXPECT_TRUE(bundle.SetNoSave("s", "a", 1) && bundle.SetNoSave("s", "b", 2LL) && bundle.SetNoSave("t", "c", true));
+    EXPECT_TRUE(bundle.SetNoSave("s", "a", 1) && bundle.SetNoSave("s", "b", 2LL) &&
+                bundle.SetNoSave("t", "c", true));
     EXPECT_TRUE(bundle.RemoveKeyNoSave("s", "b") && bundle.RemoveSectionNoSave("t"));
     EXPECT_FALSE(bundle.RemoveKey("s", "b") || bundle.RemoveSection("t"));
     EXPECT_EQ(Test::ReadWholeFile(kPath), before);
@@ -123,7 +124,8 @@ TEST(BundleTest, OnlyTheSavingFormsReachTheDisk) {
 TEST(BundleTest, WithoutAPathEverythingIsAnsweredNeutrally) {
     Test::LogCapture const log;
     BundleImpl bundle("");
-    EXPECT_TRUE(log.Has("Info", "|Ubrix::IniBundle::IniBundle| CachePath is empty, do not use bundle in JNI_ONLoad!!!"));
+    EXPECT_TRUE(log.Has(
+        "Info", "|Ubrix::IniBundle::IniBundle| CachePath is empty, do not use bundle in JNI_ONLoad!!!"));
     EXPECT_FALSE(bundle.Set("s", "k", 1) || bundle.Save() || bundle.Clear() || bundle.HasKey("s", "k"));
     EXPECT_FALSE(bundle.SetNoSave("s", "k", "v") || bundle.RemoveSection("s"));
     EXPECT_TRUE(bundle.RemoveKey("s", "k"));

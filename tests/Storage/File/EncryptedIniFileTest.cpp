@@ -65,8 +65,9 @@ TEST_F(EncryptedIniFileTest, HasTheDocumentedFormUnderAKeyThatStoreAndServerShar
     struct {
         std::size_t at, size;
         std::uint32_t number;
-    } const fields[] = {{0, 2, 0x08E4}, {2, 2, 2},   {4, 4, 98},  {8, 4, static_cast<std::uint32_t>(body.size())},
-                        {12, 2, 1},     {14, 2, 64}, {80, 2, 16}};
+    } const fields[] = {
+        {0, 2, 0x08E4}, {2, 2, 2},   {4, 4, 98}, {8, 4, static_cast<std::uint32_t>(body.size())},
+        {12, 2, 1},     {14, 2, 64}, {80, 2, 16}};
     for (auto const& field : fields) {
         EXPECT_EQ(Test::LittleEndian(head, field.at, field.size), field.number) << field.at;
     }
@@ -113,7 +114,9 @@ TEST_F(EncryptedIniFileTest, AFileCutAnywhereIsRefused) {
 
 // What a head with one changed bit is answered with; empty if it still loads.
 std::string Answer(std::string const& changed, std::size_t at, std::uint32_t bodySize) {
-    auto const field = [&](std::size_t place) { return std::to_string(Test::LittleEndian(changed, place, 2)); };
+    auto const field = [&](std::size_t place) {
+        return std::to_string(Test::LittleEndian(changed, place, 2));
+    };
     if (at < 2) {
         return "config file magic not match file magic is " + field(0) + ", program magic is 2276";
     }
@@ -177,7 +180,8 @@ TEST_F(EncryptedIniFileTest, APlainFileIsUsableAtOnceAndAMissingOneIsNoError) {
         EncryptedIniFileImpl file(kPath);
         Test::LogCapture const log;
         EXPECT_FALSE(file.Load());
-        EXPECT_TRUE(log.Has("Error", "config file magic not match file magic is 24923, program magic is 2276"));
+        EXPECT_TRUE(
+            log.Has("Error", "config file magic not match file magic is 24923, program magic is 2276"));
         EXPECT_STREQ(file.ReadString("a", "k", "").CString(), "plain");
     }
     EXPECT_EQ(ValueAfterLoad(), "plain");

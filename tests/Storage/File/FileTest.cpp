@@ -19,9 +19,9 @@ TEST(FileTest, EachModeKeepsAndAllowsWhatItSays) {
         char const* content;  // of an existing "0123456789" after a Write of "ab"
         bool writes;
         int read;  // of 4 bytes from the beginning, after that
-    } const cases[] = {{FileModeCreate, "ab", true, 2},    {FileModeAppend, "0123456789ab", true, 4},
+    } const cases[] = {{FileModeCreate, "ab", true, 2},        {FileModeAppend, "0123456789ab", true, 4},
                        {FileModeRead, "0123456789", false, 4}, {FileModeReadWrite, "ab", true, 2},
-                       {FileModeWrite, "ab", true, -1},    {99, "0123456789", false, 4}};
+                       {FileModeWrite, "ab", true, -1},        {99, "0123456789", false, 4}};
     for (auto const& one : cases) {
         SCOPED_TRACE(one.mode);
         Test::WriteWholeFile("f", "0123456789");
@@ -91,7 +91,8 @@ TEST(FileTest, KeepsThePathOfAFailedOpenAndSeesRemovals) {
 TEST(PathTest, JoinsAndTakesApart) {
     struct {
         char const *dir, *sub, *joined;
-    } const joins[] = {{"", "s", "s"}, {"d", "s", "d/s"}, {"d/", "s", "d/s"}, {"d\\", "s", "d\\s"}, {"d", "", "d/"}};
+    } const joins[] = {
+        {"", "s", "s"}, {"d", "s", "d/s"}, {"d/", "s", "d/s"}, {"d\\", "s", "d\\s"}, {"d", "", "d/"}};
     for (auto const& one : joins) {
         AString out(one.dir);
         EXPECT_STREQ(CPath::AppendSubPath(out, one.sub).CString(), one.joined);

@@ -99,10 +99,17 @@ TEST(IniFileTest, ReadsNumbersAsStreamsDo) {
         char const* text;
         int number;
         long long wide;
-    } const cases[] = {{"12x", 12, 12},       {"\t+7", 7, 7},     {"-5 5", -5, -5},
-                       {"abc", 0, 0},         {"- 5", 0, 0},      {"+-5", 0, 0},
-                       {"0x10", 0, 0},        {"1.9", 1, 1},      {"4294967296", INT_MAX, 4294967296},
-                       {"-99999999999999999999", INT_MIN, LLONG_MIN}, {"99999999999999999999", INT_MAX, LLONG_MAX}};
+    } const cases[] = {{"12x", 12, 12},
+                       {"\t+7", 7, 7},
+                       {"-5 5", -5, -5},
+                       {"abc", 0, 0},
+                       {"- 5", 0, 0},
+                       {"+-5", 0, 0},
+                       {"0x10", 0, 0},
+                       {"1.9", 1, 1},
+                       {"4294967296", INT_MAX, 4294967296},
+                       {"-99999999999999999999", INT_MIN, LLONG_MIN},
+                       {"99999999999999999999", INT_MAX, LLONG_MAX}};
     for (auto const& one : cases) {
         SCOPED_TRACE(one.text);
         auto const file = Open(std::string("[a]\nk=") + one.text + "\n");
