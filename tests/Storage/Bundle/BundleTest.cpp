@@ -15,6 +15,8 @@
 namespace {
 
 using namespace Ubrix;
+using Test::LogCapture;
+using Test::ReadWholeFile;
 
 char const kPath[] = "bundle.config";
 
@@ -72,7 +74,7 @@ TEST(BundleTest, StoresObjectsMemberByMember) {
     values["c"] = Value(2.5);
     values["d"] = Value("abc");
     values["e"] = Value(25);
-    Test::LogCapture const log;
+    LogCapture const log;
     EXPECT_TRUE(bundle.Set("s", values));
     EXPECT_EQ(log.Count("Error", "|Ubrix::BundleImpl::Set| Bundle unsupport Object type"), 1);
     EXPECT_STREQ(bundle.Get("s", "a", "").CString(), "1,2,3");
@@ -109,20 +111,20 @@ TEST(BundleTest, StoresObjectsMemberByMember) {
 TEST(BundleTest, OnlyTheSavingFormsReachTheDisk) {
     BundleImpl bundle(kPath);
     bundle.Clear();
-    std::string const before = Test::ReadWholeFile(kPath);
+    std::string const before = ReadWholeFile(kPath);
     EXPECT_TRUE(bundle.SetNoSave("s", "a", 1) && bundle.SetNoSave("s", "b", 2LL) &&
                 bundle.SetNoSave("t", "c", true));
     EXPECT_TRUE(bundle.RemoveKeyNoSave("s", "b") && bundle.RemoveSectionNoSave("t"));
     EXPECT_FALSE(bundle.RemoveKey("s", "b") || bundle.RemoveSection("t"));
-    EXPECT_EQ(Test::ReadWholeFile(kPath), before);
+    EXPECT_EQ(ReadWholeFile(kPath), before);
     EXPECT_TRUE(bundle.Save());
-    EXPECT_NE(Test::ReadWholeFile(kPath), before);
+    EXPECT_NE(ReadWholeFile(kPath), before);
     EXPECT_TRUE(bundle.RemoveKey("s", "a") && bundle.RemoveSection("s"));
     EXPECT_EQ(bundle.Get("s", "a", 0), 0);
 }
 
 TEST(BundleTest, WithoutAPathEverythingIsAnsweredNeutrally) {
-    Test::LogCapture const log;
+    LogCapture const log;
     BundleImpl bundle("");
     EXPECT_TRUE(log.Has(
         "Info", "|Ubrix::IniBundle::IniBundle| CachePath is empty, do not use bundle in JNI_ONLoad!!!"));
@@ -145,7 +147,7 @@ TEST(BundleFactoryTest, OneBundleANameUntilItIsDestroyed) {
     factory.DestoryBundle(nullptr);
     EXPECT_EQ(factory.GetBundle("named.config").Get("s", "k", 0), 1);
 
-    Test::LogCapture const log;
+    LogCapture const log;
     Bundle& standard = factory.GetBundle(nullptr);
     EXPECT_TRUE(log.Has("Error", "|Ubrix::BundleFactory::GetBundle| name is NULL"));
     EXPECT_EQ(&standard, &factory.GetDefaultBundle());

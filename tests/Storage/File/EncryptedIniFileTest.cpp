@@ -18,7 +18,16 @@
 namespace {
 
 using namespace Ubrix;
+using Test::CountFilesWith;
+using Test::Decipher;
+using Test::FileSizeLimit;
+using Test::FromBase64;
+using Test::kHeadSize;
+using Test::LittleEndian;
+using Test::LogCapture;
+using Test::Md5;
 using Test::ReadWholeFile;
+using Test::ServerKey;
 using Test::WriteWholeFile;
 
 char const kPath[] = "./test.config";
@@ -27,7 +36,7 @@ char const kFunction[] = "|Ubrix::EncryptedIniFileImpl::Load| ";
 
 std::string StoredKey() {
     CIniFileImpl store("Cache/Store.ini");
-    return Test::FromBase64(store.ReadString("Velmor", kEntry, "").CString());
+    return FromBase64(store.ReadString("Velmor", kEntry, "").CString());
 }
 
 std::string ValueAfterLoad() {
@@ -47,7 +56,7 @@ protected:
     // Loads `content` and expects the one message, and what the object held before.
     void ExpectRefusal(std::string const& content, std::string const& message) {
         WriteWholeFile(kPath, content);
-        Test::LogCapture const log;
+        LogCapture const log;
         EXPECT_FALSE(_file->Load());
         EXPECT_EQ(log.Count("Error", kFunction + message), 1) << message << "\n" << log.Text();
         EXPECT_STREQ(_file->ReadString("a", "k", "").CString(), "value");
@@ -59,8 +68,8 @@ protected:
 
 TEST_F(EncryptedIniFileTest, HasTheDocumentedFormUnderAKeyThatStoreAndServerShare) {
     std::string const plain = "\n[a]\nk=value";
-    std::string const head = _content.substr(0, Test::kHeadSize);
-    std::string const body = _content.substr(Test::kHeadSize);
+    std::string const head = _content.substr(0, kHeadSize);
+    std::string const body = _content.substr(kHeadSize);
     EXPECT_EQ(body.size(), (plain.size() + 10 + 7) / 8 * 8);
     struct {
         std::size_t at, size;
@@ -69,12 +78,12 @@ TEST_F(EncryptedIniFileTest, HasTheDocumentedFormUnderAKeyThatStoreAndServerShar
         {0, 2, 0x08E4}, {2, 2, 2},   {4, 4, 98}, {8, 4, static_cast<std::uint32_t>(body.size())},
         {12, 2, 1},     {14, 2, 64}, {80, 2, 16}};
     for (auto const& field : fields) {
-        EXPECT_EQ(Test::LittleEndian(head, field.at, field.size), field.number) << field.at;
+        EXPECT_EQ(LittleEndian(head, field.at, field.size), field.number) << field.at;
     }
-    EXPECT_EQ(head.substr(82), Test::Md5(body));
-    EXPECT_EQ(Test::Decipher(body, StoredKey()), plain);
+    EXPECT_EQ(head.substr(82), Md5(body));
+    EXPECT_EQ(Decipher(body, StoredKey()), plain);
     std::string const privateKey = ReadWholeFile(VELMORCORE_DEVELOPMENT_KEY).substr(0, 64);
-    EXPECT_EQ(Test::ServerKey(privateKey, _content), StoredKey());
+    EXPECT_EQ(ServerKey(privateKey, _content), StoredKey());
 
     for (char const* path : {kPath, "Cache/Store.ini"}) {
         struct stat status {};
@@ -87,26 +96,26 @@ TEST_F(EncryptedIniFileTest, EachSaveTakesAFreshKeyAndLoadsAgain) {
     _file->Save();
     std::string const again = ReadWholeFile(kPath);
     EXPECT_NE(again.substr(16, 64), _content.substr(16, 64));
-    EXPECT_NE(again.substr(Test::kHeadSize), _content.substr(Test::kHeadSize));
+    EXPECT_NE(again.substr(kHeadSize), _content.substr(kHeadSize));
     EXPECT_EQ(ValueAfterLoad(), "value");
     // The lines gain no empty ones by a round trip, and the destructor leaves the enciphered form.
     EXPECT_TRUE(_file->Load());
     _file.reset();
-    EXPECT_EQ(Test::Decipher(ReadWholeFile(kPath).substr(Test::kHeadSize), StoredKey()), "[a]\nk=value");
+    EXPECT_EQ(Decipher(ReadWholeFile(kPath).substr(kHeadSize), StoredKey()), "[a]\nk=value");
 
     EncryptedIniFileImpl empty(kPath);
     empty.Clear();
     empty.Save();
-    EXPECT_EQ(ReadWholeFile(kPath).size(), Test::kHeadSize + 16);
+    EXPECT_EQ(ReadWholeFile(kPath).size(), kHeadSize + 16);
     EXPECT_TRUE(empty.Load());
 }
 
 TEST_F(EncryptedIniFileTest, AFileCutAnywhereIsRefused) {
     for (std::size_t size = 0; size < _content.size(); ++size) {
         SCOPED_TRACE(size);
-        ExpectRefusal(_content.substr(0, size), size < 12                ? "config file read headbase failed"
-                                                : size < Test::kHeadSize ? "config file read headext failed"
-                                                                         : "config file read body failed!");
+        ExpectRefusal(_content.substr(0, size), size < 12          ? "config file read headbase failed"
+                                                : size < kHeadSize ? "config file read headext failed"
+                                                                   : "config file read body failed!");
     }
     WriteWholeFile(kPath, _content + "behind");
     EXPECT_TRUE(_file->Load());
@@ -114,14 +123,12 @@ TEST_F(EncryptedIniFileTest, AFileCutAnywhereIsRefused) {
 
 // What a head with one changed bit is answered with; empty if it still loads.
 std::string Answer(std::string const& changed, std::size_t at, std::uint32_t bodySize) {
-    auto const field = [&](std::size_t place) {
-        return std::to_string(Test::LittleEndian(changed, place, 2));
-    };
+    auto const field = [&](std::size_t place) { return std::to_string(LittleEndian(changed, place, 2)); };
     if (at < 2) {
         return "config file magic not match file magic is " + field(0) + ", program magic is 2276";
     }
     if (at < 4) {
-        return Test::LittleEndian(changed, 2, 2) >= 2
+        return LittleEndian(changed, 2, 2) >= 2
                    ? ""
                    : "config file version not match, file version is " + field(2) + ", program version is 2";
     }
@@ -129,7 +136,7 @@ std::string Answer(std::string const& changed, std::size_t at, std::uint32_t bod
         return "config file read headext failed";
     }
     if (at < 12) {
-        bool const longer = Test::LittleEndian(changed, 8, 4) > bodySize;
+        bool const longer = LittleEndian(changed, 8, 4) > bodySize;
         return longer ? "config file read body failed!" : "config file md5 check failed!";
     }
     if (at < 14) {
@@ -145,8 +152,8 @@ std::string Answer(std::string const& changed, std::size_t at, std::uint32_t bod
 }
 
 TEST_F(EncryptedIniFileTest, EachFlippedBitOfTheHeadGetsItsAnswer) {
-    auto const bodySize = static_cast<std::uint32_t>(_content.size() - Test::kHeadSize);
-    for (std::size_t bit = 0; bit < Test::kHeadSize * 8; ++bit) {
+    auto const bodySize = static_cast<std::uint32_t>(_content.size() - kHeadSize);
+    for (std::size_t bit = 0; bit < kHeadSize * 8; ++bit) {
         SCOPED_TRACE(bit);
         std::string changed = _content;
         changed[bit / 8] = static_cast<char>(changed[bit / 8] ^ (1 << bit % 8));
@@ -178,7 +185,7 @@ TEST_F(EncryptedIniFileTest, APlainFileIsUsableAtOnceAndAMissingOneIsNoError) {
     WriteWholeFile(kPath, "[a]\nk=plain\n");
     {
         EncryptedIniFileImpl file(kPath);
-        Test::LogCapture const log;
+        LogCapture const log;
         EXPECT_FALSE(file.Load());
         EXPECT_TRUE(
             log.Has("Error", "config file magic not match file magic is 24923, program magic is 2276"));
@@ -186,7 +193,7 @@ TEST_F(EncryptedIniFileTest, APlainFileIsUsableAtOnceAndAMissingOneIsNoError) {
     }
     EXPECT_EQ(ValueAfterLoad(), "plain");
     unlink(kPath);
-    Test::LogCapture const log;
+    LogCapture const log;
     EXPECT_FALSE(_file->Load());
     EXPECT_TRUE(log.Has("Info", std::string(kFunction) + "config file ./test.config is not exist"));
 }
@@ -195,7 +202,7 @@ TEST_F(EncryptedIniFileTest, AFailedSaveLeavesFileAndKeyTogether) {
     std::string const key = StoredKey();
     _file->WriteString("a", "k", std::string(5000, 'x').c_str());
     {
-        Test::FileSizeLimit const limit(4000);
+        FileSizeLimit const limit(4000);
         EXPECT_TRUE(_file->Save());
     }
     EXPECT_EQ(ReadWholeFile(kPath), _content) << "no room for the file";
@@ -204,7 +211,7 @@ TEST_F(EncryptedIniFileTest, AFailedSaveLeavesFileAndKeyTogether) {
     SecurityStore::GetInstance()->Set("padding", std::string(5000, 'x').c_str());
     _file->WriteString("a", "k", "new");
     {
-        Test::FileSizeLimit const limit(4000);
+        FileSizeLimit const limit(4000);
         EXPECT_TRUE(_file->Save());
     }
     EXPECT_EQ(ReadWholeFile(kPath), _content) << "no room for the key";
@@ -218,7 +225,7 @@ TEST_F(EncryptedIniFileTest, AFailedSaveLeavesFileAndKeyTogether) {
     ASSERT_EQ(rmdir(kPath), 0);
     ASSERT_EQ(rename("aside", kPath), 0);
     EXPECT_EQ(StoredKey(), key) << "no way to rename";
-    EXPECT_EQ(Test::CountFilesWith(".tmp") + Test::CountFilesWith(".tmp", "Cache"), 0);
+    EXPECT_EQ(CountFilesWith(".tmp") + CountFilesWith(".tmp", "Cache"), 0);
     EXPECT_EQ(ValueAfterLoad(), "value");
 }
 

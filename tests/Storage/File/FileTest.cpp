@@ -12,6 +12,9 @@
 namespace {
 
 using namespace Ubrix;
+using Test::LogCapture;
+using Test::ReadWholeFile;
+using Test::WriteWholeFile;
 
 TEST(FileTest, EachModeKeepsAndAllowsWhatItSays) {
     struct {
@@ -24,14 +27,14 @@ TEST(FileTest, EachModeKeepsAndAllowsWhatItSays) {
                        {FileModeWrite, "ab", true, -1},        {99, "0123456789", false, 4}};
     for (auto const& one : cases) {
         SCOPED_TRACE(one.mode);
-        Test::WriteWholeFile("f", "0123456789");
+        WriteWholeFile("f", "0123456789");
         char buffer[4];
         CFile file;
         ASSERT_TRUE(file.Open("f", static_cast<FileMode>(one.mode)));
         EXPECT_EQ(file.Write("ab", 2), one.writes);
         EXPECT_EQ(file.Read(buffer, 4), one.read);
         file.Close();
-        EXPECT_EQ(Test::ReadWholeFile("f"), one.content);
+        EXPECT_EQ(ReadWholeFile("f"), one.content);
     }
 }
 
@@ -40,7 +43,7 @@ TEST(FileTest, WritesAtTheBeginningAppendsAtTheEndReadsAnywhere) {
     ASSERT_TRUE(file.Open("f", FileModeCreate));
     EXPECT_TRUE(file.Write("abcd", 4));
     EXPECT_TRUE(file.Write("XY", 2));
-    EXPECT_EQ(Test::ReadWholeFile("f"), "XYcd");
+    EXPECT_EQ(ReadWholeFile("f"), "XYcd");
     EXPECT_TRUE(file.Append(std::string(1000, 'z').data(), 1000));
     EXPECT_EQ(file.GetLength(), 1004u);
     char buffer[2000];
@@ -55,7 +58,7 @@ TEST(FileTest, WritesAtTheBeginningAppendsAtTheEndReadsAnywhere) {
 }
 
 TEST(FileTest, SeeksByTheLow32BitsAndKeepsThePositionOverGetLength) {
-    Test::WriteWholeFile("f", "0123456789");
+    WriteWholeFile("f", "0123456789");
     CFile file;
     EXPECT_EQ(file.Seek(3, FilePositionBegin), 0u);
     ASSERT_TRUE(file.Open("f", FileModeRead));
@@ -72,7 +75,7 @@ TEST(FileTest, KeepsThePathOfAFailedOpenAndSeesRemovals) {
     EXPECT_FALSE(file.Open("gone/f", FileModeCreate));
     EXPECT_FALSE(file.Append("a", 1));
     ASSERT_TRUE(CPath::CreatePath("gone"));
-    Test::WriteWholeFile("gone/f", "x");
+    WriteWholeFile("gone/f", "x");
     EXPECT_FALSE(file.Exist());
     EXPECT_FALSE(file.Open(nullptr, FileModeRead));
     EXPECT_TRUE(file.Remove());
@@ -140,7 +143,7 @@ TEST(PathTest, ListsADirectory) {
     ASSERT_EQ(files.Count(), 1);
     EXPECT_STREQ(files.CStringAtIndex(0), "sub");
 
-    Test::LogCapture log;
+    LogCapture log;
     EXPECT_FALSE(CPath::GetFiles("nowhere", &files));
     EXPECT_FALSE(CPath::GetFiles("list", nullptr));
     EXPECT_TRUE(log.Has("Error", "|Ubrix::CPath::GetFiles| nowhere not found!")) << log.Text();

@@ -14,11 +14,17 @@
 namespace {
 
 using namespace Ubrix;
+using Test::ConsoleCapture;
+using Test::CountFilesWith;
+using Test::FileSizeLimit;
+using Test::LogCapture;
+using Test::ReadWholeFile;
+using Test::WriteWholeFile;
 
 char const kPath[] = "test.ini";
 
 std::unique_ptr<IniFile> Open(std::string const& content) {
-    Test::WriteWholeFile(kPath, content);
+    WriteWholeFile(kPath, content);
     return std::unique_ptr<IniFile>(CreateIniFile(kPath));
 }
 
@@ -79,9 +85,9 @@ TEST(IniFileTest, WritesIntoTheLinesThatStand) {
         SCOPED_TRACE(one.content);
         auto const file = Open(one.content);
         EXPECT_TRUE(file->WriteString(one.section, one.key, one.value));
-        EXPECT_EQ(Test::ReadWholeFile(kPath), one.content);
+        EXPECT_EQ(ReadWholeFile(kPath), one.content);
         EXPECT_TRUE(file->Save());
-        EXPECT_EQ(Test::ReadWholeFile(kPath), one.saved);
+        EXPECT_EQ(ReadWholeFile(kPath), one.saved);
     }
     // Sections that edits made stay separated by their empty lines.
     auto const file = Open("");
@@ -89,7 +95,7 @@ TEST(IniFileTest, WritesIntoTheLinesThatStand) {
     file->WriteInt("b", "y", -2);
     file->WriteInt64("a", "z", LLONG_MIN);
     file->Save();
-    EXPECT_EQ(Test::ReadWholeFile(kPath), "\n[a]\nx=1\nz=-9223372036854775808\n\n[b]\ny=-2\n");
+    EXPECT_EQ(ReadWholeFile(kPath), "\n[a]\nx=1\nz=-9223372036854775808\n\n[b]\ny=-2\n");
     EXPECT_FALSE(file->WriteString(nullptr, "k", "v"));
     EXPECT_FALSE(file->WriteInt("a", nullptr, 1));
 }
@@ -146,12 +152,12 @@ TEST(IniFileTest, ListsFindsAndRemoves) {
     EXPECT_TRUE(file->RemoveSection("b"));
     EXPECT_FALSE(file->RemoveSection("b"));
     file->Save();
-    EXPECT_EQ(Test::ReadWholeFile(kPath), "[a]\n#x = 2\nplain\nkk=3\n[a]\n");
+    EXPECT_EQ(ReadWholeFile(kPath), "[a]\n#x = 2\nplain\nkk=3\n[a]\n");
 }
 
 TEST(IniFileTest, NullArgumentsAreAnsweredNeutrally) {
     auto const file = Open("[a]\nk=1\n");
-    Test::LogCapture log;
+    LogCapture log;
     bool found = true;
     EXPECT_STREQ(file->ReadString("a", nullptr, "d", &found).CString(), "");
     EXPECT_FALSE(found);
@@ -164,7 +170,7 @@ TEST(IniFileTest, NullArgumentsAreAnsweredNeutrally) {
 
 TEST(IniFileTest, TheDestructorSavesPrivatelyAndTheConstructorTellsItsCost) {
     {
-        Test::ConsoleCapture console;
+        ConsoleCapture console;
         std::unique_ptr<IniFile> const file(CreateIniFile("fresh.ini"));
         EXPECT_TRUE(console.Has("|Ubrix::CIniFileImpl::CIniFileImpl| load config file cost "));
         EXPECT_FALSE(file->Load());
@@ -176,9 +182,9 @@ TEST(IniFileTest, TheDestructorSavesPrivatelyAndTheConstructorTellsItsCost) {
     EXPECT_EQ(status.st_mode & 0777, 0600u);
     EXPECT_EQ(status.st_size, 0);
     Open("[a]\nk=1\n")->Clear();
-    EXPECT_EQ(Test::ReadWholeFile(kPath), "");
+    EXPECT_EQ(ReadWholeFile(kPath), "");
     Open("[a]\nk=1\n")->WriteString("a", "k", "2");
-    EXPECT_EQ(Test::ReadWholeFile(kPath), "[a]\nk=2\n");
+    EXPECT_EQ(ReadWholeFile(kPath), "[a]\nk=2\n");
     std::unique_ptr<IniFile>(CreateIniFile(nullptr))->Save();
 }
 
@@ -192,15 +198,15 @@ TEST(IniFileTest, AFullDiskLeavesTheFileAsItWas) {
     auto const file = std::make_unique<CIniFileImpl>(kPath);
     file->WriteString("a", "k", "old");
     ASSERT_TRUE(file->SaveChecked());
-    std::string const before = Test::ReadWholeFile(kPath);
+    std::string const before = ReadWholeFile(kPath);
     file->WriteString("a", "k", std::string(100000, 'x').c_str());
     {
-        Test::FileSizeLimit const limit(1000);
+        FileSizeLimit const limit(1000);
         EXPECT_TRUE(file->Save());
         EXPECT_FALSE(file->SaveChecked());
     }
-    EXPECT_EQ(Test::ReadWholeFile(kPath), before);
-    EXPECT_EQ(Test::CountFilesWith(".tmp"), 0);
+    EXPECT_EQ(ReadWholeFile(kPath), before);
+    EXPECT_EQ(CountFilesWith(".tmp"), 0);
     EXPECT_TRUE(file->SaveChecked());
 }
 
