@@ -1,4 +1,5 @@
 #include <atomic>
+#include <cstdlib>
 #include <string>
 #include <thread>
 #include <vector>
@@ -140,7 +141,7 @@ TEST_F(Selectors, RemovalWaitsForARunningSelector) {
 }
 
 // The process-wide road from load on: no window, window, host update. Each step builds on the one before.
-TEST_F(Selectors, RoadOfAPostedCall) {
+void WalkTheRoadOfAPostedCall() {
     Target shared;
     Target own(true);
     CSelector selector = Noting(0);
@@ -202,6 +203,16 @@ TEST_F(Selectors, RoadOfAPostedCall) {
     PostSelectorToUiThread(&selector);
     RunHostUpdateSelectors();
     EXPECT_EQ(g_trail, "ihi");
+}
+
+// In a process of its own: the host's word can't be taken back.
+TEST(SelectorsDeathTest, RoadOfAPostedCall) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    auto const walk = [] {
+        WalkTheRoadOfAPostedCall();
+        std::exit(testing::Test::HasFailure() ? 1 : 0);
+    };
+    EXPECT_EXIT(walk(), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(Selectors, PostPumpAndReleaseRunAtOnce) {
