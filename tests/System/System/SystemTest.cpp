@@ -49,6 +49,7 @@ TEST(SystemDeathTest, DeviceIdIsMadeOnceAndKept) {
     ASSERT_TRUE(CPath::CreatePath(ConfigPath().c_str()));
     std::vector<char const*> seen(8);
     std::vector<std::thread> threads;
+    threads.reserve(seen.size());
     for (char const*& one : seen) {
         threads.emplace_back([&one] { one = CSystem::GetUdid(); });
     }

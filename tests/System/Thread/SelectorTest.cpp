@@ -26,7 +26,7 @@ CSelector Noting(int letter, CTargetBase* target = nullptr) {
     CSelector selector;
     selector.target = target;
     selector.function1 = Note;
-    selector.arg1 = g_texts + 2 * letter;
+    selector.arg1 = g_texts + static_cast<std::ptrdiff_t>(letter) * 2;
     return selector;
 }
 
@@ -92,17 +92,16 @@ TEST_F(Selectors, PassRunsTwentyAndRemovalKeepsTheOthersInOrder) {
 }
 
 TEST_F(Selectors, SelectorMayPostToItsOwnQueue) {
-    static CSelectorManager* queue;
-    CSelectorManager manager;
-    queue = &manager;
+    CSelectorManager queue;
     CSelector endless;
-    endless.function1 = [](void* self) {
+    endless.function2 = [](void* self, void* manager) {
         g_trail += ".";
-        queue->AddSelector(*static_cast<CSelector*>(self));
+        static_cast<CSelectorManager*>(manager)->AddSelector(*static_cast<CSelector*>(self));
     };
     endless.arg1 = &endless;
-    queue->AddSelector(endless);
-    queue->RunSelectors();
+    endless.arg2 = &queue;
+    queue.AddSelector(endless);
+    queue.RunSelectors();
     EXPECT_EQ(g_trail, std::string(20, '.'));
 }
 
@@ -221,6 +220,7 @@ TEST_F(Selectors, PostPumpAndReleaseRunAtOnce) {
     CSelector count;
     count.function0 = [] { ++runs; };
     std::vector<std::thread> threads;
+    threads.reserve(3);
     for (int i = 0; i < 2; ++i) {
         threads.emplace_back([&] {
             for (int n = 0; n < 2000; ++n) {
