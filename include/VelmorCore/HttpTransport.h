@@ -1,0 +1,86 @@
+// What carries the library's HTTP requests, and how a host puts its own carrier in its place.
+#pragma once
+
+#include <VelmorCore/Export.h>
+
+#include <cstddef>
+
+namespace Ubrix {
+
+// Numbers that a transport reports. Any other number but 0 counts as a failure without a class of its own.
+enum HttpError : int {
+    HttpErrorNone = 0,
+    HttpErrorTimeout = 12002,
+    HttpErrorInternal = 12004,
+    HttpErrorInvalidUrl = 12005,
+    HttpErrorNameNotResolved = 12007,
+    HttpErrorCancelled = 12017,
+    HttpErrorCannotConnect = 12029,
+    HttpErrorConnectionBroken = 12031,
+    HttpErrorCertificateDate = 12037,
+    HttpErrorCertificateName = 12038,
+    HttpErrorRedirectLeavesTls = 12040,
+    HttpErrorCertificateAuthority = 12045,
+    HttpErrorNoStatus = 12150,
+    HttpErrorRedirectFailed = 12156,
+    HttpErrorSecureChannel = 12157,
+};
+
+// One request as it is to go out. Texts are UTF-8, zero-terminated and valid during the call.
+struct HttpRequest {
+    char const* method;          // "GET" or "POST"
+    char const* host;            // without scheme and port; an IPv6 address stands in brackets
+    int port;                    // 443
+    char const* path;            // begins with a slash; with the query; ASCII, escaped as the wire needs it
+    char const* const* headers;  // lines "key:value" without line end, without control characters, in order
+    std::size_t headerCount;
+    void const* body;  // null for GET
+    std::size_t bodyLength;
+};
+
+// Where a transport puts the answer, and where it learns that nobody wants it any more.
+class VELMORCORE_API IHttpExchange {
+public:
+    // True once the request is given up. A transport asks at least once a second, and then ends.
+    virtual bool IsCancelled() = 0;
+    // The answer's status number, once its head is complete. Interim answers and followed redirects don't
+    // count. Without this call the answer counts as one without a head.
+    virtual void SetStatus(int status) = 0;
+    // The next piece of the body, copied. False if no more is wanted: the transport then ends the exchange as
+    // it would at the body's end.
+    virtual bool AppendBody(void const* bytes, std::size_t length) = 0;
+
+protected:
+    ~IHttpExchange() = default;
+};
+
+// Carries requests. The library calls Perform on a thread that it has made for the one request, with no lock
+// held, and on as many threads at once as there are requests.
+class VELMORCORE_API IHttpTransport {
+public:
+    // Carries one request over verified TLS, and returns when it is over. Returns 0 if an answer came, also
+    // if its body broke off, else an HttpError or a number of the transport's own; what was put into
+    // `exchange` is then forgotten. Sends no header of its own but what HTTP needs. No exception may leave
+    // it.
+    virtual int Perform(HttpRequest const& request, IHttpExchange& exchange) = 0;
+
+protected:
+    ~IHttpTransport() = default;
+};
+
+// Puts `transport` in place of the built-in one, or the built-in one back for null. Answers false and changes
+// nothing from the first request on. Not owned; must live until the process ends. Any thread.
+VELMORCORE_API bool SetHttpTransport(IHttpTransport* transport);
+
+// The built-in transport's two settings, for staging servers and tests. Each holds for requests started from
+// then on. Any thread.
+//
+// A PEM file of certificate authorities to trust beside the system's own; null or empty for none. The file is
+// read for each request, and a request for which it can't be read fails with code 1.
+VELMORCORE_API void SetHttpCaFile(char const* path);
+// An address "host:port" that all connections go to in place of the one that their URL names; null or empty
+// for none. An IPv6 address stands in brackets. The certificate is still verified against the URL's host.
+// False for a text of another form, which changes nothing.
+VELMORCORE_API bool SetHttpConnectAddress(char const* address);
+
+}  // namespace Ubrix

@@ -1,0 +1,69 @@
+// One request on libcurl.
+#pragma once
+
+#include <VelmorCore/HttpTransport.h>
+#include <curl/curl.h>
+
+#include <string>
+
+#include "Platform/HttpTransport.h"
+
+namespace Ubrix::Platform {
+
+// Belongs to the thread that makes it. Nothing is shared with other requests: no connection, no cache.
+class CurlExchange {
+public:
+    // All three must outlive the object.
+    CurlExchange(HttpRequest const& request, IHttpExchange& exchange, HttpSettings const& settings);
+    ~CurlExchange();
+    CurlExchange(CurlExchange const&) = delete;
+    CurlExchange& operator=(CurlExchange const&) = delete;
+
+    // Carries the request to its end, as IHttpTransport::Perform tells. Called once.
+    int Run();
+
+private:
+    // Where the exchange stands, and with it which limit runs.
+    enum class Phase { Connecting, Handshaking, Exchanging };
+
+    template <typename T>
+    void Set(CURLoption option, T value);
+    void SetSecurity();
+    void SetIsolation();
+    void SetRequest();
+    void SetCallbacks();
+    void AddHeaders();
+    void Append(curl_slist*& list, std::string const& line);
+
+    int Drive();
+    int Outcome(CURLcode code);
+    CURLcode TransferResult();
+    void Enter(Phase phase);
+    void Touch();
+    bool HasTimedOut() const;
+    void ReadHeaderLine(std::string const& line);
+
+    static std::size_t OnHeader(char* bytes, std::size_t size, std::size_t count, void* self);
+    static std::size_t OnBody(char* bytes, std::size_t size, std::size_t count, void* self);
+    static int OnProgress(void* self, curl_off_t downTotal, curl_off_t down, curl_off_t upTotal,
+                          curl_off_t up);
+    static int OnConnected(void* self, char* peer, char* local, int peerPort, int localPort);
+    static CURLcode OnTlsContext(CURL* easy, void* context, void* self);
+
+    HttpRequest const& _request;
+    IHttpExchange& _exchange;
+    HttpSettings const& _settings;
+    CURL* _easy;
+    CURLM* _multi;
+    curl_slist* _headers = nullptr;
+    curl_slist* _connectTo = nullptr;
+    bool _isSetUp;
+    Phase _phase = Phase::Connecting;
+    long long _lastActivity = 0;  // ms of the monotonic clock
+    curl_off_t _sent = 0;         // bytes of the body
+    bool _isSending = false;
+    bool _isRedirect = false;      // the current head names another location
+    bool _isHeadComplete = false;  // of the answer that counts
+};
+
+}  // namespace Ubrix::Platform

@@ -1,0 +1,158 @@
+#include "System/WWW/Task/DataTaskImpl.h"
+
+#include <utility>
+#include <vector>
+
+#include "Platform/Thread.h"
+#include "Storage/Log/LogMacros.h"
+#include "System/WWW/Task/DataTaskExchange.h"
+#include "System/WWW/Task/TransportChoice.h"
+#include "System/WWW/Task/TransportError.h"
+
+namespace Ubrix {
+
+namespace {
+
+int Carry(DataTaskRequest const& request, CrackedUrl const& url, std::vector<std::string> const& lines,
+          DataTaskExchange& exchange) {
+    std::vector<char const*> headers;
+    headers.reserve(lines.size());
+    for (std::string const& line : lines) {
+        headers.push_back(line.c_str());
+    }
+    bool const hasBody = !request.body.empty();
+    HttpRequest told{};
+    told.method = hasBody ? "POST" : "GET";
+    told.host = url.GetHost().c_str();
+    told.port = 443;
+    told.path = url.GetPath().c_str();
+    told.headers = headers.data();
+    told.headerCount = headers.size();
+    told.body = hasBody ? request.body.data() : nullptr;
+    told.bodyLength = request.body.size();
+    return request.transport->Perform(told, exchange);
+}
+
+void Fail(DataTaskRequest const& request, int errorCode) {
+    request.state->Finish(request.ticket, errorCode, 0, nullptr, 0);
+}
+
+}  // namespace
+
+DataTaskImpl::DataTaskImpl(char const* url, Listener* listener)
+    : WWWTaskBase(url), _state(std::make_shared<DataTaskState>(this, listener)) {}
+
+DataTaskImpl::~DataTaskImpl() {
+    VC_LOG(Info, "Ubrix::DataTaskImpl::~DataTaskImpl", "~DataTaskImpl");
+    _state->Detach();
+}
+
+void DataTaskImpl::Get() {
+    BeginOrTell(std::string());
+}
+
+void DataTaskImpl::Post(void const* data, std::size_t length) {
+    if (_state->IsRequesting()) {
+        VC_LOG(Info, "Ubrix::DataTaskImpl::Post", "DataTask is Requesting");
+        return;
+    }
+    if (data == nullptr) {
+        VC_LOG(Info, "Ubrix::DataTaskImpl::Post", "DataTaskImpl::Post param invalid!");
+        return;
+    }
+    BeginOrTell(std::string(static_cast<char const*>(data), length));
+}
+
+void DataTaskImpl::SetListener(Listener* listener) {
+    _state->SetListener(listener);
+}
+
+void DataTaskImpl::RemoveListener(Listener*) {
+    _state->SetListener(nullptr);
+}
+
+void DataTaskImpl::Cancel() {
+    _state->Cancel();
+}
+
+bool DataTaskImpl::TryGet(DataTask* task) {
+    return static_cast<DataTaskImpl*>(task)->Begin(std::string()) == Start::Started;
+}
+
+void DataTaskImpl::RunOnceIdle(DataTask* task, std::function<void()> work) {
+    static_cast<DataTaskImpl*>(task)->_state->RunOnceIdle(std::move(work));
+}
+
+// The request is made first: nothing may fail between the mark and the worker that takes it back.
+DataTaskImpl::Start DataTaskImpl::Begin(std::string body) {
+    auto request = std::make_unique<DataTaskRequest>();
+    request->state = _state;
+    request->url = Url();
+    request->headers = Headers();
+    request->body = std::move(body);
+    request->ticket = _state->Begin();
+    if (request->ticket == DataTaskState::kNoTicket) {
+        VC_LOG(Info, "Ubrix::DataTaskImpl::Get", "DataTask is Requesting");
+        return Start::Busy;
+    }
+    request->transport = &TransportChoice::ForRequest();
+    DataTaskState::Ticket const ticket = request->ticket;
+    if (!Platform::StartThread(&DataTaskImpl::RunWorker, request.get())) {
+        _state->End(ticket);
+        return Start::NoThread;
+    }
+    // The worker owns it from here on.
+    static_cast<void>(request.release());
+    return Start::Started;
+}
+
+void DataTaskImpl::BeginOrTell(std::string body) {
+    std::shared_ptr<DataTaskState> const state = _state;
+    if (Begin(std::move(body)) != Start::NoThread) {
+        return;
+    }
+    DataTaskState::Ticket const ticket = state->Begin();
+    if (ticket != DataTaskState::kNoTicket) {
+        state->Finish(ticket, DataTaskErrorCode(HttpErrorInternal), 0, nullptr, 0);
+    }
+}
+
+void DataTaskImpl::RunWorker(void* request) {
+    std::unique_ptr<DataTaskRequest> const owned(static_cast<DataTaskRequest*>(request));
+    OnThreadProc(*owned);
+}
+
+void DataTaskImpl::OnThreadProc(DataTaskRequest const& request) {
+    static char const* const func = "Ubrix::DataTaskImpl::OnThreadProc";
+    CrackedUrl url;
+    if (!request.Crack(url)) {
+        VC_LOG(Info, func, "Error:InternetCrackUrl failed!\n");
+        Fail(request, DataTaskErrorCode(HttpErrorInvalidUrl));
+        return;
+    }
+    std::vector<std::string> lines;
+    if (!request.BuildHeaderLines(lines)) {
+        VC_LOG(Info, func, "HttpAddRequestHeaders failed");
+        Fail(request, DataTaskErrorCode(HttpErrorInternal));
+        return;
+    }
+    DataTaskExchange exchange(*request.state, request.ticket);
+    int const error = Carry(request, url, lines, exchange);
+    if (exchange.IsCancelled()) {
+        return;
+    }
+    if (error != HttpErrorNone) {
+        VC_LOG(Info, func, "HttpSendRequest failed %d\n", error);
+        Fail(request, DataTaskErrorCode(error));
+        return;
+    }
+    if (exchange.Status() == 0) {
+        VC_LOG(Info, func, "Get head failed\n");
+        Fail(request, DataTaskErrorCode(HttpErrorNoStatus));
+        return;
+    }
+    std::string const& body = exchange.Body();
+    request.state->Finish(request.ticket, 0, exchange.Status(), body.c_str(), body.size());
+}
+
+}  // namespace Ubrix

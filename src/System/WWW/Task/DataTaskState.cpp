@@ -1,0 +1,70 @@
+#include "System/WWW/Task/DataTaskState.h"
+
+#include <utility>
+
+namespace Ubrix {
+
+DataTaskState::Ticket DataTaskState::Begin() {
+    Ticket ticket = _ticket.load();
+    do {
+        if (ticket % 2 == 1) {
+            return kNoTicket;
+        }
+    } while (!_ticket.compare_exchange_weak(ticket, ticket + 1));
+    return ticket + 1;
+}
+
+void DataTaskState::End(Ticket ticket) {
+    _ticket.compare_exchange_strong(ticket, ticket + 1);
+}
+
+void DataTaskState::GiveUp() {
+    Ticket const ticket = _ticket.load();
+    if (ticket % 2 == 1) {
+        End(ticket);
+    }
+}
+
+void DataTaskState::SetListener(DataTask::Listener* listener) {
+    Platform::ScopedLock const lock(_lock);
+    _listener = listener;
+}
+
+void DataTaskState::Cancel() {
+    Platform::ScopedLock const lock(_lock);
+    if (!_isDelivering) {
+        GiveUp();
+    }
+}
+
+void DataTaskState::Detach() {
+    Platform::ScopedLock const lock(_lock);
+    _task = nullptr;
+    _listener = nullptr;
+    _onceIdle = nullptr;
+    GiveUp();
+}
+
+void DataTaskState::Finish(Ticket ticket, int errorCode, int httpStatus, char const* data,
+                           std::uint64_t length) {
+    Platform::ScopedLock const lock(_lock);
+    if (IsCurrent(ticket) && _listener != nullptr) {
+        _isDelivering = true;
+        _listener->OnDataTaskFinished(_task, errorCode, httpStatus, data, length);
+        _isDelivering = false;
+    }
+    End(ticket);
+    std::function<void()> const work = std::exchange(_onceIdle, nullptr);
+    if (work) {
+        work();
+    }
+}
+
+void DataTaskState::RunOnceIdle(std::function<void()> work) {
+    Platform::ScopedLock const lock(_lock);
+    if (_isDelivering && _task != nullptr) {
+        _onceIdle = std::move(work);
+    }
+}
+
+}  // namespace Ubrix

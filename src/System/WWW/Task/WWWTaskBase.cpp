@@ -1,0 +1,62 @@
+#include "System/WWW/Task/WWWTaskBase.h"
+
+#include <set>
+
+#include "Platform/Mutex.h"
+#include "Storage/Log/LogMacros.h"
+
+namespace Ubrix {
+
+namespace {
+
+struct TaskRegistry {
+    Platform::RecursiveMutex lock;
+    std::set<WWWTaskBase const*> tasks VC_GUARDED_BY(lock);
+};
+
+TaskRegistry& Registry() {
+    static auto* const registry = new TaskRegistry;
+    return *registry;
+}
+
+}  // namespace
+
+WWWTaskBase::WWWTaskBase(char const* url) : _url(url != nullptr ? url : "") {
+    VC_LOG(Debug, "Ubrix::WWWTaskBase::WWWTaskBase", "WWWTask %p", static_cast<void*>(this));
+    TaskRegistry& registry = Registry();
+    Platform::ScopedLock const lock(registry.lock);
+    registry.tasks.insert(this);
+}
+
+WWWTaskBase::~WWWTaskBase() {
+    TaskRegistry& registry = Registry();
+    Platform::ScopedLock const lock(registry.lock);
+    registry.tasks.erase(this);
+}
+
+void WWWTaskBase::SetHeader(char const* key, char const* value) {
+    if (key != nullptr && value != nullptr) {
+        _headers[key] = value;
+    }
+}
+
+void WWWTaskBase::SetUrl(char const* url) {
+    if (url != nullptr) {
+        // `url` may be this task's own text.
+        _url = std::string(url);
+    }
+}
+
+bool WWWTaskBase::IsObjectRelease(WWWTaskBase const* task) {
+    VC_LOG(Debug, "Ubrix::WWWTaskBase::IsObjectRelease", "WWWTask::IsObjectRelease %p",
+           static_cast<void const*>(task));
+    TaskRegistry& registry = Registry();
+    Platform::ScopedLock const lock(registry.lock);
+    return registry.tasks.count(task) == 0;
+}
+
+void WWWTaskBase::CreateRegistry() {
+    Registry();
+}
+
+}  // namespace Ubrix
