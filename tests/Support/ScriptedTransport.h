@@ -1,5 +1,6 @@
-// Carries requests nowhere: answers as a test has written down. Once in force it stays so for the process, as the
-// library lets no transport be changed after the first request; so each test that uses it runs in its own process.
+// Carries requests nowhere: answers as a test has written down. Once in force it stays so for the process, as
+// the library lets no transport be changed after the first request; so each test that uses it runs in its own
+// process.
 #pragma once
 
 #include <VelmorCore/HttpTransport.h>
