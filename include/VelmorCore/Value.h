@@ -55,6 +55,8 @@ public:
     Value(Value const& other);
     ~Value();
     Value& operator=(Value const& other);
+    // A text, also where the constructor would make a number of it; null is no text.
+    static Value Text(char const* text);
     // Exchanges the contents, without allocation.
     void swap(Value& other) noexcept;
 

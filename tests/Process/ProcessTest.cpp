@@ -22,7 +22,7 @@ struct Result {
 };
 
 // Runs a program to its end in the present directory. The test's own time limit ends one that hangs.
-Result Run(std::vector<std::string> arguments) {
+Result RunProgram(std::vector<std::string> arguments) {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 1, "out.txt", O_WRONLY | O_CREAT | O_TRUNC, 0600);
@@ -40,12 +40,12 @@ Result Run(std::vector<std::string> arguments) {
     if (spawned == 0) {
         waitpid(child, &status, 0);
     }
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Test::ReadWholeFile("out.txt"),
-            Test::ReadWholeFile("err.txt")};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ::Test::ReadWholeFile("out.txt"),
+            ::Test::ReadWholeFile("err.txt")};
 }
 
 Result Child(std::string const& scenario) {
-    return Run({VELMORCORE_CHILD, scenario});
+    return RunProgram({VELMORCORE_CHILD, scenario});
 }
 
 // The messages of `wanted` stand in `text` in this order.
@@ -95,12 +95,12 @@ TEST(Process, EndsAtOnceWithARequestInFlight) {
 }
 
 TEST(Process, MayBeUnloadedAndLoadedAgain) {
-    Result const result = Run({VELMORCORE_LOADER, VELMORCORE_LIBRARY});
+    Result const result = RunProgram({VELMORCORE_LOADER, VELMORCORE_LIBRARY});
     EXPECT_EQ(result.status, 0) << result.err;
 }
 
 TEST(Process, ServesACallerInC) {
-    Result const result = Run({VELMORCORE_C_CHILD});
+    Result const result = RunProgram({VELMORCORE_C_CHILD});
     EXPECT_EQ(result.out, "0 failures\n") << result.err;
     EXPECT_EQ(result.status, 0);
 }

@@ -9,6 +9,7 @@
 #include "Base/Configure/StringIterator.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Time/ClockSource.h"
+#include "System/WWW/Task/DataTaskImpl.h"
 
 namespace Velmor {
 
@@ -19,6 +20,7 @@ namespace {
 
 constexpr char kFunction[] = "Velmor::ConfigureImpl::OnDataTaskFinished";
 constexpr char kSection[] = "VelmorCore";
+constexpr unsigned long long kRetryMilliseconds = 10000;
 
 // Tells each module's observer which keys came in. Touches nothing but its arguments: an observer may take
 // the whole library down.
@@ -69,11 +71,16 @@ void ConfigureImpl::OnDataTaskFinished(Ubrix::DataTask* task, int errorCode, int
            "OnDataTaskFinished error:%d, httpStatus:%d, cost time %llu ms, data:%s, len:%llu", errorCode,
            httpStatus, static_cast<unsigned long long>(outcome.cost), data != nullptr ? data : "",
            static_cast<unsigned long long>(length));
-    Value modules;
-    bool const taken = errorCode == 0 ? TakeAnswer(outcome, data, length, modules) : TakeFailure(outcome);
-    if (taken) {
-        NotifyModules(*observers, modules);
-        ReportKeeper::GetInstance().Flush();
+    // What follows runs when the task is idle again, so that a fetch that starts meanwhile finds it free.
+    auto const modules = std::make_shared<Value>();
+    if (errorCode != 0) {
+        TakeFailure(outcome);
+        Ubrix::DataTaskImpl::RunOnceIdle(task, [this] { Retry(); });
+    } else if (TakeAnswer(outcome, data, length, *modules)) {
+        Ubrix::DataTaskImpl::RunOnceIdle(task, [observers, modules] {
+            NotifyModules(*observers, *modules);
+            ReportKeeper::GetInstance().Flush();
+        });
     }
 }
 
@@ -112,15 +119,24 @@ bool ConfigureImpl::TakeAnswer(Outcome const& outcome, char const* body, std::ui
     return true;
 }
 
-bool ConfigureImpl::TakeFailure(Outcome const& outcome) {
+void ConfigureImpl::TakeFailure(Outcome const& outcome) {
     ScopedLock lock(_lock);
     VC_LOG(Info, kFunction, "OnDataTaskFinished error:%d", outcome.errorCode);
     _state = kFailed;
     if (_retryCount == 0) {
         Report(outcome);
     }
-    Retry();
-    return true;
+}
+
+void ConfigureImpl::Retry() {
+    {
+        ScopedLock lock(_lock);
+        if (_state == kFailed && _retryCount > 0) {
+            --_retryCount;
+            StartRetryTimer(kRetryMilliseconds);
+        }
+    }
+    ReportKeeper::GetInstance().Flush();
 }
 
 // Replaces the cache whole, in one write: a process that dies in the middle finds the old one again.

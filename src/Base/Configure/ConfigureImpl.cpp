@@ -25,15 +25,15 @@ constexpr char kNextGapKey[] = "RemoteConfigNextGap";
 constexpr char kCacheFile[] = "RemoteConfig.config";
 constexpr int kDefaultMaxRetries = 3;
 constexpr long long kDefaultGapSeconds = 86400;
-constexpr unsigned long long kRetryMilliseconds = 10000;
-// A task that is still telling its observers takes no request; they are short, so it is asked again soon.
+// A task that is still ending its last request takes no other; it is asked again soon.
 constexpr unsigned long long kBusyMilliseconds = 1000;
 
-// Which instance there is. A timer's callback holds the lock while it works on the instance, so that it never
-// meets one that has been deleted. Never destroyed, since threads may outlive main.
+// Which instance there is. Making and releasing it take the lock; so does a timer's callback while it works
+// on the instance, so that it never meets one that has been deleted. Looking it up takes none. Never
+// destroyed, since threads may outlive main.
 struct InstanceHolder {
     Ubrix::Platform::RecursiveMutex lock;
-    ConfigureImpl* instance VC_GUARDED_BY(lock) = nullptr;
+    std::atomic<ConfigureImpl*> instance{nullptr};
 };
 
 InstanceHolder& TheHolder() {
@@ -53,15 +53,19 @@ Configure* Configure::GetInstance() {
 
 ConfigureImpl* ConfigureImpl::Instance() {
     InstanceHolder& holder = TheHolder();
-    ScopedLock lock(holder.lock);
-    if (holder.instance == nullptr) {
-        holder.instance = new ConfigureImpl;
-        Ubrix::IBase::AddReleaseCallback(ReleaseInstance);
-        // The instance stands before its cache is opened: opening logs, and a log callback may come back
-        // here.
-        holder.instance->OpenCache();
+    if (ConfigureImpl* standing = holder.instance.load(std::memory_order_acquire)) {
+        return standing;
     }
-    return holder.instance;
+    ScopedLock lock(holder.lock);
+    ConfigureImpl* instance = holder.instance.load(std::memory_order_relaxed);
+    if (instance == nullptr) {
+        instance = new ConfigureImpl;
+        holder.instance.store(instance, std::memory_order_release);
+        Ubrix::IBase::AddReleaseCallback(ReleaseInstance);
+        // It stands before its cache is opened: opening logs, and a log callback may come back here.
+        instance->OpenCache();
+    }
+    return instance;
 }
 
 void ConfigureImpl::ReleaseInstance() {
@@ -243,13 +247,6 @@ void ConfigureImpl::Transmit(std::string const& url) {
         // No answer will come to end this state.
         _state = kFailed;
         StartRetryTimer(kBusyMilliseconds);
-    }
-}
-
-void ConfigureImpl::Retry() {
-    if (_retryCount > 0) {
-        --_retryCount;
-        StartRetryTimer(kRetryMilliseconds);
     }
 }
 

@@ -60,14 +60,14 @@ private:
     bool Initialize();
     void Request() VC_REQUIRES(_lock);
     void Transmit(std::string const& url) VC_REQUIRES(_lock);
-    void Retry() VC_REQUIRES(_lock);
     void StartRetryTimer(unsigned long long milliseconds) VC_REQUIRES(_lock);
     void StopTimer(Ubrix::CTimer& timer, unsigned int& id) VC_REQUIRES(_lock);
     void ForgetCache() VC_REQUIRES(_lock);
 
     bool DropIfIgnored(Outcome const& outcome) VC_REQUIRES(_lock);
     bool TakeAnswer(Outcome const& outcome, char const* body, std::uint64_t length, Ubrix::Value& modules);
-    bool TakeFailure(Outcome const& outcome);
+    void TakeFailure(Outcome const& outcome);
+    void Retry();
     void Store(Ubrix::Value const& modules, int ruleId) VC_REQUIRES(_lock);
     void Report(Outcome const& outcome) VC_REQUIRES(_lock);
 

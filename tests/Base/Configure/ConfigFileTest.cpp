@@ -16,10 +16,10 @@ TEST(ConfigFile, KeepsTypedValuesInItsOwnEncipheredFile) {
     EXPECT_TRUE(file->SetCache("s", "flag", true));
     EXPECT_TRUE(file->SetCache("s", "text", "some words"));
     EXPECT_TRUE(file->SetCache("s", "long", std::int64_t{1234567890123}));
-    EXPECT_EQ(Test::ReadWholeFile("Cache/Saves.config"), "") << "the file changes only when it is saved";
+    EXPECT_EQ(::Test::ReadWholeFile("Cache/Saves.config"), "") << "the file changes only when it is saved";
     EXPECT_TRUE(file->SaveCacheToFile());
     EXPECT_TRUE(file->SetAndSave("s", "int", 5));
-    EXPECT_EQ(Test::ReadWholeFile("Cache/Saves.config").find("some words"), std::string::npos);
+    EXPECT_EQ(::Test::ReadWholeFile("Cache/Saves.config").find("some words"), std::string::npos);
     VelmorCore_DeleteConfigFile(&file);
     EXPECT_EQ(file, nullptr);
     VelmorCore_DeleteConfigFile(&file);
@@ -39,7 +39,7 @@ TEST(ConfigFile, KeepsTypedValuesInItsOwnEncipheredFile) {
 }
 
 TEST(ConfigFile, CutsATextToItsRoomAndSaysSo) {
-    Test::LogCapture log;
+    ::Test::LogCapture log;
     Velmor::IConfigFile* file = VelmorCore_NewConfigFile("Cut");
     file->SetCache("s", "k", "123456789");
     struct {

@@ -26,29 +26,30 @@ std::set<std::string> FilesOf(std::string const& module) {
     return names;
 }
 
-// A name of `module` stamped `hours` before the clock's 2026-03-05 07h; local time keeps to one offset in March
-// before the change of the clocks.
+// A name of `module` stamped `hours` before the clock's 2026-03-05 07h; local time keeps to one offset in
+// March before the change of the clocks.
 std::string StampedName(char const* module, int hours) {
-    long long const now = Platform::CalendarToEpoch({2026, 3, 5, 7, 0, 0, 0}, Platform::DaylightSaving::Standard);
+    long long const now =
+        Platform::CalendarToEpoch({2026, 3, 5, 7, 0, 0, 0}, Platform::DaylightSaving::Standard);
     auto const then = static_cast<std::time_t>(now - hours * 3600LL);
     std::tm const* local = std::localtime(&then);
     char name[64];
-    std::snprintf(name, sizeof name, "%s_%04d%02d%02d%02d.log", module, local->tm_year + 1900, local->tm_mon + 1,
-                  local->tm_mday, local->tm_hour);
+    std::snprintf(name, sizeof name, "%s_%04d%02d%02d%02d.log", module, local->tm_year + 1900,
+                  local->tm_mon + 1, local->tm_mday, local->tm_hour);
     return name;
 }
 
 TEST(AFileLogger, StartsAFileEachHourAndAnewWhereOneWasDeleted) {
-    Test::FakeClock clock;
+    ::Test::FakeClock clock;
     AFileLogger logger("Mod", 1, 0, 0);
     EXPECT_FALSE(fs::exists(kRoot + "Mod"));
     logger.Log2File("one\n");
     clock.SetLocal({2026, 3, 5, 8, 0, 0, 0});
     logger.Log2File("two\n");
     EXPECT_EQ(FilesOf("Mod"), (std::set<std::string>{"Mod_2026030507.log", "Mod_2026030508.log"}));
-    EXPECT_EQ(Test::ReadWholeFile(kRoot + "Mod/Mod_2026030507.log"), "one\n");
+    EXPECT_EQ(::Test::ReadWholeFile(kRoot + "Mod/Mod_2026030507.log"), "one\n");
     fs::remove_all(kRoot + "Mod");
-    Test::ConsoleCapture console;
+    ::Test::ConsoleCapture console;
     logger.Log2File("three\n");
     logger.Log2File(nullptr);
     logger.Log2File("", 0);
@@ -57,15 +58,15 @@ TEST(AFileLogger, StartsAFileEachHourAndAnewWhereOneWasDeleted) {
 }
 
 TEST(AFileLogger, KeepsToItsSizeLimit) {
-    Test::FakeClock clock;
+    ::Test::FakeClock clock;
     std::string const path = kRoot + "Mod/Mod_2026030507.log";
     AFileLogger restarting("Mod", 1, 1, AFileLogger::RestartFile);
     restarting.Log2File(std::string(1048576, 'a').c_str());
     restarting.Log2File("b");
     restarting.Log2File("c");
-    EXPECT_EQ(fs::file_size(path), 0U + 1U) << "the line stands alone in a new file";
+    EXPECT_EQ(fs::file_size(path), 1U) << "the line stands alone in a new file";
     fs::remove(path);
-    Test::ConsoleCapture console;
+    ::Test::ConsoleCapture console;
     AFileLogger refusing("Mod", 0, 1, AFileLogger::RefuseLines);
     refusing.Log2File(std::string(1048577, 'a').c_str());
     refusing.Log2File("lost");
@@ -75,7 +76,7 @@ TEST(AFileLogger, KeepsToItsSizeLimit) {
 }
 
 TEST(AFileLogger, LongModuleNamesStayOutOfTheFileName) {
-    Test::FakeClock clock;
+    ::Test::FakeClock clock;
     std::string const fits(109, 'm');
     std::string const tooLong(110, 'm');
     AFileLogger(fits.c_str(), 1, 0, 0).Log2File("x");
@@ -85,19 +86,19 @@ TEST(AFileLogger, LongModuleNamesStayOutOfTheFileName) {
 }
 
 TEST(AFileLogger, TellsOnTheConsoleWhyALineIsLostAndRecovers) {
-    Test::FakeClock clock;
+    ::Test::FakeClock clock;
     AFileLogger logger("Mod", 1, 0, 0);
     // A file where a directory belongs stands in for a place that can't be written, also for a superuser.
     fs::remove_all(kRoot);
-    Test::WriteWholeFile("Cache/VelmorSDKLog", "in the way");
-    Test::ConsoleCapture console;
+    ::Test::WriteWholeFile("Cache/VelmorSDKLog", "in the way");
+    ::Test::ConsoleCapture console;
     logger.Log2File("lost");
     EXPECT_TRUE(console.Has("| Error | [VelmorCore]"));
     EXPECT_TRUE(console.Has("CreatePath "));
     EXPECT_TRUE(console.Has("VelmorSDKLog/Mod failed!")) << console.Text();
     fs::remove("Cache/VelmorSDKLog");
     fs::create_directories(kRoot + "Mod/Mod_2026030507.log");
-    Test::ConsoleCapture again;
+    ::Test::ConsoleCapture again;
     logger.Log2File("lost");
     EXPECT_TRUE(again.Has("|Ubrix::AFileLogger::_OpenLogFile| Failed to Open log files"));
     EXPECT_TRUE(again.Has("|Ubrix::AFileLogger::Log2File| OpenLogFile failed!"));
@@ -123,7 +124,7 @@ TEST(AFileLogger, ReadsTheTimeOfAFileName) {
         {"", "logFile is invalid "},
     };
     for (auto const& row : bad) {
-        Test::ConsoleCapture console;
+        ::Test::ConsoleCapture console;
         EXPECT_EQ(AFileLogger::GetLogFileTimeStamp(row.name), 0);
         EXPECT_TRUE(console.Has(std::string("| Warning | [VelmorCore]"))) << row.name;
         EXPECT_TRUE(console.Has(std::string("|GetLogFileTimeStamp| ") + row.message + "\n")) << row.name;
@@ -131,15 +132,16 @@ TEST(AFileLogger, ReadsTheTimeOfAFileName) {
 }
 
 TEST(AFileLogger, SweepsByAgeAndByCount) {
-    Test::FakeClock clock({2026, 3, 5, 7, 0, 0, 0});
+    ::Test::FakeClock clock({2026, 3, 5, 7, 0, 0, 0});
     fs::create_directories(kRoot + "Mod");
     std::string const old = StampedName("Mod", 241);
     std::string const recent[] = {StampedName("Mod", 239), StampedName("Mod", 3), StampedName("Mod", 2),
                                   StampedName("Mod", 1)};
-    for (std::string const& name : {old, recent[0], recent[1], recent[2], recent[3], std::string("readme.txt")}) {
-        Test::WriteWholeFile(kRoot + "Mod/" + name, "x");
+    for (std::string const& name :
+         {old, recent[0], recent[1], recent[2], recent[3], std::string("readme.txt")}) {
+        ::Test::WriteWholeFile(kRoot + "Mod/" + name, "x");
     }
-    Test::ConsoleCapture console;
+    ::Test::ConsoleCapture console;
     AFileLogger::RemoveOldLogFiles("Mod", 240, -1);
     EXPECT_EQ(FilesOf("Mod"), (std::set<std::string>{recent[0], recent[1], recent[2], recent[3]}));
     EXPECT_TRUE(console.Has("| Debug | [VelmorCore]"));

@@ -15,7 +15,7 @@ namespace {
 using namespace Ubrix;
 
 std::string Line(char const* file, char const* message, int level = ALogPriorityInfo) {
-    Test::FakeClock clock;
+    ::Test::FakeClock clock;
     LogText line;
     FormatLogLine(line, static_cast<ALogPriority>(level), "VelmorCore", file, 12, "Ns::Func", message);
     return line;
@@ -31,9 +31,11 @@ TEST(LogLine, CutsTheFileToItsBaseName) {
     struct {
         char const* file;
         char const* base;
-    } const cases[] = {{"c:\\a/b\\c.cpp", "c.cpp"}, {"a/b.cpp", "b.cpp"}, {"b.cpp", "b.cpp"}, {"a\\b/c", "b/c"}};
+    } const cases[] = {
+        {"c:\\a/b\\c.cpp", "c.cpp"}, {"a/b.cpp", "b.cpp"}, {"b.cpp", "b.cpp"}, {"a\\b/c", "b/c"}};
     for (auto const& row : cases) {
-        EXPECT_NE(Line(row.file, "").find(std::string("| ") + row.base + ":12|"), std::string::npos) << row.file;
+        EXPECT_NE(Line(row.file, "").find(std::string("| ") + row.base + ":12|"), std::string::npos)
+            << row.file;
     }
 }
 
@@ -51,7 +53,7 @@ TEST(LogLine, LosesTheTailOfALongMessageOnly) {
 }
 
 TEST(LogFacade, PrintsALiteralMessageAndRefusesAnIncompleteRecord) {
-    Test::ConsoleCapture console;
+    ::Test::ConsoleCapture console;
     PrintLogToConsoleFormat2(ALogPriorityDebug, "f", 1, "F", "100%s %n");
     PrintLogToConsoleFormat(ALogPriorityDebug, "f", 1, "F", "%s", std::string(5000, 'y').c_str());
     auto const stage = static_cast<ProntelStage>(0);

@@ -94,6 +94,12 @@ Value& Value::operator=(Value const& other) {
     return *this;
 }
 
+Value Value::Text(char const* text) {
+    Value value(StringValue);
+    value._value.text = ValueKey::Duplicate(text);
+    return value;
+}
+
 void Value::swap(Value& other) noexcept {
     std::swap(_value, other._value);
     std::swap(_type, other._type);

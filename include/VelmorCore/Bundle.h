@@ -1,0 +1,132 @@
+// Bundles: persistent key/value stores in sections, with typed access.
+//
+// A bundle lives on one file, enciphered, readable by this user only. A value is kept as text, whatever type
+// wrote it: a number reads back as a text and a text that holds a number as a number. In the file a "#" ends a
+// value and blanks at its ends are lost.
+//
+// Behind each bundle stand read-only values that a platform attaches to the application package. A key that
+// isn't in the file is looked up there before the caller's default answers. On this platform there are none.
+#pragma once
+
+#include <VelmorCore/Export.h>
+#include <VelmorCore/Object.h>
+
+namespace Ubrix {
+
+class Value;
+
+// Section, key and text are zero-terminated bytes. A null section or key makes a Set answer false and a Get
+// answer its default. The forms without a section use the section that bears the kit's name.
+//
+// Every operation may be called on any thread. Writes by several threads all take effect, in some order. One
+// thing is not told: a save that the disk refuses answers true and leaves the file as it was.
+//
+// Each Set or Remove that saves writes two files anew and makes a cryptographic key: milliseconds. For many
+// values use the NoSave forms and one Save.
+class VELMORCORE_API Bundle {
+public:
+    virtual ~Bundle() = default;
+    Bundle(Bundle const&) = delete;
+    Bundle& operator=(Bundle const&) = delete;
+
+    // Stores the members of an object as keys of one section, saving each: an array as its elements' texts
+    // joined by ",", anything else as its text. A member that is an object is refused with an Error line, and
+    // the rest still stored. True for a null value, which stores nothing; false after an Error line for any
+    // other that isn't an object.
+    virtual bool Set(char const* section, Value const& values) = 0;
+    // Stores an object of objects, section by section. Members that aren't objects are refused with an Error
+    // line. False after an Error line if `sections` isn't an object.
+    virtual bool Set(Value const& sections) = 0;
+    // Store one value in the kit's own section, and save. A bool is stored as 1 or 0.
+    virtual bool Set(char const* key, bool value) = 0;
+    virtual bool Set(char const* key, char const* value) = 0;
+    virtual bool Set(char const* key, long long value) = 0;
+    virtual bool Set(char const* key, int value) = 0;
+    // Store one value, and save.
+    virtual bool Set(char const* section, char const* key, bool value) = 0;
+    virtual bool Set(char const* section, char const* key, char const* value) = 0;
+    virtual bool Set(char const* section, char const* key, long long value) = 0;
+    virtual bool Set(char const* section, char const* key, int value) = 0;
+
+    // Reads one key. A text without "," goes into the member `key` of `value`: a number as a 64-bit integer or
+    // a double, anything else as a string. A text with "," goes into the elements of `value` itself, each a
+    // string. `value` must be null or of the kind that is needed. False, with `value` unchanged, if the text
+    // is empty or the key is null.
+    virtual bool Get(char const* section, char const* key, Value& value) = 0;
+    // Reads a section: each key into a member of `values`, a text with "," as an array of strings. False if
+    // the section is null or has no keys.
+    virtual bool Get(char const* section, Value& values) = 0;
+    // Read one value of the kit's own section. As a bool, "TRUE" in any case and 1 are true, an empty text is
+    // the default, anything else false. As a number, the decimal number at the text's beginning counts: 0
+    // without one, the bound if it is out of range. A null default text gives an empty text.
+    virtual bool Get(char const* key, bool defaultValue) = 0;
+    virtual AString Get(char const* key, char const* defaultValue) = 0;
+    virtual int Get(char const* key, int defaultValue) = 0;
+    virtual long long Get(char const* key, long long defaultValue) = 0;
+    // Read one value, as above.
+    virtual bool Get(char const* section, char const* key, bool defaultValue) = 0;
+    virtual AString Get(char const* section, char const* key, char const* defaultValue) = 0;
+    virtual int Get(char const* section, char const* key, int defaultValue) = 0;
+    virtual long long Get(char const* section, char const* key, long long defaultValue) = 0;
+
+    // Remove, and save. False if there is no such section or key.
+    virtual bool RemoveSection(char const* section) = 0;
+    virtual bool RemoveKey(char const* section, char const* key) = 0;
+    // Adds the names of a section's keys to `keys`, as strings, in the order of the file.
+    virtual void GetKeys(char const* section, AArray* keys) = 0;
+    // True if a line behind the section's first header begins with `key`: a longer key, and one of a section
+    // further on in the file, count as well.
+    virtual bool HasKey(char const* section, char const* key) = 0;
+    // Removes everything, and saves.
+    virtual bool Clear() = 0;
+
+    virtual bool Save() = 0;
+    // As the operations above, without the save.
+    virtual bool SetNoSave(char const* section, char const* key, bool value) = 0;
+    virtual bool SetNoSave(char const* section, char const* key, char const* value) = 0;
+    virtual bool SetNoSave(char const* section, char const* key, long long value) = 0;
+    virtual bool SetNoSave(char const* section, char const* key, int value) = 0;
+    virtual bool RemoveSectionNoSave(char const* section) = 0;
+    virtual bool ClearNoSave() = 0;
+    virtual bool RemoveKeyNoSave(char const* section, char const* key) = 0;
+
+    // The platform's own value, past the file.
+    virtual AString GetMetaString(char const* section, char const* key, char const* defaultValue);
+
+protected:
+    Bundle() = default;
+};
+
+// Hands out bundles, and owns them. Every operation may be called on any thread; a bundle's file is read and
+// written with the factory's lock held.
+class VELMORCORE_API BundleFactory {
+public:
+    // The one factory.
+    static BundleFactory& GetInstance();
+    // Deletes the factory with all its named bundles; their files are saved. The next GetInstance makes a new
+    // one. No other thread may use the factory or a named bundle at the time.
+    static void ReleaseInstance();
+
+    BundleFactory(BundleFactory const&) = delete;
+    BundleFactory& operator=(BundleFactory const&) = delete;
+
+    // The bundle on "Velmor.config" in the cache directory, made at the first call and never deleted.
+    Bundle& GetDefaultBundle();
+    // The bundle on the file whose whole path is `name`, made at the first call with that name, and valid
+    // until it is destroyed. Null gives the default bundle after an Error line.
+    Bundle& GetBundle(char const* name);
+    // Saves and deletes the bundle of that name. Null and a name without a bundle do nothing.
+    void DestoryBundle(char const* name);
+
+private:
+    struct Registry;
+    friend void CreateBundleFactory();
+
+    BundleFactory();
+    ~BundleFactory();
+
+    static BundleFactory* _Instance;
+    Registry* _registry;
+};
+
+}  // namespace Ubrix

@@ -1,0 +1,138 @@
+// The device's network: its state, and word of its changes.
+#pragma once
+
+#include <VelmorCore/Buffer.h>
+#include <VelmorCore/Export.h>
+#include <VelmorCore/Object.h>
+#include <VelmorCore/Target.h>
+
+namespace Ubrix {
+
+namespace Platform {
+class RecursiveMutex;
+}
+
+struct NetworkParts;
+struct NetworkStateList;
+
+// The numbers cross to managed code. Observers take everything but 0 for a network that is up.
+enum ANetworkState : int {
+    ANetworkStateNotReachable = 0,
+    ANetworkStateReachable = 1,
+};
+
+// The state in detail. On the wire: two 4-byte big-endian integers, then four texts, each a 4-byte big-endian
+// length and its bytes without a terminator. One thread at a time.
+class VELMORCORE_API _tagADetailNetworkInfo : public _tagSarnetBufferBase {
+public:
+    // No network, 0, and four empty texts.
+    _tagADetailNetworkInfo();
+    _tagADetailNetworkInfo(_tagADetailNetworkInfo const& other);
+    _tagADetailNetworkInfo& operator=(_tagADetailNetworkInfo const& other);
+    ~_tagADetailNetworkInfo() override;
+
+    // The caller deletes the copy.
+    AObject* Clone() const override;
+    void WriteTo(CSarnetBufferWriter& writer) const override;
+    void ReadFrom(CSarnetBufferReader& reader) override;
+
+    ANetworkState state = ANetworkStateNotReachable;
+    // Without a meaning on this platform: 0 and empty.
+    int detail = 0;
+    AString text1;
+    AString text2;
+    AString text3;
+    AString text4;
+};
+
+// Hears of network changes, once it is registered with INetwork::AddObserver.
+class VELMORCORE_API CNetworkObserver {
+public:
+    CNetworkObserver();
+    // Ends the registration; if observers are being told on another thread, after that. An observer whose
+    // derived part can be called is to end it before that part goes, with INetwork::RemoveObserver.
+    virtual ~CNetworkObserver();
+    CNetworkObserver(CNetworkObserver const&) = delete;
+    CNetworkObserver& operator=(CNetworkObserver const&) = delete;
+
+    // Called for each change, on the thread that drives the game. As it stands here, it keeps the state for
+    // PopStateFromChangedList, without limit; an observer that reacts at once overrides it. It may add,
+    // remove and destroy observers, this one included.
+    virtual void OnNetworkStateChanged(ANetworkState state);
+
+protected:
+    // Takes the oldest state that was kept. False, with `state` as it was, if there is none. Any thread.
+    bool PopStateFromChangedList(ANetworkState& state);
+    // How many states are kept. Any thread.
+    int CountOfChangedStates();
+
+private:
+    NetworkStateList* _changedStates;
+    // Guards the list.
+    Platform::RecursiveMutex* _lock;
+};
+
+// The network, as the library sees it. Every operation may be called on any thread.
+class VELMORCORE_API INetwork {
+public:
+    using Callback = void (*)(ANetworkState state);
+
+    // The one instance, made at the first call and again after a release. It is gone after the core's
+    // release: don't keep the reference.
+    static INetwork& GetInstance();
+
+protected:
+    virtual ~INetwork();
+
+public:
+    // The present state.
+    virtual ANetworkState GetNetworkState() = 0;
+    virtual _tagADetailNetworkInfo GetDetailNetworkInfo() = 0;
+    // Replaces the callback that hears of each change after the observers; null clears it.
+    virtual void SetCallback(Callback callback) = 0;
+    // Puts an observer at the end of the list, unless it stands there. It isn't told the present state. The
+    // observer stays its owner's.
+    virtual void AddObserver(CNetworkObserver* observer) = 0;
+    // Takes an observer out; an unknown one does nothing. While observers are being told on another thread,
+    // both wait. On the same thread, one that is taken out (not one that is destroyed) still hears of the
+    // change in hand.
+    virtual void RemoveObserver(CNetworkObserver* observer) = 0;
+};
+
+// The implementation. On this platform no event source is wired in, and the network counts as reachable; a
+// change comes from outside, through OnNetworkStateChanged.
+class VELMORCORE_API CNetwork : public CTargetBase, public INetwork {
+public:
+    // As INetwork::GetInstance.
+    static CNetwork& GetInstance();
+    // Deletes the instance; changes that were not yet told are dropped. Waits for observers that are being
+    // told on another thread. From inside an observer it returns at once, and the others still hear of that
+    // change.
+    static void ReleaseInstance();
+
+    // Always reachable.
+    ANetworkState GetNetworkState() override;
+    // The present state, and nothing else.
+    _tagADetailNetworkInfo GetDetailNetworkInfo() override;
+    void SetCallback(Callback callback) override;
+    void AddObserver(CNetworkObserver* observer) override;
+    void RemoveObserver(CNetworkObserver* observer) override;
+
+    // Reports a change. Observers and the callback hear of it later, on the thread that drives the game, in
+    // the host's next update. Any thread.
+    void OnNetworkStateChanged(ANetworkState state);
+
+private:
+    friend class CNetworkObserver;
+
+    CNetwork();
+    ~CNetwork() override;
+
+    void init();
+    void OnNetworkStateChangedOnUIThread(void* cell);
+    void ForgetObserver(CNetworkObserver* observer);
+
+    NetworkParts* _parts;
+};
+
+}  // namespace Ubrix

@@ -1,0 +1,281 @@
+#include "Storage/Bundle/BundleImpl.h"
+
+#include <VelmorCore/Value.h>
+
+#include <cstring>
+
+#include "Base/Ubrix/CoreParameters.h"
+#include "Storage/Bundle/PlatformMetadata.h"
+#include "Storage/Log/LogMacros.h"
+
+namespace Ubrix {
+
+namespace {
+
+char const kSetFunction[] = "Ubrix::BundleImpl::Set";
+char const kSeparator[] = ",";
+
+AString KitSection() {
+    return CoreParameters::Get(CoreParameters::Field::KitName);
+}
+
+// The section's name in the platform's metadata.
+AString MetadataSection(char const* section) {
+    bool const isGame = section != nullptr && GameId() == AString(section);
+    return isGame ? AString("VelmorGame") : AString(section);
+}
+
+template <typename T>
+auto Read(IniBundle& ini, char const* section, char const* key, T defaultValue) {
+    bool found = false;
+    auto const value = ini.Get(section, key, defaultValue, &found);
+    return found ? value : PlatformMetadata::Get(MetadataSection(section).CString(), key, defaultValue);
+}
+
+template <typename T>
+auto ReadOfKit(IniBundle& ini, char const* key, T defaultValue) {
+    AString const section = KitSection();
+    bool found = false;
+    auto const value = ini.Get(section.CString(), key, defaultValue, &found);
+    return found ? value : PlatformMetadata::Get(section.CString(), key, defaultValue);
+}
+
+AString JoinElements(Value const& array) {
+    AString text;
+    ValueConstIterator const end = array.end();
+    for (ValueConstIterator element = array.begin(); element != end; ++element) {
+        if (element != array.begin()) {
+            text += kSeparator;
+        }
+        text += (*element).asString();
+    }
+    return text;
+}
+
+Value TypedValue(AString const& text) {
+    if (!text.IsNumberic()) {
+        return Value(text.CString());
+    }
+    return text.IsReal() ? Value(text.AsDouble()) : Value(text.AsInt64());
+}
+
+// Cuts a text into the pieces that an array was joined from; fewer than two mean that it was none.
+void SplitText(AString const& text, AArray& pieces) {
+    AString::Split(&pieces, text.CString(), kSeparator);
+}
+
+void AssignPieces(AArray const& pieces, Value& array) {
+    for (int i = 0; i < pieces.Count(); ++i) {
+        array[i] = Value::Text(pieces.CStringAtIndex(i));
+    }
+}
+
+}  // namespace
+
+BundleImpl::BundleImpl() : _ini(std::make_unique<IniBundle>()) {}
+
+BundleImpl::BundleImpl(char const* path) : _ini(std::make_unique<IniBundle>(path)) {}
+
+BundleImpl::~BundleImpl() = default;
+
+bool BundleImpl::Set(char const* section, Value const& values) {
+    if (values.isNull()) {
+        VC_LOG(Info, kSetFunction, "value is null");
+        return true;
+    }
+    if (!values.isObject()) {
+        VC_LOG(Error, kSetFunction, "Value is not Object type");
+        return false;
+    }
+    ValueConstIterator const end = values.end();
+    for (ValueConstIterator member = values.begin(); member != end; ++member) {
+        Value const& value = *member;
+        if (value.isObject()) {
+            VC_LOG(Error, kSetFunction, "Bundle unsupport Object type");
+            continue;
+        }
+        AString const text = value.isArray() ? JoinElements(value) : value.asString();
+        Set(section, member.memberName(), text.CString());
+    }
+    return true;
+}
+
+bool BundleImpl::Set(Value const& sections) {
+    if (!sections.isObject()) {
+        VC_LOG(Error, kSetFunction, "Value is not Object type");
+        return false;
+    }
+    ValueConstIterator const end = sections.end();
+    for (ValueConstIterator member = sections.begin(); member != end; ++member) {
+        if ((*member).isObject()) {
+            Set(member.memberName(), *member);
+        } else {
+            VC_LOG(Error, kSetFunction, "Value is not Object type");
+        }
+    }
+    return true;
+}
+
+bool BundleImpl::Set(char const* key, bool value) {
+    return Set(KitSection().CString(), key, value);
+}
+
+bool BundleImpl::Set(char const* key, char const* value) {
+    return Set(KitSection().CString(), key, value);
+}
+
+bool BundleImpl::Set(char const* key, long long value) {
+    return Set(KitSection().CString(), key, value);
+}
+
+bool BundleImpl::Set(char const* key, int value) {
+    return Set(KitSection().CString(), key, value);
+}
+
+bool BundleImpl::Set(char const* section, char const* key, bool value) {
+    return _ini->Set(section, key, value);
+}
+
+bool BundleImpl::Set(char const* section, char const* key, char const* value) {
+    return _ini->Set(section, key, value);
+}
+
+bool BundleImpl::Set(char const* section, char const* key, long long value) {
+    return _ini->Set(section, key, value);
+}
+
+bool BundleImpl::Set(char const* section, char const* key, int value) {
+    return _ini->Set(section, key, value);
+}
+
+bool BundleImpl::Get(char const* section, char const* key, Value& value) {
+    if (key == nullptr) {
+        return false;
+    }
+    AString const text = Get(section, key, "");
+    if (text.Empty()) {
+        return false;
+    }
+    AArray pieces;
+    SplitText(text, pieces);
+    if (pieces.Count() < 2) {
+        value[key] = TypedValue(text);
+    } else {
+        AssignPieces(pieces, value);
+    }
+    return true;
+}
+
+bool BundleImpl::Get(char const* section, Value& values) {
+    if (section == nullptr) {
+        return false;
+    }
+    AArray keys;
+    GetKeys(section, &keys);
+    for (int i = 0; i < keys.Count(); ++i) {
+        char const* key = keys.CStringAtIndex(i);
+        AString const text = Get(section, key, "");
+        AArray pieces;
+        SplitText(text, pieces);
+        if (pieces.Count() >= 2) {
+            values[key] = Value(ArrayValue);
+            AssignPieces(pieces, values[key]);
+        } else if (!text.Empty()) {
+            values[key] = TypedValue(text);
+        }
+    }
+    return keys.Count() > 0;
+}
+
+bool BundleImpl::Get(char const* key, bool defaultValue) {
+    return ReadOfKit(*_ini, key, defaultValue);
+}
+
+AString BundleImpl::Get(char const* key, char const* defaultValue) {
+    return ReadOfKit(*_ini, key, defaultValue);
+}
+
+int BundleImpl::Get(char const* key, int defaultValue) {
+    return ReadOfKit(*_ini, key, defaultValue);
+}
+
+long long BundleImpl::Get(char const* key, long long defaultValue) {
+    return ReadOfKit(*_ini, key, defaultValue);
+}
+
+bool BundleImpl::Get(char const* section, char const* key, bool defaultValue) {
+    return Read(*_ini, section, key, defaultValue);
+}
+
+AString BundleImpl::Get(char const* section, char const* key, char const* defaultValue) {
+    return Read(*_ini, section, key, defaultValue);
+}
+
+int BundleImpl::Get(char const* section, char const* key, int defaultValue) {
+    return Read(*_ini, section, key, defaultValue);
+}
+
+long long BundleImpl::Get(char const* section, char const* key, long long defaultValue) {
+    return Read(*_ini, section, key, defaultValue);
+}
+
+bool BundleImpl::RemoveSection(char const* section) {
+    return _ini->RemoveSection(section);
+}
+
+bool BundleImpl::RemoveKey(char const* section, char const* key) {
+    return _ini->RemoveKey(section, key);
+}
+
+void BundleImpl::GetKeys(char const* section, AArray* keys) {
+    if (keys == nullptr) {
+        return;
+    }
+    int const before = keys->Count();
+    _ini->GetKeys(section, keys);
+    if (keys->Count() == before) {
+        PlatformMetadata::GetKeys(section, keys);
+    }
+}
+
+bool BundleImpl::HasKey(char const* section, char const* key) {
+    return _ini->HasKey(section, key);
+}
+
+bool BundleImpl::Clear() {
+    return _ini->Clear();
+}
+
+bool BundleImpl::Save() {
+    return _ini->Save();
+}
+
+bool BundleImpl::SetNoSave(char const* section, char const* key, bool value) {
+    return _ini->SetNoSave(section, key, value);
+}
+
+bool BundleImpl::SetNoSave(char const* section, char const* key, char const* value) {
+    return _ini->SetNoSave(section, key, value);
+}
+
+bool BundleImpl::SetNoSave(char const* section, char const* key, long long value) {
+    return _ini->SetNoSave(section, key, value);
+}
+
+bool BundleImpl::SetNoSave(char const* section, char const* key, int value) {
+    return _ini->SetNoSave(section, key, value);
+}
+
+bool BundleImpl::RemoveSectionNoSave(char const* section) {
+    return _ini->RemoveSectionNoSave(section);
+}
+
+bool BundleImpl::ClearNoSave() {
+    return _ini->ClearNoSave();
+}
+
+bool BundleImpl::RemoveKeyNoSave(char const* section, char const* key) {
+    return _ini->RemoveKeyNoSave(section, key);
+}
+
+}  // namespace Ubrix

@@ -1,0 +1,49 @@
+#include <VelmorCore/Network.h>
+
+#include <deque>
+#include <memory>
+
+#include "Platform/Mutex.h"
+
+namespace Ubrix {
+
+using Platform::ScopedLock;
+
+struct NetworkStateList {
+    std::deque<ANetworkState> states;
+};
+
+CNetworkObserver::CNetworkObserver() : _changedStates(nullptr), _lock(nullptr) {
+    auto states = std::make_unique<NetworkStateList>();
+    _lock = new Platform::RecursiveMutex;
+    _changedStates = states.release();
+}
+
+CNetworkObserver::~CNetworkObserver() {
+    // Makes the network anew if it is gone, which costs little and can only happen at the end.
+    CNetwork::GetInstance().ForgetObserver(this);
+    delete _changedStates;
+    delete _lock;
+}
+
+void CNetworkObserver::OnNetworkStateChanged(ANetworkState state) {
+    ScopedLock lock(*_lock);
+    _changedStates->states.push_back(state);
+}
+
+bool CNetworkObserver::PopStateFromChangedList(ANetworkState& state) {
+    ScopedLock lock(*_lock);
+    if (_changedStates->states.empty()) {
+        return false;
+    }
+    state = _changedStates->states.front();
+    _changedStates->states.pop_front();
+    return true;
+}
+
+int CNetworkObserver::CountOfChangedStates() {
+    ScopedLock lock(*_lock);
+    return static_cast<int>(_changedStates->states.size());
+}
+
+}  // namespace Ubrix
