@@ -1,5 +1,6 @@
-// The log beside a public peer in the same run: a filtered call, and a 100-byte message into a file with the console
-// off. The peer flushes at each line, since each of our lines has gone through the file's stream when the call returns.
+// The log beside a public peer in the same run: a filtered call, and a 100-byte message into a file with the
+// console off. The peer flushes at each line, since each of our lines has gone through the file's stream when
+// the call returns.
 #include <VelmorCore/Log.h>
 #include <benchmark/benchmark.h>
 #include <spdlog/sinks/basic_file_sink.h>

@@ -1,8 +1,8 @@
 // Bundles: persistent key/value stores in sections, with typed access.
 //
 // A bundle lives on one file, enciphered, readable by this user only. A value is kept as text, whatever type
-// wrote it: a number reads back as a text and a text that holds a number as a number. In the file a "#" ends a
-// value and blanks at its ends are lost.
+// wrote it: a number reads back as a text and a text that holds a number as a number. In the file a "#" ends
+// a value and blanks at its ends are lost.
 //
 // Behind each bundle stand read-only values that a platform attaches to the application package. A key that
 // isn't in the file is looked up there before the caller's default answers. On this platform there are none.
@@ -48,10 +48,10 @@ public:
     virtual bool Set(char const* section, char const* key, long long value) = 0;
     virtual bool Set(char const* section, char const* key, int value) = 0;
 
-    // Reads one key. A text without "," goes into the member `key` of `value`: a number as a 64-bit integer or
-    // a double, anything else as a string. A text with "," goes into the elements of `value` itself, each a
-    // string. `value` must be null or of the kind that is needed. False, with `value` unchanged, if the text
-    // is empty or the key is null.
+    // Reads one key. A text without "," goes into the member `key` of `value`: a number as a 64-bit integer
+    // or a double, anything else as a string. A text with "," goes into the elements of `value` itself, each
+    // a string. `value` must be null or of the kind that is needed. False, with `value` unchanged, if the
+    // text is empty or the key is null.
     virtual bool Get(char const* section, char const* key, Value& value) = 0;
     // Reads a section: each key into a member of `values`, a text with "," as an array of strings. False if
     // the section is null or has no keys.

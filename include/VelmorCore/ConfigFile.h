@@ -7,12 +7,13 @@
 
 namespace Velmor {
 
-// Made by VelmorCore_NewConfigFile, deleted by VelmorCore_DeleteConfigFile; VelmorCore_GetDefaultHandler gives the
-// kit's own. At most one object for a name may live at a time. Each operation is thread-safe by itself.
+// Made by VelmorCore_NewConfigFile, deleted by VelmorCore_DeleteConfigFile; VelmorCore_GetDefaultHandler
+// gives the kit's own. At most one object for a name may live at a time. Each operation is thread-safe by
+// itself.
 //
-// Texts are zero-terminated bytes; section and key must not be null. A text value must not hold a "#" or a line
-// end, nor leading or trailing blanks: they don't come back. Writing operations answer true on success. An object
-// that has no storage logs "_bundle is null" at each call and answers false or the default.
+// Texts are zero-terminated bytes; section and key must not be null. A text value must not hold a "#" or a
+// line end, nor leading or trailing blanks: they don't come back. Writing operations answer true on success.
+// An object that has no storage logs "_bundle is null" at each call and answers false or the default.
 class IConfigFile {
 public:
     virtual ~IConfigFile() = default;
@@ -36,11 +37,12 @@ public:
     virtual bool RemoveSectionAndSave(char const* section) = 0;
     virtual bool RemoveAllAndSave() = 0;
 
-    // True for the text "TRUE" in any case and for the text "1", which SetCache writes; false for other texts.
+    // True for the text "TRUE" in any case and for the text "1", which SetCache writes; false for other
+    // texts.
     virtual bool GetFromCache(char const* section, char const* key, bool defaultValue) = 0;
-    // Fills `value` with the text. `*size`: the room in bytes; on return the length copied, the terminator not
-    // counted. A text that doesn't fit with its terminator is cut to the room, logged as "cut string", and the
-    // answer is false. A null `value` or a `*size` below 1 leaves the buffer alone and gives false.
+    // Fills `value` with the text. `*size`: the room in bytes; on return the length copied, the terminator
+    // not counted. A text that doesn't fit with its terminator is cut to the room, logged as "cut string",
+    // and the answer is false. A null `value` or a `*size` below 1 leaves the buffer alone and gives false.
     virtual bool GetFromCache(char const* section, char const* key, char* value, int* size,
                               char const* defaultValue) = 0;
     virtual int GetFromCache(char const* section, char const* key, int defaultValue) = 0;

@@ -28,8 +28,8 @@ protected:
 // Hears which keys of one module came in with a fetch.
 class ConfigureObserver {
 public:
-    // `keys`: the names of the module's keys, in byte order. Runs on the thread of the transfer, with no lock of
-    // the configuration held. It must be short: the next fetch waits for it.
+    // `keys`: the names of the module's keys, in byte order. Runs on the thread of the transfer, with no lock
+    // of the configuration held. It must be short: the next fetch waits for it.
     virtual void OnConfigureRefreshed(IStringIterator* keys) = 0;
 
 protected:
@@ -39,9 +39,9 @@ protected:
     ConfigureObserver& operator=(ConfigureObserver const&) = default;
 };
 
-// The configuration. Thread-safe. Reads answer from the cache at any time, also from that of an earlier run, and
-// with the default for an absent key; a read during a store waits, and never sees half of a fetch.
-// No argument may be null unless a comment says so.
+// The configuration. Thread-safe. Reads answer from the cache at any time, also from that of an earlier run,
+// and with the default for an absent key; a read during a store waits, and never sees half of a fetch. No
+// argument may be null unless a comment says so.
 class VELMORCORE_API Configure {
 public:
     // Fetches now, and again every "RemoteConfigNextGap" seconds (section "VelmorCore", 86,400 by default).
@@ -53,15 +53,15 @@ public:
     // True for the text "TRUE" in any case and for the text "1", false for every other text.
     virtual bool GetBool(char const* section, char const* key, bool defaultValue) = 0;
     virtual AString GetString(char const* section, char const* key, char const* defaultValue) = 0;
-    // One observer a module: the first stays. The caller owns it and removes it before it dies. A null argument
-    // is ignored.
+    // One observer a module: the first stays. The caller owns it and removes it before it dies. A null
+    // argument is ignored.
     virtual void AddObserver(char const* module, ConfigureObserver* observer) = 0;
     // After the call no notification begins; one that runs on another thread may still be under way.
     virtual void RemoveObserver(char const* module) = 0;
     // Fetches now, unless a fetch is under way. Without a URL nothing happens but a log line.
     virtual void StartOnce() = 0;
-    // Sets the server's base URL, without its path, and fetches. Another URL than before empties the cache first,
-    // and the answer to a fetch under way is thrown away. Null is ignored.
+    // Sets the server's base URL, without its path, and fetches. Another URL than before empties the cache
+    // first, and the answer to a fetch under way is thrown away. Null is ignored.
     virtual void SetUrl(char const* url) = 0;
     // Forgets the URL and empties the cache; the answer to a fetch under way is thrown away.
     virtual void Clear() = 0;

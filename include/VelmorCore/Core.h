@@ -16,7 +16,8 @@ public:
     virtual void SetLogLevel(int level) = 0;
     // The version, as "1.3.01.2706". The text is static.
     virtual char const* GetVersion() = 0;
-    // Sets the base URL of the remote configuration, without its path, and fetches. Null is ignored. Any thread.
+    // Sets the base URL of the remote configuration, without its path, and fetches. Null is ignored. Any
+    // thread.
     virtual void SetRemoteConfigUrl(char const* url) = 0;
     // Forgets the URL and everything fetched. Any thread.
     virtual void ClearRemoteConfigCache() = 0;
@@ -34,8 +35,8 @@ public:
     void ClearRemoteConfigCache() override;
 
     static CVelmorCore& GetInstance();
-    // Destroys the core and with it all services, in their order, on the calling thread; without a core it does
-    // nothing. Work queued for the game's thread is dropped. No transfer is waited for.
+    // Destroys the core and with it all services, in their order, on the calling thread; without a core it
+    // does nothing. Work queued for the game's thread is dropped. No transfer is waited for.
     static void ReleaseInstance();
 
     CVelmorCore(CVelmorCore const&) = delete;
@@ -47,9 +48,9 @@ private:
     static CVelmorCore* _instance;
 };
 
-// Starts what stands for as long as the process runs: the kit's name, the logger with the configuration's cache,
-// and one sweep of old log files on a thread of its own. The library makes one while it is loaded, named
-// "Velmor". A further one overwrites the name and sweeps once more.
+// Starts what stands for as long as the process runs: the kit's name, the logger with the configuration's
+// cache, and one sweep of old log files on a thread of its own. The library makes one while it is loaded,
+// named "Velmor". A further one overwrites the name and sweeps once more.
 class VELMORCORE_API UbrixInitializer {
 public:
     UbrixInitializer();

@@ -1,7 +1,7 @@
 // Files and paths.
 //
-// Nothing here throws: every result is a bool, a count or a text. A path is a zero-terminated byte string that
-// goes to the system's narrow file functions unchanged, in whatever encoding these take.
+// Nothing here throws: every result is a bool, a count or a text. A path is a zero-terminated byte string
+// that goes to the system's narrow file functions unchanged, in whatever encoding these take.
 #pragma once
 
 #include <VelmorCore/Export.h>
@@ -38,8 +38,8 @@ public:
     CFile(CFile const&) = delete;
     CFile& operator=(CFile const&) = delete;
 
-    // Closes what is open, keeps `path` even if it can't be opened, and opens it. False, with nothing changed,
-    // for null; false if the file can't be opened.
+    // Closes what is open, keeps `path` even if it can't be opened, and opens it. False, with nothing
+    // changed, for null; false if the file can't be opened.
     bool Open(char const* path, FileMode mode);
     void Close();
 
@@ -56,20 +56,21 @@ public:
     // Renames a file. False on failure and for null.
     static bool Rename(char const* from, char const* to);
 
-    // Reads up to `size` bytes from the beginning, or from byte `position`, and returns how many came: fewer at
-    // the end of the file, 0 if the position can't be reached or `size` is 0. At most 2147483647 bytes in one
-    // call. -1 if the file isn't open, `buffer` is null, or reading fails; the bytes are then not to be used.
+    // Reads up to `size` bytes from the beginning, or from byte `position`, and returns how many came: fewer
+    // at the end of the file, 0 if the position can't be reached or `size` is 0. At most 2147483647 bytes in
+    // one call. -1 if the file isn't open, `buffer` is null, or reading fails; the bytes are then not to be
+    // used.
     int Read(void* buffer, unsigned int size);
     int Read(void* buffer, int position, unsigned int size);
     // Writes `size` bytes at the beginning of the file, over what is there (with FileModeAppend, at the end),
     // and hands them to the system. True if all went out, and for a `size` of 0. False if the file isn't open
     // or `data` is null.
     bool Write(void const* data, unsigned int size);
-    // Writes `size` bytes at the end. They may stay in the stream's buffer until the file is closed. Results as
-    // above.
+    // Writes `size` bytes at the end. They may stay in the stream's buffer until the file is closed. Results
+    // as above.
     bool Append(void const* data, unsigned int size);
-    // Bytes in the file, those still buffered included. 0 if it is closed, on failure, and for a length beyond
-    // 32 bits. The position stays.
+    // Bytes in the file, those still buffered included. 0 if it is closed, on failure, and for a length
+    // beyond 32 bits. The position stays.
     unsigned int GetLength();
     // Moves the position and returns it, in bytes from the beginning; 0 if the file is closed or the place
     // can't be reached. Only the low 32 bits of `offset` count, as a signed number.
@@ -91,8 +92,8 @@ public:
     // The working directory at the first call, kept from then on. If it can't be read, prints "getcwd error"
     // with the system's message on standard error and returns null; the next call tries again.
     static char const* GetAppPath();
-    // The directories "Doc" and "Cache" below GetAppPath, with a separator at the end. The first call makes the
-    // directory, readable by this user only. Null without an application path.
+    // The directories "Doc" and "Cache" below GetAppPath, with a separator at the end. The first call makes
+    // the directory, readable by this user only. Null without an application path.
     static char const* GetDocPath();
     static char const* GetCachePath();
     // The file in the cache directory that bears the kit's name at the first call and ".ini". Null without an

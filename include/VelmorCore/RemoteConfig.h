@@ -23,8 +23,8 @@ protected:
     RemoteConfigObserver& operator=(RemoteConfigObserver const&) = default;
 };
 
-// Typed reads of one module's section, observers for it, the user's identity for the next fetch, and a fetch on
-// demand. Thread-safe. A null key gives the default and an Error line.
+// Typed reads of one module's section, observers for it, the user's identity for the next fetch, and a fetch
+// on demand. Thread-safe. A null key gives the default and an Error line.
 class VELMORCORE_API IRemoteConfig {
 public:
     virtual ~IRemoteConfig();
@@ -32,14 +32,14 @@ public:
     virtual std::int64_t GetLong(char const* key, std::int64_t defaultValue) = 0;
     virtual double GetDouble(char const* key, double defaultValue) = 0;
     virtual bool GetBool(char const* key, bool defaultValue) = 0;
-    // `*size`: the room in `value` in bytes; on success the text's length, the terminator not counted. A text that
-    // doesn't fit with its terminator, or a bad argument, gives false and leaves both as they were.
+    // `*size`: the room in `value` in bytes; on success the text's length, the terminator not counted. A text
+    // that doesn't fit with its terminator, or a bad argument, gives false and leaves both as they were.
     virtual bool GetString(char const* key, char* value, int* size, char const* defaultValue) = 0;
-    // A second addition of the same observer changes nothing. The configuration notifies one observer a module:
-    // of several, the first. The caller owns the observer.
+    // A second addition of the same observer changes nothing. The configuration notifies one observer a
+    // module: of several, the first. The caller owns the observer.
     virtual void AddObserver(RemoteConfigObserver* observer) = 0;
-    // Ends the notification of the module. After the call no notification of this observer begins; one that runs
-    // on another thread is waited for.
+    // Ends the notification of the module. After the call no notification of this observer begins; one that
+    // runs on another thread is waited for.
     virtual void RemoveObserver(RemoteConfigObserver* observer) = 0;
     // Stores who the user is, for the next fetch and for later runs. Starts no fetch.
     virtual void SetUserInfo(int channelId, char const* openId) = 0;

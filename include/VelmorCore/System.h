@@ -9,8 +9,8 @@ namespace Ubrix {
 // process ends.
 class VELMORCORE_API CSystem {
 public:
-    CSystem();
-    ~CSystem();
+    CSystem() = default;
+    ~CSystem() = default;
 
     // Fixed answers of this platform.
     static char const* GetModel();        // "Windows"

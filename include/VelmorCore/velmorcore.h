@@ -1,8 +1,8 @@
 /*
  * Every C function of VelmorCore. Valid C11 and C++; the only header that a managed binding needs.
  *
- * Texts are zero-terminated bytes, without a known encoding unless a comment says so. Functions may be called on any
- * thread unless a comment says otherwise. None throws. The library is ready when it is loaded.
+ * Texts are zero-terminated bytes, without a known encoding unless a comment says so. Functions may be called
+ * on any thread unless a comment says otherwise. None throws. The library is ready when it is loaded.
  */
 #ifndef VELMORCORE_VELMORCORE_H
 #define VELMORCORE_VELMORCORE_H
@@ -40,8 +40,8 @@ typedef int VelmorCoreNetworkState;
 VELMORCORE_API VelmorCoreObject* velmorcore_getInstance(void);
 /* Makes the core if need be. Always 0. */
 VELMORCORE_API int velmorcore_init(void);
-/* Takes the core and all services down, in order, on the calling thread; no transfer is waited for. Harmless without
- * a core. The core may be made again afterwards. */
+/* Takes the core and all services down, in order, on the calling thread; no transfer is waited for. Harmless
+ * without a core. The core may be made again afterwards. */
 VELMORCORE_API void velmorcore_releaseInstance(void);
 /* Makes the core if need be and sets the log level. */
 VELMORCORE_API void velmorcore_setLogLevel(int level);
@@ -52,48 +52,52 @@ VELMORCORE_API void VelmorSDKLog_setAllLogLevel(int level);
 
 /* ---- Logging ---- */
 
-/* Receives each finished line, without a line feed, on the logging thread. `line` is valid during the call only. */
+/* Receives each finished line, without a line feed, on the logging thread. `line` is valid during the call
+ * only. */
 typedef void (*VelmorCoreLogCallback)(VelmorCoreLogPriority level, char const* line);
 
 VELMORCORE_API void VelmorCore_SetUbrixLogLevel(VelmorCoreLogPriority level);
-/* Replaces the callback; null clears it. A call that is running on another thread may still end afterwards. */
+/* Replaces the callback; null clears it. A call that is running on another thread may still end afterwards.
+ */
 VELMORCORE_API void VelmorCore_SetUbrixLogCallback(VelmorCoreLogCallback callback);
-/* Logs `msg` as it stands: nothing in it is read as a format. `file` and `func` must not be null; a null `msg` is
- * ignored. */
-VELMORCORE_API void VelmorCore_XLog(VelmorCoreLogPriority level, char const* file, unsigned int line, char const* func,
-                                    char const* msg);
+/* Logs `msg` as it stands: nothing in it is read as a format. `file` and `func` must not be null; a null
+ * `msg` is ignored. */
+VELMORCORE_API void VelmorCore_XLog(VelmorCoreLogPriority level, char const* file, unsigned int line,
+                                    char const* func, char const* msg);
 
 /* ---- Config files ---- */
 
 /* The kit's own config file, made at the first call. The library owns it: don't delete it. */
 VELMORCORE_API VelmorCoreConfigFile* VelmorCore_GetDefaultHandler(void);
-/* A config file of the name `name` in the cache directory; null and "Velmor" name the kit's own. The caller owns it, and
- * keeps at most one for a name at a time. */
+/* A config file of the name `name` in the cache directory; null and "Velmor" name the kit's own. The caller
+ * owns it, and keeps at most one for a name at a time. */
 VELMORCORE_API VelmorCoreConfigFile* VelmorCore_NewConfigFile(char const* name);
 /* Saves and deletes `*file` and stores null in it. A null `file` or `*file` is ignored. */
 VELMORCORE_API void VelmorCore_DeleteConfigFile(VelmorCoreConfigFile** file);
 
 /* ---- Remote configuration ---- */
 
-/* Sets the server's base URL ("https://host", without the path) and fetches in the background. Always true; a null
- * `url` changes nothing. */
+/* Sets the server's base URL ("https://host", without the path) and fetches in the background. Always true; a
+ * null `url` changes nothing. */
 VELMORCORE_API bool velmorcore_configure_seturl(char const* url);
 /* Forgets the URL and empties the cache. Always true. */
 VELMORCORE_API bool velmorcore_configure_clear(void);
 
-/* Read the game's own section of the cache: the one named by the game id, which is the empty name on this platform.
- * An absent or null key gives the default. */
+/* Read the game's own section of the cache: the one named by the game id, which is the empty name on this
+ * platform. An absent or null key gives the default. */
 VELMORCORE_API int ubrix_remoteconfig_GetInt(char const* key, int defaultValue);
 VELMORCORE_API int64_t ubrix_remoteconfig_GetLong(char const* key, int64_t defaultValue);
 VELMORCORE_API double ubrix_remoteconfig_GetDouble(char const* key, double defaultValue);
 VELMORCORE_API bool ubrix_remoteconfig_GetBool(char const* key, bool defaultValue);
-/* `size`: the room in `value` in bytes. False, with `value` as it was, if the text and its terminator don't fit. */
-VELMORCORE_API bool ubrix_remoteconfig_GetString(char const* key, char* value, int size, char const* defaultValue);
+/* `size`: the room in `value` in bytes. False, with `value` as it was, if the text and its terminator don't
+ * fit. */
+VELMORCORE_API bool ubrix_remoteconfig_GetString(char const* key, char* value, int size,
+                                                 char const* defaultValue);
 
 /* ---- The host's update: the thread that calls it is the one that queued calls run on. ---- */
 
-/* From now on, for the rest of the process, calls for the game's thread wait for ubrix_target_unity_update. Call it
- * once, before services start to post. */
+/* From now on, for the rest of the process, calls for the game's thread wait for ubrix_target_unity_update.
+ * Call it once, before services start to post. */
 VELMORCORE_API void ubrix_target_unity_enable_ui_update(void);
 /* Runs at most 20 waiting calls on the calling thread; call it once a frame. */
 VELMORCORE_API void ubrix_target_unity_update(void);
@@ -103,17 +107,17 @@ VELMORCORE_API void ubrix_target_unity_update(void);
 typedef void (*VelmorCoreNetworkCallback)(VelmorCoreNetworkState state);
 
 VELMORCORE_API VelmorCoreNetworkState ubrix_network_GetNetworkState(void);
-/* Encodes the detailed record into `buffer`: two 4-byte big-endian integers (state, detail) and four texts, each a
- * 4-byte big-endian length and its bytes. No terminator is added. False, with a log line, if `size` isn't above the
- * encoded length. */
+/* Encodes the detailed record into `buffer`: two 4-byte big-endian integers (state, detail) and four texts,
+ * each a 4-byte big-endian length and its bytes. No terminator is added. False, with a log line, if `size`
+ * isn't above the encoded length. */
 VELMORCORE_API bool ubrix_network_GetDetailNetworkInfo(char* buffer, int size);
 /* Replaces the callback, which runs on the host's update; null clears it. */
 VELMORCORE_API void ubrix_network_SetNetworkChangedCallback(VelmorCoreNetworkCallback callback);
 
 /* ---- Device ---- */
 
-/* Copies the device id (36 characters) and its terminator into `buffer`, and fills the rest of the `size` bytes with
- * zeros. False, with `buffer` as it was, if it doesn't fit. */
+/* Copies the device id (36 characters) and its terminator into `buffer`, and fills the rest of the `size`
+ * bytes with zeros. False, with `buffer` as it was, if it doesn't fit. */
 VELMORCORE_API bool Ubrix_system_GetUUID(char* buffer, int size);
 /* Always false. */
 VELMORCORE_API bool Ubrix_system_GetIDFA(void);

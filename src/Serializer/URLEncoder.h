@@ -15,8 +15,8 @@ public:
     // hexadecimal digits.
     static std::string Encode(std::string const& text);
 
-    // The way back. Digits may be of either case; letters past 'F' count on from it, and the sum is cut to a byte.
-    // A '%' that two letters or digits don't follow is copied as it stands.
+    // The way back. Digits may be of either case; letters past 'F' count on from it, and the sum is cut to a
+    // byte. A '%' that two letters or digits don't follow is copied as it stands.
     static std::string Decode(std::string const& text);
 };
 

@@ -1,4 +1,5 @@
-// A wall clock that stands still until a test sets it; in force for the length of a scope. Durations stay real.
+// A wall clock that stands still until a test sets it; in force for the length of a scope. Durations stay
+// real.
 #pragma once
 
 #include "System/Time/ClockSource.h"
@@ -7,7 +8,8 @@ namespace Test {
 
 class FakeClock : public Ubrix::ClockSource {
 public:
-    explicit FakeClock(Ubrix::Platform::CalendarTime const& local = {2026, 3, 5, 7, 59, 1, 42}) : _local(local) {
+    explicit FakeClock(Ubrix::Platform::CalendarTime const& local = {2026, 3, 5, 7, 59, 1, 42})
+        : _local(local) {
         Ubrix::ClockSource::Replace(this);
     }
     ~FakeClock() override { Ubrix::ClockSource::Replace(nullptr); }

@@ -1,4 +1,5 @@
-// Collects every line that the logger passes on while a scope lasts, with the level at Debug and the console off.
+// Collects every line that the logger passes on while a scope lasts, with the level at Debug and the console
+// off.
 #pragma once
 
 #include <VelmorCore/Log.h>

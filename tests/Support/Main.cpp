@@ -35,6 +35,10 @@ __attribute__((constructor(101))) void EnterScratchDirectory() {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // A test that runs in a process of its own starts this file again, from inside the scratch directory: a
+    // name relative to where the first process stood would lead nowhere.
+    char executable[] = "/proc/self/exe";
+    argv[0] = executable;
     testing::InitGoogleTest(&argc, argv);
     char path[512];
     if (getcwd(path, sizeof path) == nullptr) {

@@ -16,7 +16,7 @@ using Ubrix::Platform::ScopedLock;
 namespace {
 
 // Passes the configuration's notification on to a module's observer.
-class ConfigObserver : public ConfigureObserver {
+class ConfigObserver final : public ConfigureObserver {
 public:
     ConfigObserver(IRemoteConfig* config, RemoteConfigObserver* observer)
         : _config(config), _observer(observer) {}

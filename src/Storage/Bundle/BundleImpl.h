@@ -9,8 +9,8 @@
 
 namespace Ubrix {
 
-// A read asks the file first, then the platform's metadata, where a section that bears the game's id is called
-// "VelmorGame", and ends at the caller's default. No lock of its own: the file has one.
+// A read asks the file first, then the platform's metadata, where a section that bears the game's id is
+// called "VelmorGame", and ends at the caller's default. No lock of its own: the file has one.
 class BundleImpl : public Bundle {
 public:
     // On "Velmor.config" in the cache directory.

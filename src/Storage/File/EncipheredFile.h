@@ -53,8 +53,8 @@ struct EncipheredContent {
     std::vector<unsigned char> body;
 };
 
-// Reads and checks a file up to its digest. Memory is taken for a body only as far as the file really has one.
-// Bytes behind the body are ignored. Thread-safe.
+// Reads and checks a file up to its digest. Memory is taken for a body only as far as the file really has
+// one. Bytes behind the body are ignored. Thread-safe.
 EncipheredContent ReadEncipheredFile(char const* path);
 
 }  // namespace Ubrix

@@ -11,8 +11,8 @@ namespace Ubrix {
 // the target at the end. A full disk, or a process that dies on the way, leaves the target as it was. The
 // content isn't forced onto the medium: a save costs no wait for the disk, and after a power cut the file has
 // the content of this save or of an earlier one only where the file system keeps a rename behind the data it
-// renames. The temporary name is a fresh one each time, so that two writers of one target don't mix; the later
-// one wins. One thread at a time.
+// renames. The temporary name is a fresh one each time, so that two writers of one target don't mix; the
+// later one wins. One thread at a time.
 class FileReplacement {
 public:
     explicit FileReplacement(std::string const& target);

@@ -89,10 +89,6 @@ char const* FindUdid() {
 
 }  // namespace
 
-CSystem::CSystem() = default;
-
-CSystem::~CSystem() = default;
-
 char const* CSystem::GetModel() {
     return "Windows";
 }

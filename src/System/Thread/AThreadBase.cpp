@@ -80,10 +80,12 @@ CThreadBase::~CThreadBase() {
 }
 
 void CThreadBase::Start() {
+    // From the moment that the thread may run, it may also destroy the object.
+    std::shared_ptr<Body> const body = _body;
     VC_LOG(Info, "Ubrix::CThreadBase::Start", "Thread: CThreadBase: Start:%p", static_cast<void*>(this));
-    _body->m_bThreadRun.Set(true);
-    Resume(true);
-    _body->startEvent.Set();
+    body->m_bThreadRun.Set(true);
+    // Sets the start event, too.
+    ResumeBody(*body);
     Platform::SleepFor(0);
 }
 
@@ -95,18 +97,23 @@ void CThreadBase::Pause() {
 }
 
 void CThreadBase::Resume(bool yield) {
-    VC_LOG(Info, "Ubrix::CThreadBase::Resume", "CThreadBase::Resume");
-    if (!_body->m_bThreadRun.Get() || _body->selfDelete.Get()) {
-        VC_LOG(Error, "Ubrix::CThreadBase::Resume", "Thread is not running..");
-        return;
-    }
-    _body->resumeDue.Set(true);
-    _body->pause.Set(false);
-    _body->startEvent.Set();
-    _body->pauseEvent.Set();
-    if (yield) {
+    std::shared_ptr<Body> const body = _body;
+    if (ResumeBody(*body) && yield) {
         Platform::SleepFor(0);
     }
+}
+
+bool CThreadBase::ResumeBody(Body& body) {
+    VC_LOG(Info, "Ubrix::CThreadBase::Resume", "CThreadBase::Resume");
+    if (!body.m_bThreadRun.Get() || body.selfDelete.Get()) {
+        VC_LOG(Error, "Ubrix::CThreadBase::Resume", "Thread is not running..");
+        return false;
+    }
+    body.resumeDue.Set(true);
+    body.pause.Set(false);
+    body.startEvent.Set();
+    body.pauseEvent.Set();
+    return true;
 }
 
 void CThreadBase::Stop() {

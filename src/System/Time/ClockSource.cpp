@@ -38,7 +38,8 @@ void ClockSource::WaitUntil(Platform::Event& event, long long moment) const {
 }
 
 ClockSource const& ClockSource::Current() {
-    static ClockSource const system;
+    // Never destroyed: timer threads read it while the process exits.
+    static ClockSource const& system = *new ClockSource;
     ClockSource const* replacement = g_replacement.load(std::memory_order_acquire);
     return replacement != nullptr ? *replacement : system;
 }

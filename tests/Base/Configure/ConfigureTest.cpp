@@ -39,7 +39,7 @@ std::string Text(char const* section, char const* key) {
 }
 
 // Hears of one module, and lets a test wait for it.
-class Observer : public Velmor::ConfigureObserver {
+class Observer final : public Velmor::ConfigureObserver {
 public:
     void OnConfigureRefreshed(Velmor::IStringIterator* keys) override {
         std::string names;
@@ -236,7 +236,7 @@ TEST_F(ConfigureTest, AFailureIsRetriedEveryTenSecondsAndThenWaitsForTheNetwork)
         clock.Advance(10000);
         ASSERT_TRUE(_server.AwaitRequests(static_cast<std::size_t>(retry) + 1)) << _log.Text();
     }
-    ASSERT_TRUE(clock.AwaitWaiters({::Test::SteppedClock::kNever})) << "the retries are used up";
+    ASSERT_TRUE(clock.AwaitWaiters({})) << "the retries are used up";
     AwaitState(ConfigureImpl::kFailed);
     EXPECT_EQ(_log.Count("Info", "OnDataTaskFinished error:5"), 4);
     clock.Advance(100000);

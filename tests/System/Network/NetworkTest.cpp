@@ -141,6 +141,7 @@ TEST_F(Network, ReleaseAtAnyMoment) {
 TEST_F(Network, FirstUseOnManyThreadsMakesOne) {
     std::vector<INetwork*> seen(8);
     std::vector<std::thread> threads;
+    threads.reserve(seen.size());
     for (INetwork*& one : seen) {
         threads.emplace_back([&one] { one = &INetwork::GetInstance(); });
     }

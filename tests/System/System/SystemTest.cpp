@@ -2,13 +2,12 @@
 #include <VelmorCore/System.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "Support/ConsoleCapture.h"
+#include "Support/Files.h"
 
 namespace Ubrix {
 namespace {
@@ -17,38 +16,32 @@ std::string ConfigPath() {
     return std::string(CPath::GetDocPath()) + "/config.ini";
 }
 
-std::string ConfigFile() {
-    std::ifstream file(ConfigPath());
-    return {std::istreambuf_iterator<char>(file), {}};
+// The device id that a run of another process in this directory sees.
+std::string IdOfAnotherRun() {
+    EXPECT_EQ(std::system("\"" VELMORCORE_CHILD "\" persist > seen.txt 2> errors.txt"), 0);
+    std::string const seen = ::Test::ReadWholeFile("seen.txt");
+    return seen.substr(0, seen.find(' '));
 }
 
-// One run of an application: makes sure of the id and ends.
-[[noreturn]] void RunThatSees(std::string const& id) {
-    std::_Exit(CSystem::GetUdid() == id ? 0 : 1);
-}
-
-TEST(SystemDeathTest, DeviceIdIsMadeOnceAndKept) {
+TEST(System, DeviceIdIsMadeOnceAndKept) {
     CPath::GetDocPath();
-    EXPECT_EXIT(std::_Exit(CSystem::GetUdid() != nullptr ? 0 : 1), testing::ExitedWithCode(0), "");
-    std::string const file = ConfigFile();
-    std::size_t const at = file.find("Udid=");
-    ASSERT_NE(at, std::string::npos) << file;
-    EXPECT_LT(file.find("[System]"), at);
-    std::string const id = file.substr(at + 5, 36);
-    EXPECT_EQ(file.find_first_not_of("\r\n", at + 41), std::string::npos);
+    std::string const id = IdOfAnotherRun();
+    EXPECT_EQ(id.size(), 36U);
     EXPECT_THAT(id, testing::MatchesRegex(
                         "[0-9A-F]+-[0-9A-F]+-4[0-9A-F][0-9A-F][0-9A-F]-[89AB][0-9A-F][0-9A-F][0-9A-F]-"
                         "[0-9A-F]+"));
-    EXPECT_EXIT(RunThatSees(id), testing::ExitedWithCode(0), "") << "the second run";
-
-    std::ofstream(ConfigPath()) << "[System]\nUdid=abc\n";
-    EXPECT_EXIT(RunThatSees("abc"), testing::ExitedWithCode(0), "") << "any text counts";
+    EXPECT_THAT(::Test::ReadWholeFile(ConfigPath()),
+                testing::ContainsRegex("\\[System\\]\r?\nUdid=" + id + "\r?\n"));
+    EXPECT_EQ(IdOfAnotherRun(), id);
+    ::Test::WriteWholeFile(ConfigPath(), "[System]\nUdid=abc\n");
+    EXPECT_EQ(IdOfAnotherRun(), "abc") << "any text counts";
 
     // Nothing can be read or stored: the id stands for this run, the same for all who ask first.
     CFile::Remove(ConfigPath().c_str());
     ASSERT_TRUE(CPath::CreatePath(ConfigPath().c_str()));
     std::vector<char const*> seen(8);
     std::vector<std::thread> threads;
+    threads.reserve(seen.size());
     for (char const*& one : seen) {
         threads.emplace_back([&one] { one = CSystem::GetUdid(); });
     }

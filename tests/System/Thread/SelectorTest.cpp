@@ -1,4 +1,5 @@
 #include <atomic>
+#include <cstdlib>
 #include <string>
 #include <thread>
 #include <vector>
@@ -25,7 +26,7 @@ CSelector Noting(int letter, CTargetBase* target = nullptr) {
     CSelector selector;
     selector.target = target;
     selector.function1 = Note;
-    selector.arg1 = g_texts + 2 * letter;
+    selector.arg1 = g_texts + static_cast<std::ptrdiff_t>(letter) * 2;
     return selector;
 }
 
@@ -91,17 +92,16 @@ TEST_F(Selectors, PassRunsTwentyAndRemovalKeepsTheOthersInOrder) {
 }
 
 TEST_F(Selectors, SelectorMayPostToItsOwnQueue) {
-    static CSelectorManager* queue;
-    CSelectorManager manager;
-    queue = &manager;
+    CSelectorManager queue;
     CSelector endless;
-    endless.function1 = [](void* self) {
+    endless.function2 = [](void* self, void* manager) {
         g_trail += ".";
-        queue->AddSelector(*static_cast<CSelector*>(self));
+        static_cast<CSelectorManager*>(manager)->AddSelector(*static_cast<CSelector*>(self));
     };
     endless.arg1 = &endless;
-    queue->AddSelector(endless);
-    queue->RunSelectors();
+    endless.arg2 = &queue;
+    queue.AddSelector(endless);
+    queue.RunSelectors();
     EXPECT_EQ(g_trail, std::string(20, '.'));
 }
 
@@ -140,7 +140,7 @@ TEST_F(Selectors, RemovalWaitsForARunningSelector) {
 }
 
 // The process-wide road from load on: no window, window, host update. Each step builds on the one before.
-TEST_F(Selectors, RoadOfAPostedCall) {
+void WalkTheRoadOfAPostedCall() {
     Target shared;
     Target own(true);
     CSelector selector = Noting(0);
@@ -204,12 +204,23 @@ TEST_F(Selectors, RoadOfAPostedCall) {
     EXPECT_EQ(g_trail, "ihi");
 }
 
+// In a process of its own: the host's word can't be taken back.
+TEST(SelectorsDeathTest, RoadOfAPostedCall) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    auto const walk = [] {
+        WalkTheRoadOfAPostedCall();
+        std::exit(testing::Test::HasFailure() ? 1 : 0);
+    };
+    EXPECT_EXIT(walk(), testing::ExitedWithCode(0), "");
+}
+
 TEST_F(Selectors, PostPumpAndReleaseRunAtOnce) {
     EnableUiUpdate();
     static std::atomic<int> runs;
     CSelector count;
     count.function0 = [] { ++runs; };
     std::vector<std::thread> threads;
+    threads.reserve(3);
     for (int i = 0; i < 2; ++i) {
         threads.emplace_back([&] {
             for (int n = 0; n < 2000; ++n) {

@@ -128,6 +128,7 @@ TEST_F(Timer, StartAndStopFromManyThreads) {
     ::Test::SteppedClock::Remove();
     CTimer timer;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&timer] {
             for (int n = 0; n < 20; ++n) {
