@@ -56,7 +56,8 @@ public:
     // One observer a module: the first stays. The caller owns it and removes it before it dies. A null
     // argument is ignored.
     virtual void AddObserver(char const* module, ConfigureObserver* observer) = 0;
-    // After the call no notification begins; one that runs on another thread may still be under way.
+    // After the call the module's observer may die: no notification of it begins, and one that runs on
+    // another thread is waited for. From inside a notification the call returns at once.
     virtual void RemoveObserver(char const* module) = 0;
     // Fetches now, unless a fetch is under way. Without a URL nothing happens but a log line.
     virtual void StartOnce() = 0;
