@@ -88,6 +88,17 @@ TEST(Process, TheDeviceIdAndAConfigFileOutliveTheProcess) {
     EXPECT_EQ(second.out, first.out.substr(0, 36) + " 2\n");
 }
 
+TEST(Process, WithoutAWorkingDirectoryNothingIsStoredAndNothingFails) {
+    Result const result = RunProgram({"/bin/sh", "-c",
+                                      "export ELSEWHERE=$PWD/elsewhere.config; mkdir gone; cd gone; rmdir "
+                                      "../gone; exec \"$0\" no-directory",
+                                      VELMORCORE_CHILD});
+    EXPECT_EQ(result.status, 0) << result.err;
+    std::string const early = "| CachePath is empty, do not use bundle in JNI_ONLoad!!!\n";
+    EXPECT_TRUE(InOrder(result.err, {"getcwd error: ", "|Ubrix::IniBundle::IniBundle" + early,
+                                     "|Ubrix::SecurityStoreImp::SecurityStoreImp" + early}));
+}
+
 TEST(Process, EndsAtOnceWithARequestInFlight) {
     auto const start = std::chrono::steady_clock::now();
     EXPECT_EQ(Child("exit-during-request").status, 0);

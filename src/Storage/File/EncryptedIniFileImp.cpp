@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -135,7 +134,7 @@ EncipheredContent EncryptedIniFileImpl::ReadContent(unsigned char* key) const {
         AString const entry = SecurityStore::GetInstance()->Get(EntryName(), "");
         std::string decoded = Base64Decode(entry.CString());
         WipeContentAtExit<std::string> const wiper(decoded);
-        std::memcpy(key, decoded.data(), std::min(decoded.size(), kKeySize));
+        std::copy_n(decoded.begin(), std::min(decoded.size(), kKeySize), key);
     }
     return content;
 }

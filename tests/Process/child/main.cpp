@@ -56,6 +56,18 @@ int ExitDuringRequest() {
     return 0;
 }
 
+// Runs in a directory that is gone: nothing is stored anywhere, and nothing fails.
+int NoDirectory() {
+    Ubrix::BundleFactory& factory = Ubrix::BundleFactory::GetInstance();
+    Ubrix::Bundle& bundle = factory.GetDefaultBundle();
+    int failures = Expect(Ubrix::CPath::GetCachePath() == nullptr, "no cache directory");
+    failures += Expect(!bundle.Set("s", "k", 1) && bundle.Get("s", "k", 3) == 3, "the default bundle");
+    char const* elsewhere = std::getenv("ELSEWHERE");
+    factory.GetBundle(elsewhere).Set("s", "k", 1);
+    factory.DestoryBundle(elsewhere);
+    return failures + Expect(!Ubrix::CFile::Exist(elsewhere), "no file without a key");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -63,6 +75,7 @@ int main(int argc, char** argv) {
     std::map<std::string, int (*)()> const scenarios = {{"two-lives", TwoLives},
                                                         {"network-first", NetworkUsedFirst},
                                                         {"persist", Persist},
+                                                        {"no-directory", NoDirectory},
                                                         {"exit-during-request", ExitDuringRequest}};
     auto const found = scenarios.find(scenario);
     return found != scenarios.end() ? found->second() : 64;
