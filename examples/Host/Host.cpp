@@ -95,7 +95,10 @@ void GameHost::PlayOnline() {
     Introduce();
     Listen();
     _journal.Begin("Settings come from " + _line.url);
-    Fetch();
+    if (!Fetch()) {
+        Release();
+        return;
+    }
     CollectKeys();
     ReadThroughConfigure();
     ReadThroughView();
@@ -158,10 +161,10 @@ void GameHost::AskForNews() {
                    "URL set; the fetch runs in the background");
 }
 
-void GameHost::Fetch() {
+bool GameHost::Fetch() {
     _store->SetUserInfo(1001, "player-7");
     AskForNews();
-    Wait([this] { return _refreshes.Modules() == kModuleCount; }, "every module heard of its keys");
+    return Wait([this] { return _refreshes.Modules() == kModuleCount; }, "every module heard of its keys");
 }
 
 void GameHost::CollectKeys() {
@@ -184,7 +187,7 @@ void GameHost::ReadThroughConfigure() {
     std::int64_t const end = configure.GetLong("Quest", "event_end", -1);
     _journal.Check(end > 0, "Configure: Quest.event_end = " + Number(end));
     bool const guests = configure.GetBool("Login", "guest_enabled", false);
-    _journal.Check(guests, "Configure: Login.guest_enabled = true");
+    _journal.Check(guests, std::string("Configure: Login.guest_enabled = ") + (guests ? "true" : "false"));
     std::string const region = configure.GetString("Match", "region", "").c_str();
     _journal.Check(!region.empty(), "Configure: Match.region = " + region);
     int const absent = configure.GetInt("Match", "no_such_key", 4711);
@@ -205,7 +208,8 @@ void GameHost::ReadThroughFunctions() {
     _journal.Check(players > 0, "C functions: players_per_room = " + Number(players));
     double const rate = ubrix_remoteconfig_GetDouble("drop_rate", -1.0);
     _journal.Check(rate > 0.0, "C functions: drop_rate = " + std::to_string(rate));
-    _journal.Check(ubrix_remoteconfig_GetBool("store_open", false), "C functions: store_open = true");
+    bool const open = ubrix_remoteconfig_GetBool("store_open", false);
+    _journal.Check(open, std::string("C functions: store_open = ") + (open ? "true" : "false"));
     char text[128] = "";
     bool const fits = ubrix_remoteconfig_GetString("motd", text, sizeof text, "");
     _journal.Check(fits && *text != '\0', std::string("C functions: motd = ") + text);

@@ -33,7 +33,7 @@ private:
     void Introduce();
     void Listen();
     void AskForNews();
-    void Fetch();
+    bool Fetch();
     void CollectKeys();
     void ReadThroughConfigure();
     void ReadThroughView();

@@ -4,16 +4,22 @@
 
 namespace Host {
 
+namespace {
+
+// Not the system's thread ids: those come back with later threads.
+thread_local int t_number = -1;
+
+}  // namespace
+
 Journal::Journal() {
-    _threads[std::this_thread::get_id()] = "game";
+    t_number = 0;
 }
 
 std::string Journal::ThreadName() {
-    std::string& name = _threads[std::this_thread::get_id()];
-    if (name.empty()) {
-        name = "worker " + std::to_string(_threads.size() - 1);
+    if (t_number < 0) {
+        t_number = ++_threads;
     }
-    return name;
+    return t_number == 0 ? "game" : "worker " + std::to_string(t_number);
 }
 
 void Journal::Say(std::string const& text) {

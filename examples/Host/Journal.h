@@ -2,10 +2,8 @@
 #pragma once
 
 #include <chrono>
-#include <map>
 #include <mutex>
 #include <string>
-#include <thread>
 
 namespace Host {
 
@@ -31,7 +29,7 @@ private:
 
     std::chrono::steady_clock::time_point const _start = std::chrono::steady_clock::now();
     mutable std::mutex _mutex;  // guards what follows, and keeps lines whole
-    std::map<std::thread::id, std::string> _threads;
+    int _threads = 0;
     int _failures = 0;
 };
 

@@ -99,9 +99,7 @@ public:
     // network: a request in flight is aborted and nobody hears of it. May be called inside the callback.
     static void Destroy(DataTask* task);
 
-private:
-    WWW();
-    ~WWW();
+    WWW() = delete;
 };
 
 }  // namespace Ubrix

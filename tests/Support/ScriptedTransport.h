@@ -1,6 +1,4 @@
-// Carries requests nowhere: answers as a test has written down. Once in force it stays so for the process, as
-// the library lets no transport be changed after the first request; so each test that uses it runs in its own
-// process.
+// Carries requests nowhere: answers as a test has written down.
 #pragma once
 
 #include <VelmorCore/HttpTransport.h>
@@ -12,16 +10,19 @@
 #include <string>
 #include <vector>
 
+#include "System/WWW/Task/TransportChoice.h"
+
 namespace Test {
 
 class ScriptedTransport : public Ubrix::IHttpTransport {
 public:
     static constexpr std::chrono::seconds kLimit{10};
 
-    // In force from the first call on. Never destroyed: workers may be on their way out of it.
+    // Puts a new one in force. Never destroyed: workers may be on their way out of it.
     static ScriptedTransport& Install() {
-        static ScriptedTransport& transport = *new ScriptedTransport;
-        Ubrix::SetHttpTransport(&transport);
+        static auto* const all = new std::deque<ScriptedTransport>;
+        ScriptedTransport& transport = all->emplace_back();
+        Ubrix::TransportChoice::Reopen(&transport);
         return transport;
     }
 
@@ -46,7 +47,38 @@ public:
         return _seen;
     }
 
+    // The latest request: method, host, port and path, its header lines, its body, each behind a line feed.
+    std::string Latest() {
+        std::lock_guard<std::mutex> lock(_mutex);
+        return _latest;
+    }
+    // Waits until no request is under way. False after ten seconds.
+    bool AwaitQuiet() {
+        std::unique_lock<std::mutex> lock(_mutex);
+        return _changed.wait_for(lock, kLimit, [&] { return _underWay == 0; });
+    }
+
     int Perform(Ubrix::HttpRequest const& request, Ubrix::IHttpExchange& exchange) override {
+        Note(request);
+        int const result = Follow(request, exchange);
+        std::lock_guard<std::mutex> lock(_mutex);
+        --_underWay;
+        _changed.notify_all();
+        return result;
+    }
+
+private:
+    void Note(Ubrix::HttpRequest const& request) {
+        std::lock_guard<std::mutex> lock(_mutex);
+        ++_underWay;
+        _latest = std::string(request.method) + " " + request.host + ":" + std::to_string(request.port) +
+                  request.path;
+        for (std::size_t i = 0; i < request.headerCount; ++i) {
+            _latest += std::string("\n") + request.headers[i];
+        }
+        _latest += "\n" + std::string(static_cast<char const*>(request.body), request.bodyLength);
+    }
+    int Follow(Ubrix::HttpRequest const& request, Ubrix::IHttpExchange& exchange) {
         Step const step = Take(std::string(request.host) + request.path);
         if (step.held && !AwaitRelease(exchange)) {
             return Ubrix::HttpErrorCancelled;
@@ -58,7 +90,6 @@ public:
         return step.error;
     }
 
-private:
     struct Step {
         int error;
         int status;
@@ -98,7 +129,9 @@ private:
     std::condition_variable _changed;
     std::deque<Step> _steps;
     std::vector<std::string> _seen;
+    std::string _latest;
     int _released = 0;
+    int _underWay = 0;
 };
 
 }  // namespace Test

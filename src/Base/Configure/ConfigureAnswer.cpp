@@ -52,36 +52,43 @@ struct ConfigureImpl::Outcome {
     Ubrix::DataTask* task;
     int errorCode;
     int httpStatus;
-    long long cost;
     std::uint64_t length;
 };
 
 void ConfigureImpl::OnDataTaskFinished(Ubrix::DataTask* task, int errorCode, int httpStatus, char const* data,
                                        std::uint64_t length) {
-    std::shared_ptr<ConfigureObservers> const observers = _observers;
-    Outcome outcome{task, errorCode, httpStatus, 0, length};
+    Outcome const outcome{task, errorCode, httpStatus, length};
+    auto const modules = std::make_shared<Value>();
+    Ending const ending = End(outcome, data, *modules);
+    // What follows runs when the task is idle again, so that a fetch that starts meanwhile finds it free.
+    Ubrix::DataTaskImpl::RunOnceIdle(task, [this, ending, modules, observers = _observers] {
+        StartWhatWaits(ending);
+        if (ending == Ending::Answered) {
+            NotifyModules(*observers, *modules);
+        }
+        if (ending != Ending::Ignored) {
+            ReportKeeper::GetInstance().Flush();
+        }
+    });
+}
+
+ConfigureImpl::Ending ConfigureImpl::End(Outcome const& outcome, char const* body, Value& modules) {
     {
         ScopedLock lock(_lock);
-        outcome.cost = Ubrix::ClockSource::Current().MonotonicMilliseconds() - _requestStart;
         if (DropIfIgnored(outcome)) {
-            return;
+            return Ending::Ignored;
         }
+        VC_LOG(Info, kFunction,
+               "OnDataTaskFinished error:%d, httpStatus:%d, cost time %llu ms, data:%s, len:%llu",
+               outcome.errorCode, outcome.httpStatus, CostMilliseconds(), body != nullptr ? body : "",
+               static_cast<unsigned long long>(outcome.length));
     }
-    VC_LOG(Info, kFunction,
-           "OnDataTaskFinished error:%d, httpStatus:%d, cost time %llu ms, data:%s, len:%llu", errorCode,
-           httpStatus, static_cast<unsigned long long>(outcome.cost), data != nullptr ? data : "",
-           static_cast<unsigned long long>(length));
-    // What follows runs when the task is idle again, so that a fetch that starts meanwhile finds it free.
-    auto const modules = std::make_shared<Value>();
-    if (errorCode != 0) {
-        TakeFailure(outcome);
-        Ubrix::DataTaskImpl::RunOnceIdle(task, [this] { Retry(); });
-    } else if (TakeAnswer(outcome, data, length, *modules)) {
-        Ubrix::DataTaskImpl::RunOnceIdle(task, [observers, modules] {
-            NotifyModules(*observers, *modules);
-            ReportKeeper::GetInstance().Flush();
-        });
-    }
+    return outcome.errorCode == 0 ? TakeAnswer(outcome, body, modules) : TakeFailure(outcome);
+}
+
+unsigned long long ConfigureImpl::CostMilliseconds() const {
+    return static_cast<unsigned long long>(Ubrix::ClockSource::Current().MonotonicMilliseconds() -
+                                           _requestStart);
 }
 
 bool ConfigureImpl::DropIfIgnored(Outcome const& outcome) {
@@ -93,21 +100,20 @@ bool ConfigureImpl::DropIfIgnored(Outcome const& outcome) {
     VC_LOG(Warning, kFunction,
            "OnDataTaskFinished ignore result:(error:%d, httpStatus:%d, cost time %llu ms, len:%llu), "
            "requestUrl:%s, setUrl:%s",
-           outcome.errorCode, outcome.httpStatus, static_cast<unsigned long long>(outcome.cost),
+           outcome.errorCode, outcome.httpStatus, CostMilliseconds(),
            static_cast<unsigned long long>(outcome.length),
            outcome.task != nullptr ? outcome.task->GetUrl() : "", _url.c_str());
     return true;
 }
 
 // The answer is read before the lock is taken, since a large one takes its time; stored, it appears to
-// readers at once. False if the URL changed in the meantime.
-bool ConfigureImpl::TakeAnswer(Outcome const& outcome, char const* body, std::uint64_t length,
-                               Value& modules) {
+// readers at once.
+ConfigureImpl::Ending ConfigureImpl::TakeAnswer(Outcome const& outcome, char const* body, Value& modules) {
     int ruleId = 0;
-    int const result = ParseConfigAnswer(body, length, modules, ruleId);
+    int const result = ParseConfigAnswer(body, outcome.length, modules, ruleId);
     ScopedLock lock(_lock);
     if (DropIfIgnored(outcome)) {
-        return false;
+        return Ending::Ignored;
     }
     Report(outcome);
     if (result == 0) {
@@ -116,27 +122,27 @@ bool ConfigureImpl::TakeAnswer(Outcome const& outcome, char const* body, std::ui
         VC_LOG(Error, kFunction, "ParseJson error:%d", result);
     }
     _state = kFinished;
-    return true;
+    return Ending::Answered;
 }
 
-void ConfigureImpl::TakeFailure(Outcome const& outcome) {
+ConfigureImpl::Ending ConfigureImpl::TakeFailure(Outcome const& outcome) {
     ScopedLock lock(_lock);
     VC_LOG(Info, kFunction, "OnDataTaskFinished error:%d", outcome.errorCode);
     _state = kFailed;
     if (_retryCount == 0) {
         Report(outcome);
     }
+    return Ending::Failed;
 }
 
-void ConfigureImpl::Retry() {
-    {
-        ScopedLock lock(_lock);
-        if (_state == kFailed && _retryCount > 0) {
-            --_retryCount;
-            StartRetryTimer(kRetryMilliseconds);
-        }
+void ConfigureImpl::StartWhatWaits(Ending ending) {
+    ScopedLock lock(_lock);
+    if (_requestWhenIdle) {
+        Request();
+    } else if (ending == Ending::Failed && _state == kFailed && _retryCount > 0) {
+        --_retryCount;
+        StartRetryTimer(kRetryMilliseconds);
     }
-    ReportKeeper::GetInstance().Flush();
 }
 
 // Replaces the cache whole, in one write: a process that dies in the middle finds the old one again.
@@ -161,7 +167,8 @@ void ConfigureImpl::Store(Value const& modules, int ruleId) {
 }
 
 void ConfigureImpl::Report(Outcome const& outcome) {
-    ReportKeeper::GetInstance().Add({outcome.errorCode, outcome.cost, _maxRetryCount - _retryCount});
+    ReportKeeper::GetInstance().Add(
+        {outcome.errorCode, static_cast<long long>(CostMilliseconds()), _maxRetryCount - _retryCount});
 }
 
 }  // namespace Velmor

@@ -25,7 +25,7 @@ constexpr char kNextGapKey[] = "RemoteConfigNextGap";
 constexpr char kCacheFile[] = "RemoteConfig.config";
 constexpr int kDefaultMaxRetries = 3;
 constexpr long long kDefaultGapSeconds = 86400;
-// A task that is still ending its last request takes no other; it is asked again soon.
+// For a request that couldn't be started.
 constexpr unsigned long long kBusyMilliseconds = 1000;
 
 // Which instance there is. Making and releasing it take the lock; so does a timer's callback while it works
@@ -208,13 +208,19 @@ bool ConfigureImpl::Initialize() {
         return false;
     }
     _ruleId = 0;
-    if (_url.empty()) {
-        _url = GetString(kSection, kUrlKey, "").c_str();
-    }
+    LoadStoredUrl();
     _channel = ChannelId().c_str();
     _openId = OpenId().c_str();
     _state = kReady;
     return true;
+}
+
+// Before the first fetch the URL of an earlier run counts as the present one: a game that sets the same URL
+// at each start keeps its cache.
+void ConfigureImpl::LoadStoredUrl() {
+    if (_state == kUninitialized && _url.empty()) {
+        _url = GetString(kSection, kUrlKey, "").c_str();
+    }
 }
 
 void ConfigureImpl::Request() {
@@ -235,17 +241,21 @@ void ConfigureImpl::Request() {
 void ConfigureImpl::Transmit(std::string const& url) {
     constexpr char kFunction[] = "Velmor::ConfigureImpl::_Request";
     _state = kRequesting;
+    _requestWhenIdle = false;
+    StopTimer(_retryTimer, _retryTimerId);
     if (_task == nullptr) {
-        _task = Ubrix::WWW::Request(url.c_str());
-        _task->SetListener(this);
+        // With its listener from the start: setting it takes the lock that listeners run under.
+        _task = new Ubrix::DataTaskImpl(url.c_str(), this);
     }
     _task->SetUrl(url.c_str());
     VC_LOG(Info, kFunction, "RemoteConfig url:%s, maxRetryCount %d, retryCount %d", _url.c_str(),
            _maxRetryCount, _retryCount);
     _requestStart = Ubrix::ClockSource::Current().MonotonicMilliseconds();
     if (!Ubrix::DataTaskImpl::TryGet(_task)) {
-        // No answer will come to end this state.
+        // No answer will come to end this state. The end of the task's last request makes up for it, or, if
+        // the system had no thread to give, the timer.
         _state = kFailed;
+        _requestWhenIdle = true;
         StartRetryTimer(kBusyMilliseconds);
     }
 }
@@ -280,6 +290,7 @@ void ConfigureImpl::SetUrl(char const* url) {
     }
     {
         ScopedLock lock(_lock);
+        LoadStoredUrl();
         if (_url != url) {
             VC_LOG(Info, "Velmor::ConfigureImpl::SetUrl", "change url form [%s] to [%s]", _url.c_str(), url);
             _url = url;

@@ -58,16 +58,21 @@ private:
     void OpenCache();
 
     bool Initialize();
+    void LoadStoredUrl() VC_REQUIRES(_lock);
     void Request() VC_REQUIRES(_lock);
     void Transmit(std::string const& url) VC_REQUIRES(_lock);
     void StartRetryTimer(unsigned long long milliseconds) VC_REQUIRES(_lock);
     void StopTimer(Ubrix::CTimer& timer, unsigned int& id) VC_REQUIRES(_lock);
     void ForgetCache() VC_REQUIRES(_lock);
 
+    // How a fetch ended.
+    enum class Ending { Ignored, Failed, Answered };
+    Ending End(Outcome const& outcome, char const* body, Ubrix::Value& modules);
+    Ending TakeAnswer(Outcome const& outcome, char const* body, Ubrix::Value& modules);
+    Ending TakeFailure(Outcome const& outcome);
     bool DropIfIgnored(Outcome const& outcome) VC_REQUIRES(_lock);
-    bool TakeAnswer(Outcome const& outcome, char const* body, std::uint64_t length, Ubrix::Value& modules);
-    void TakeFailure(Outcome const& outcome);
-    void Retry();
+    void StartWhatWaits(Ending ending);
+    unsigned long long CostMilliseconds() const VC_REQUIRES(_lock);
     void Store(Ubrix::Value const& modules, int ruleId) VC_REQUIRES(_lock);
     void Report(Outcome const& outcome) VC_REQUIRES(_lock);
 
@@ -94,6 +99,8 @@ private:
     long long _requestStart VC_GUARDED_BY(_lock) = 0;
     // The answer under way is to be thrown away.
     bool _ignoreResult VC_GUARDED_BY(_lock) = false;
+    // The task refused a request while it was ending its last one; that request's end starts it.
+    bool _requestWhenIdle VC_GUARDED_BY(_lock) = false;
 };
 
 }  // namespace Velmor

@@ -18,7 +18,7 @@ constexpr int kKeptCapacity = 128;
 unsigned char* NewBlock(int capacity, unsigned char const* bytes, int size) {
     auto const used = static_cast<size_t>(size);
     auto* block = new unsigned char[static_cast<size_t>(capacity)];
-    if (used > 0) {
+    if (bytes != nullptr) {
         std::memcpy(block, bytes, used);
     }
     std::memset(block + used, 0, static_cast<size_t>(capacity) - used);

@@ -19,11 +19,14 @@ char const* AsCString(AObject const* object) {
 }
 
 AString const& AsAString(AObject const* object) {
-    // Never deleted: callers keep references for as long as they like.
-    static AString const* const empty = new AString;
     AString const* text = StringOrNull(object);
     assert(text != nullptr);
-    return text != nullptr ? *text : *empty;
+    if (text != nullptr) {
+        return *text;
+    }
+    // Never deleted: callers keep references for as long as they like.
+    static AString const* const empty = new AString;
+    return *empty;
 }
 
 }  // namespace Ubrix

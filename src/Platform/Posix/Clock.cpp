@@ -1,8 +1,17 @@
 #include "Platform/Clock.h"
 
+#include <pthread.h>
+
 #include <ctime>
 
 namespace Ubrix::Platform {
+
+namespace {
+
+// mktime looks at the process's time zone and may replace it: one call at a time.
+pthread_mutex_t g_zoneMutex = PTHREAD_MUTEX_INITIALIZER;
+
+}  // namespace
 
 CalendarTime LocalCalendarTime() {
     timespec now{};
@@ -27,7 +36,10 @@ long long CalendarToEpoch(CalendarTime const& time, DaylightSaving daylightSavin
     local.tm_min = time.minute;
     local.tm_sec = time.second;
     local.tm_isdst = daylightSaving == DaylightSaving::Standard ? 0 : -1;
-    return mktime(&local);
+    pthread_mutex_lock(&g_zoneMutex);
+    time_t const seconds = mktime(&local);
+    pthread_mutex_unlock(&g_zoneMutex);
+    return seconds;
 }
 
 long long EpochSeconds() {

@@ -9,9 +9,8 @@ namespace {
 HttpError CertificateError(long verifyResult) {
     switch (verifyResult) {
         case X509_V_OK:
-        case X509_V_ERR_HOSTNAME_MISMATCH:
-        case X509_V_ERR_IP_ADDRESS_MISMATCH:
-            // The chain is good, so it was the name.
+        case X509_V_ERR_UNSPECIFIED:
+            // The chain is good, so it was the name: libcurl checks that itself, with the result still unset.
             return HttpErrorCertificateName;
         case X509_V_ERR_CERT_HAS_EXPIRED:
         case X509_V_ERR_CERT_NOT_YET_VALID:

@@ -10,7 +10,7 @@ namespace Ubrix::Platform {
 // expired certificate from an unknown authority and from a wrong name.
 HttpError HttpErrorOfCurl(CURLcode code, long verifyResult);
 
-// True for the outcomes in which the server was reached and gave no status line.
+// True for the outcomes in which the server was reached and gave no head of an answer.
 bool IsAnswerWithoutHead(CURLcode code);
 
 }  // namespace Ubrix::Platform

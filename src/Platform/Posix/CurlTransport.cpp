@@ -1,10 +1,9 @@
 #include <curl/curl.h>
-#include <langinfo.h>
-#include <locale.h>
 #include <openssl/crypto.h>
 #include <pthread.h>
-#include <signal.h>
 
+#include <clocale>
+#include <csignal>
 #include <ctime>
 
 #include "Platform/HttpTransport.h"

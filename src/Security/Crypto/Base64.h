@@ -10,8 +10,7 @@ namespace Ubrix {
 std::string Base64Encode(void const* data, unsigned int length);
 
 // Returns: the bytes of the leading characters of the alphabet. The first "=" or foreign character ends the
-//          work silently. A last group of two or three characters gives one or two bytes, a lone character
-//          none.
+//          work silently. A last group of two or three characters gives one or two bytes, a single one none.
 std::string Base64Decode(std::string const& text);
 
 }  // namespace Ubrix

@@ -6,6 +6,9 @@
 namespace Ubrix {
 namespace {
 
+constexpr Word kZero[kMaxCurveWords] = {};
+constexpr Word kOne[kMaxCurveWords] = {1};
+
 // Both points on the Z they share.
 struct Pair {
     CurvePoint first;
@@ -67,10 +70,9 @@ void AddConjugateCoZ(CurvePoint& point, CurvePoint& other, CurveRecord const& cu
     Word slope[kMaxCurveWords];
     Word conjugate[kMaxCurveWords];
     Word raisedY[kMaxCurveWords];
-    Word const zero[kMaxCurveWords] = {};
     ModSubtract(slope, other.y, point.y, curve);
     ModAdd(conjugate, other.y, point.y, curve);
-    ModSubtract(conjugate, zero, conjugate, curve);
+    ModSubtract(conjugate, kZero, conjugate, curve);
     RaiseZ(point.x, other.x, point.y, raisedY, curve);
     CurvePoint difference;
     SumBySlope(difference.x, difference.y, point.x, other.x, raisedY, conjugate, curve);
@@ -78,8 +80,25 @@ void AddConjugateCoZ(CurvePoint& point, CurvePoint& other, CurveRecord const& cu
     point = difference;
 }
 
-// The scalar plus n or 2n, whichever has numNBits + 1 bits, so that every scalar makes the ladder equally
-// long. The top bit isn't written where it doesn't fit the words.
+// Brings the scalar to at most half of n: itself or its opposite. Returns 1 if it is the opposite.
+//
+// A ladder on additions that share one Z goes astray where a sum on its way is the point at infinity. That
+// happens for 0, 1, n - 2 and n - 1 alone; of these, this leaves 0, which is to end there, and 1.
+Word Fold(Word* folded, Word const* scalar, CurveRecord const& curve) {
+    int const count = OrderWords(curve);
+    Word changed[kMaxCurveWords];
+    WordsSet(folded, scalar, count);
+    Word const borrow = WordsSubtract(changed, folded, curve.n, count);
+    WordsChoose(folded, changed, borrow ^ 1U, count);
+    WordsSubtract(changed, curve.n, folded, count);
+    Word const opposite = WordsAreBelow(changed, folded, count);
+    WordsChoose(folded, changed, opposite, count);
+    Wipe(changed, sizeof changed);
+    return opposite;
+}
+
+// Adds n or 2n, whichever gives numNBits + 1 bits, so that every scalar makes the ladder equally long. The
+// top bit isn't written where it doesn't fit the words.
 void Regularise(Word* regular, Word const* scalar, CurveRecord const& curve) {
     int const count = OrderWords(curve);
     Word twice[kMaxCurveWords];
@@ -90,6 +109,38 @@ void Regularise(Word* regular, Word const* scalar, CurveRecord const& curve) {
     WordsAdd(twice, regular, curve.n, count);
     WordsChoose(regular, twice, longEnough ^ 1U, count);
     Wipe(twice, sizeof twice);
+}
+
+Word IsOne(Word const* words, int count) {
+    Word difference[kMaxCurveWords];
+    WordsSubtract(difference, words, kOne, count);
+    return WordsAreZero(difference, count);
+}
+
+// One whole turn of the ladder for a bit.
+void Turn(Pair& pair, Word bit, CurveRecord const& curve) {
+    ExchangeIf(bit ^ 1U, pair, curve.numWords);
+    AddConjugateCoZ(pair.first, pair.second, curve);
+    AddCoZ(pair.second, pair.first, curve);
+    ExchangeIf(bit ^ 1U, pair, curve.numWords);
+}
+
+// The last turn, for bit 0; gives the inverse of the Z that it ends with.
+void LastTurn(Pair& pair, Word bit, CurvePoint const& point, Word* inverseZ, CurveRecord const& curve) {
+    ExchangeIf(bit ^ 1U, pair, curve.numWords);
+    AddConjugateCoZ(pair.first, pair.second, curve);
+    // What stands in first is now the point itself or its opposite, and so tells the Z.
+    CurvePoint const known = pair.first;
+    ExchangeIf(bit ^ 1U, pair, curve.numWords);
+    ModSubtract(inverseZ, pair.first.x, pair.second.x, curve);
+    ModMultiply(inverseZ, inverseZ, known.y, curve);
+    ModMultiply(inverseZ, inverseZ, point.x, curve);
+    ModInverse(inverseZ, inverseZ, curve);
+    ModMultiply(inverseZ, inverseZ, point.y, curve);
+    ModMultiply(inverseZ, inverseZ, known.x, curve);
+    ExchangeIf(bit ^ 1U, pair, curve.numWords);
+    AddCoZ(pair.second, pair.first, curve);
+    ExchangeIf(bit ^ 1U, pair, curve.numWords);
 }
 
 // Twice the point in first, the point in second.
@@ -108,45 +159,33 @@ void Start(Pair& pair, CurvePoint const& point, Word const* startingZ, CurveReco
 
 void LadderMultiply(CurvePoint& result, CurvePoint const& point, Word const* scalar, Word const* startingZ,
                     CurveRecord const& curve) {
-    int const count = curve.numWords;
-    Word regular[kMaxCurveWords];
+    Word folded[kMaxCurveWords] = {};
+    Word regular[kMaxCurveWords] = {};
+    WipeAtExit const wipeFolded(folded);
     WipeAtExit const wipeRegular(regular);
-    Regularise(regular, scalar, curve);
+    Word const opposite = Fold(folded, scalar, curve);
+    Regularise(regular, folded, curve);
 
-    // With m the bits seen so far: first is (m + 1) times the point, second m times, in exchanged places
-    // while a bit of 0 is at work.
+    // With m the bits seen so far: first is (m + 1) times the point, second m times.
     Pair pair;
     WipeAtExit const wipePair(pair);
     Start(pair, point, startingZ, curve);
     for (int bit = curve.numNBits - 1; bit > 0; --bit) {
-        Word const exchange = WordsBit(regular, bit) ^ 1U;
-        ExchangeIf(exchange, pair, count);
-        AddConjugateCoZ(pair.first, pair.second, curve);
-        AddCoZ(pair.second, pair.first, curve);
-        ExchangeIf(exchange, pair, count);
+        Turn(pair, WordsBit(regular, bit), curve);
     }
-
-    Word const exchange = WordsBit(regular, 0) ^ 1U;
-    ExchangeIf(exchange, pair, count);
-    AddConjugateCoZ(pair.first, pair.second, curve);
-    // What stands in first is now the point itself or its opposite, and so tells the Z.
     Word inverseZ[kMaxCurveWords];
-    CurvePoint const known = pair.first;
-    ExchangeIf(exchange, pair, count);
-    ModSubtract(inverseZ, pair.first.x, pair.second.x, curve);
-    ModMultiply(inverseZ, inverseZ, known.y, curve);
-    ModMultiply(inverseZ, inverseZ, point.x, curve);
-    ModInverse(inverseZ, inverseZ, curve);
-    ModMultiply(inverseZ, inverseZ, point.y, curve);
-    ModMultiply(inverseZ, inverseZ, known.x, curve);
-    ExchangeIf(exchange, pair, count);
-    AddCoZ(pair.second, pair.first, curve);
-    ExchangeIf(exchange, pair, count);
+    LastTurn(pair, WordsBit(regular, 0), point, inverseZ, curve);
+    ApplyZ(pair.second, inverseZ, curve);
 
+    Word const isOne = IsOne(folded, OrderWords(curve));
+    WordsChoose(pair.second.x, point.x, isOne, curve.numWords);
+    WordsChoose(pair.second.y, point.y, isOne, curve.numWords);
+    Word opposed[kMaxCurveWords];
+    ModSubtract(opposed, kZero, pair.second.y, curve);
+    WordsChoose(pair.second.y, opposed, opposite, curve.numWords);
     result = {};
-    WordsSet(result.x, pair.second.x, count);
-    WordsSet(result.y, pair.second.y, count);
-    ApplyZ(result, inverseZ, curve);
+    WordsSet(result.x, pair.second.x, curve.numWords);
+    WordsSet(result.y, pair.second.y, curve.numWords);
 }
 
 }  // namespace Ubrix

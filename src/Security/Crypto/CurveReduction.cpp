@@ -31,7 +31,7 @@ struct Remainder {
     Word shifted;
 };
 
-// product = low half + high half * remainder. The factor is below 2^32 - 3, so a column's sum fits.
+// product = low half + high half * remainder. The factor is well below 2^32, so a column's sum fits.
 void FoldHighHalf(Word* product, Remainder remainder, int count) {
     Word const* const high = product + count;
     DoubleWord sum = 0;

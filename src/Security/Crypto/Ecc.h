@@ -11,8 +11,8 @@ namespace Ubrix {
 
 using EccRandomFunction = bool (*)(void* bytes, unsigned int length);
 
-// Replaces the process-wide random function, which starts as FillRandom. Null: no key can
-// be made, and secrets are computed without blinding. Not thread-safe: set it before any use.
+// Replaces the process-wide random function, which starts as FillRandom. Null: no key can be
+// made, and secrets are computed without blinding. Not thread-safe: set it before any use.
 void EccSetRandom(EccRandomFunction random);
 
 // Draws a private key and computes its public half.
@@ -29,9 +29,12 @@ int EccMakeKey(unsigned char* publicKey, unsigned char* privateKey, CurveRecord 
 // Out:     publicKey:  2 * numBytes bytes; all zero on failure
 int EccPublicKey(unsigned char const* privateKey, unsigned char* publicKey, CurveRecord const* curve);
 
-// Computes the X coordinate of privateKey times the point publicKey, which isn't checked for lying on the
-// curve. The intermediate values are blinded by a draw, if there is a random function. Returns: 1; 0 if that
-// draw fails or the product is the point at infinity In:      publicKey:  2 * numBytes bytes
+// Computes the X coordinate of privateKey times the point publicKey. The point isn't checked for lying on the
+// curve; if it doesn't, the secret has no meaning. A drawn number blinds the intermediate values, if there is
+// a random function.
+//
+// Returns: 1; 0 if that draw fails or the product is the point at infinity
+// In:      publicKey:  2 * numBytes bytes
 //          privateKey: (numNBits + 7) / 8 bytes
 // Out:     secret:     numBytes bytes; untouched if the draw fails, all zero for the point at infinity
 int EccSharedSecret(unsigned char const* publicKey, unsigned char const* privateKey, unsigned char* secret,

@@ -6,9 +6,8 @@ namespace Ubrix {
 // Makes a key pair and agrees on a key with the server: ECDH, X coordinate only. The private half is wiped
 // and never leaves the function. Its time doesn't depend on the private half. Thread-safe.
 //
-// In:  serverPublicKeyHex: 128 hexadecimal digits: X, then Y, each 32 bytes big-endian. The point isn't
-// checked
-//                          for lying on the curve, since a key pair is used only once.
+// In:  serverPublicKeyHex: 128 hexadecimal digits: X, then Y, each 32 bytes big-endian. The point is
+//                          not checked for lying on the curve: a key pair is used only once.
 //      keyLength:          bytes wanted in key; at most 32 are written
 // Out: key:                the first keyLength bytes of the shared X coordinate, big-endian
 //      clientPublicKey:    64 bytes: X, then Y, each 32 bytes big-endian

@@ -73,7 +73,7 @@ public:
         unsigned char field[kLengthField];
         WriteLittleEndian(field, bits, kLengthField);
         Update(field, kLengthField);
-        for (int i = 0; i < 4; ++i) {
+        for (std::size_t i = 0; i < 4; ++i) {
             WriteLittleEndian(static_cast<unsigned char*>(digest) + 4 * i, _state[i], 4);
         }
     }
@@ -81,7 +81,7 @@ public:
 private:
     void Compress(unsigned char const* block) {
         std::uint32_t word[16];
-        for (int i = 0; i < 16; ++i) {
+        for (std::size_t i = 0; i < 16; ++i) {
             word[i] = ReadWord(block + 4 * i);
         }
         std::uint32_t a = _state[0];

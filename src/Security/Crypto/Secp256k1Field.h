@@ -4,6 +4,7 @@
 // can overflow. Nothing branches or indexes on a value.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <type_traits>
 
@@ -108,8 +109,8 @@ inline Limb TakeLimb(DoubleLimb sum, Limb& limb) {
     return (static_cast<Limb>(sum >> 64) << (64 - kLimbBits)) + (static_cast<Limb>(sum) >> kLimbBits);
 }
 
-// A product from its columns, each at most 5 * 800 * 2^104, to a number of bound 1. column(index) computes
-// one.
+// A product from its columns, each at most 5 * 800 * 2^104, to a number of bound 1. column computes the one
+// of an index.
 template <typename ColumnOf>
 Field<1> Reduce(ColumnOf column) {
     constexpr DoubleLimb kFold = kFold260;
@@ -181,7 +182,7 @@ inline Field<1> Inverse(Field<1> const& number) {
 
 inline Field<1> ReadField(Word const* words) {
     Limb half[4];
-    for (int i = 0; i < 4; ++i) {
+    for (std::size_t i = 0; i < 4; ++i) {
         half[i] = words[2 * i] | static_cast<Limb>(words[2 * i + 1]) << kWordBits;
     }
     return {{half[0] & kLimbMask, (half[0] >> 52 | half[1] << 12) & kLimbMask,
@@ -196,20 +197,19 @@ void WriteField(Word* words, Field<kBound> const& number) {
     constexpr Limb kTopMask = (Limb{1} << kTopBits) - 1;
     Field<kBound> rest = number;
     Limb* const limb = rest.limb;
-    // What stands above bit 256 is folded in. The second time at most one is left there, the third time none.
-    for (int turn = 0; turn < 3; ++turn) {
-        Limb carry = (limb[4] >> kTopBits) * kFold256;
-        limb[4] &= kTopMask;
-        for (int i = 0; i < kLimbs - 1; ++i) {
-            carry += limb[i];
-            limb[i] = carry & kLimbMask;
-            carry >>= kLimbBits;
-        }
-        limb[4] += carry;
+    // What stands above bit 256 is folded in, which may carry beyond it once more.
+    Limb carry = (limb[4] >> kTopBits) * kFold256;
+    limb[4] &= kTopMask;
+    for (int i = 0; i < kLimbs - 1; ++i) {
+        carry += limb[i];
+        limb[i] = carry & kLimbMask;
+        carry >>= kLimbBits;
     }
-    // Adding 2^256 - p carries into bit 256 exactly if the number is p or more.
+    limb[4] += carry;
+    // Adding 2^256 - p sets bit 256 exactly if the number is p or more; without that bit, it is then the
+    // rest.
     Field<kBound> reduced = rest;
-    Limb carry = kFold256;
+    carry = kFold256;
     for (Limb& each : reduced.limb) {
         carry += each;
         each = carry & kLimbMask;
@@ -219,7 +219,7 @@ void WriteField(Word* words, Field<kBound> const& number) {
     limb[4] &= kTopMask;
     Limb const half[4] = {limb[0] | limb[1] << 52, limb[1] >> 12 | limb[2] << 40,
                           limb[2] >> 24 | limb[3] << 28, limb[3] >> 36 | limb[4] << 16};
-    for (int i = 0; i < 4; ++i) {
+    for (std::size_t i = 0; i < 4; ++i) {
         words[2 * i] = static_cast<Word>(half[i]);
         words[2 * i + 1] = static_cast<Word>(half[i] >> kWordBits);
     }

@@ -12,6 +12,8 @@ namespace {
 constexpr int kWindowBits = 4;
 constexpr int kWindows = 64;
 constexpr int kTableSize = 8;
+// As a factor, it brings a number back to bound 1.
+constexpr Field<1> kOneField = {{1, 0, 0, 0, 0}};
 
 // (x / z^2, y / z^3), with the bounds that the formulas below leave. z = 0: the point at infinity.
 struct Jacobian {
@@ -66,12 +68,12 @@ struct OddMultiples {
 };
 
 void BuildTable(OddMultiples& table, Affine const& point) {
-    Jacobian const twice = Double({point.x, point.y, {{1, 0, 0, 0, 0}}});
+    Jacobian const twice = Double({point.x, point.y, kOneField});
     // On the curve where twice the point is affine: all further additions are by an affine point.
     Field<1> const scale = Square(twice.z);
-    Field<1> const stepX = twice.x * Field<1>{{1, 0, 0, 0, 0}};
-    Field<1> const stepY = twice.y * Field<1>{{1, 0, 0, 0, 0}};
-    Jacobian multiple = {point.x * scale, point.y * (scale * twice.z), {{1, 0, 0, 0, 0}}};
+    Field<1> const stepX = twice.x * kOneField;
+    Field<1> const stepY = twice.y * kOneField;
+    Jacobian multiple = {point.x * scale, point.y * (scale * twice.z), kOneField};
     Jacobian chain[kTableSize];
     Field<12> ratio[kTableSize];
     chain[0] = multiple;
@@ -79,7 +81,7 @@ void BuildTable(OddMultiples& table, Affine const& point) {
         chain[i] = multiple = Add(multiple, stepX, stepY, ratio[i]);
     }
     // Back from the last: what brings each entry's z to the last one's.
-    Field<1> missing = {{1, 0, 0, 0, 0}};
+    Field<1> missing = kOneField;
     for (int i = kTableSize - 1; i >= 0; --i) {
         Field<1> const square = Square(missing);
         table.entry[i].x = chain[i].x * square;
@@ -135,7 +137,7 @@ Jacobian SumWindows(OddMultiples const& table, Word const* windows) {
     Field<2> y;
     Field<12> unused;
     ReadTable(table, windows[kMaxCurveWords - 1] >> (kWordBits - kWindowBits), x, y);
-    Jacobian sum = {x, y, {{1, 0, 0, 0, 0}}};
+    Jacobian sum = {x, y, kOneField};
     for (int window = kWindows - 2; window >= 0; --window) {
         for (int i = 0; i < kWindowBits; ++i) {
             sum = Double(sum);

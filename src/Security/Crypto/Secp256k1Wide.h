@@ -14,13 +14,13 @@ constexpr bool kHasWideWords = false;
 
 // The same product as LadderMultiply's with kSecp256k1, several times as fast. Signed windows of four bits
 // over a table that is always read whole, so that neither steps nor addresses depend on the scalar.
-// Thread-safe. In:  point:     any coordinates; it may lie on another curve y^2 = x^3 + b: the product is
-// then that curve's
+// Thread-safe.
+//
+// In:  point:     coordinates in 8 words each; a point off the curve gives a result without meaning
 //      scalar:    8 words, any value; secret
 //      startingZ: a random number from 1 to p - 1 that hides the intermediate values, or null for none
-// Out: result:    the product; all zero for the point at infinity, and where an off-curve point of small
-// order
-//                 leads there on the way
+// Out: result:    the product; may be the same memory as point. All zero, the point at infinity, for a
+//                 multiple of the order.
 void Secp256k1Multiply(CurvePoint& result, CurvePoint const& point, Word const* scalar,
                        Word const* startingZ);
 

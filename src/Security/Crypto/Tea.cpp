@@ -1,6 +1,7 @@
 #include "Security/Crypto/Tea.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -31,7 +32,7 @@ void WriteWord(unsigned char* bytes, std::uint32_t word) {
 
 struct Key {
     explicit Key(void const* bytes) {
-        for (int i = 0; i < 4; ++i) {
+        for (std::size_t i = 0; i < 4; ++i) {
             word[i] = ReadWord(static_cast<unsigned char const*>(bytes) + 4 * i);
         }
     }
@@ -109,8 +110,7 @@ private:
     Block _mixed;
 };
 
-// Copies the part of the plain stream's bytes [from, from + 8) that lies in [begin, end); data starts at
-// begin.
+// Copies what of the plain stream's bytes [from, from + 8) lies in [begin, end); data starts at begin.
 void CopyOut(unsigned char const* block, int from, int begin, int end, unsigned char* data) {
     int const first = std::max(from, begin);
     int const last = std::min(from + kBlock, end);
@@ -135,7 +135,7 @@ int zk_symmetry_encrypt2_length(int plainLength) {
     if (plainLength < 0 || plainLength > std::numeric_limits<int>::max() - kOverhead - (kBlock - 1)) {
         return 0;
     }
-    return (plainLength + kOverhead + kBlock - 1) / kBlock * kBlock;
+    return (plainLength + kOverhead + (kBlock - 1)) / kBlock * kBlock;
 }
 
 void zk_symmetry_encrypt2(void const* in, int inLength, void const* key, void* out, int* outLength) {
@@ -182,7 +182,7 @@ bool zk_symmetry_decrypt2(void const* in, int inLength, void const* key, void* o
 
     int const begin = 1 + pad + kSalt;
     int const end = begin + plainLength;
-    unsigned char tail[kTail];
+    unsigned char tail[kTail] = {};
     for (int from = 0;;) {
         CopyOut(block, from, begin, end, static_cast<unsigned char*>(out));
         CopyOut(block, from, end, inLength, tail);

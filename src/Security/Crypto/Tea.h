@@ -24,8 +24,7 @@ int zk_symmetry_encrypt2_length(int plainLength);
 // In:  in:        inLength bytes; may be null if inLength is 0
 //      key:       16 bytes
 // Out: out:       zk_symmetry_encrypt2_length(inLength) bytes; must not overlap in
-//      outLength: the number of bytes written; 0, with out untouched, for a length that has no enciphered
-//      size
+//      outLength: the number of bytes written; 0, with out untouched, for a length without enciphered size
 void zk_symmetry_encrypt2(void const* in, int inLength, void const* key, void* out, int* outLength);
 
 // Deciphers what zk_symmetry_encrypt2 wrote.

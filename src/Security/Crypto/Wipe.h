@@ -5,8 +5,7 @@
 
 namespace Ubrix {
 
-// Sets length bytes to zero, also where nothing reads them afterwards and a plain fill would be optimised
-// away.
+// Sets length bytes to zero, also where nothing reads them afterwards and a plain fill would be left out.
 void Wipe(void* bytes, std::size_t length);
 
 // Wipes what it was given when it goes out of scope.

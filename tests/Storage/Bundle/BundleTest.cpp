@@ -1,0 +1,172 @@
+#include <VelmorCore/Bundle.h>
+#include <VelmorCore/File.h>
+#include <VelmorCore/Value.h>
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <string>
+
+#include "Base/Ubrix/CoreParameters.h"
+#include "Storage/Bundle/BundleImpl.h"
+#include "Storage/Bundle/PlatformMetadata.h"
+#include "Support/Files.h"
+#include "Support/LogCapture.h"
+
+namespace {
+
+using namespace Ubrix;
+using Test::LogCapture;
+using Test::ReadWholeFile;
+
+char const kPath[] = "bundle.config";
+
+TEST(BundleTest, KeepsTypedValuesAsTextAndFindsThemAgain) {
+    CFile::Remove(kPath);
+    {
+        BundleImpl bundle(kPath);
+        EXPECT_TRUE(bundle.Set("s", "k", 5));
+        EXPECT_STREQ(bundle.Get("s", "k", "").CString(), "5");
+        EXPECT_TRUE(bundle.Set("s", "wide", LLONG_MIN));
+        EXPECT_TRUE(bundle.Set("s", "yes", true) && bundle.Set("s", "no", false));
+        EXPECT_TRUE(bundle.Set("own", "kit"));
+        EXPECT_TRUE(bundle.Set("flag", true) && bundle.Set("int", 7) && bundle.Set("long", 1LL << 40));
+        EXPECT_FALSE(bundle.Set("s", nullptr, 1));
+    }
+    BundleImpl bundle(kPath);
+    EXPECT_EQ(bundle.Get("s", "k", 0), 5);
+    EXPECT_EQ(bundle.Get("s", "wide", 0LL), LLONG_MIN);
+    EXPECT_TRUE(bundle.Get("s", "yes", false));
+    EXPECT_FALSE(bundle.Get("s", "no", true));
+    EXPECT_STREQ(bundle.Get("Velmor", "own", "").CString(), "kit");
+    EXPECT_STREQ(bundle.Get("own", "").CString(), "kit");
+    EXPECT_TRUE(bundle.Get("flag", false));
+    EXPECT_EQ(bundle.Get("int", 0) + bundle.Get("long", 0LL), 7 + (1LL << 40));
+    EXPECT_EQ(bundle.Get("s", "absent", 3) + bundle.Get("absent", 4), 7);
+    EXPECT_STREQ(bundle.Get("s", "absent", static_cast<char const*>(nullptr)).CString(), "");
+    EXPECT_STREQ(bundle.GetMetaString("s", "k", "meta").CString(), "meta");
+    EXPECT_TRUE(bundle.HasKey("s", "wi"));
+    AArray keys;
+    bundle.GetKeys("s", &keys);
+    EXPECT_EQ(keys.Count(), 4);
+}
+
+TEST(BundleTest, ReadsBoolsInBothForms) {
+    BundleImpl bundle(kPath);
+    struct {
+        char const* text;
+        bool value;
+    } const cases[] = {{"TRUE", true}, {"tRue", true}, {"1", true}, {"0", false}, {"2", false},
+                       {"11", false},  {"yes", false}, {"#", true}};  // an empty text is the default
+    for (auto const& one : cases) {
+        bundle.SetNoSave("s", "flag", one.text);
+        EXPECT_EQ(bundle.Get("s", "flag", true), one.value) << one.text;
+    }
+}
+
+TEST(BundleTest, StoresObjectsMemberByMember) {
+    BundleImpl bundle(kPath);
+    bundle.ClearNoSave();
+    Value values;
+    for (int i = 0; i < 3; ++i) {
+        values["a"][i] = Value(i + 1);
+    }
+    values["b"]["inner"] = Value(1);
+    values["c"] = Value(2.5);
+    values["d"] = Value("abc");
+    values["e"] = Value(25);
+    LogCapture const log;
+    EXPECT_TRUE(bundle.Set("s", values));
+    EXPECT_EQ(log.Count("Error", "|Ubrix::BundleImpl::Set| Bundle unsupport Object type"), 1);
+    EXPECT_STREQ(bundle.Get("s", "a", "").CString(), "1,2,3");
+
+    Value read;
+    EXPECT_TRUE(bundle.Get("s", read));
+    EXPECT_EQ(read.Size(), 4);
+    EXPECT_EQ(read["a"][2].type(), StringValue);
+    EXPECT_STREQ(read["a"][2].asCString(), "3");
+    EXPECT_EQ(read["c"], Value(2.5));
+    EXPECT_EQ(read["d"], Value("abc"));
+    EXPECT_EQ(read["e"], Value(25));
+
+    Value array;
+    EXPECT_TRUE(bundle.Get("s", "a", array));
+    EXPECT_TRUE(array.isArray() && array.Size() == 3 && array[0].isString());
+    Value single;
+    EXPECT_TRUE(bundle.Get("s", "e", single));
+    EXPECT_EQ(single["e"], Value(25LL));
+    EXPECT_FALSE(bundle.Get("s", "none", single) || bundle.Get("s", nullptr, single));
+    EXPECT_FALSE(bundle.Get("none", read) || bundle.Get(nullptr, read));
+
+    Value sections;
+    sections["x"]["k"] = Value(1);
+    sections["y"] = Value(1);
+    EXPECT_TRUE(bundle.Set(sections));
+    EXPECT_FALSE(bundle.Set(Value(1)) || bundle.Set("s", Value(1)));
+    EXPECT_EQ(log.Count("Error", "|Ubrix::BundleImpl::Set| Value is not Object type"), 3);
+    EXPECT_TRUE(bundle.Set("s", Value()));
+    EXPECT_TRUE(log.Has("Info", "|Ubrix::BundleImpl::Set| value is null"));
+    EXPECT_EQ(bundle.Get("x", "k", 0), 1);
+}
+
+TEST(BundleTest, OnlyTheSavingFormsReachTheDisk) {
+    BundleImpl bundle(kPath);
+    bundle.Clear();
+    std::string const before = ReadWholeFile(kPath);
+    EXPECT_TRUE(bundle.SetNoSave("s", "a", 1) && bundle.SetNoSave("s", "b", 2LL) &&
+                bundle.SetNoSave("t", "c", true));
+    EXPECT_TRUE(bundle.RemoveKeyNoSave("s", "b") && bundle.RemoveSectionNoSave("t"));
+    EXPECT_FALSE(bundle.RemoveKey("s", "b") || bundle.RemoveSection("t"));
+    EXPECT_EQ(ReadWholeFile(kPath), before);
+    EXPECT_TRUE(bundle.Save());
+    EXPECT_NE(ReadWholeFile(kPath), before);
+    EXPECT_TRUE(bundle.RemoveKey("s", "a") && bundle.RemoveSection("s"));
+    EXPECT_EQ(bundle.Get("s", "a", 0), 0);
+}
+
+TEST(BundleTest, WithoutAPathEverythingIsAnsweredNeutrally) {
+    LogCapture const log;
+    BundleImpl bundle("");
+    EXPECT_TRUE(log.Has(
+        "Info", "|Ubrix::IniBundle::IniBundle| CachePath is empty, do not use bundle in JNI_ONLoad!!!"));
+    EXPECT_FALSE(bundle.Set("s", "k", 1) || bundle.Save() || bundle.Clear() || bundle.HasKey("s", "k"));
+    EXPECT_FALSE(bundle.SetNoSave("s", "k", "v") || bundle.RemoveSection("s"));
+    EXPECT_TRUE(bundle.RemoveKey("s", "k"));
+    EXPECT_EQ(bundle.Get("s", "k", 3), 3);
+    EXPECT_TRUE(bundle.Get("s", "k", true));
+    EXPECT_STREQ(bundle.Get("s", "k", "d").CString(), "d");
+}
+
+TEST(BundleFactoryTest, OneBundleANameUntilItIsDestroyed) {
+    BundleFactory& factory = BundleFactory::GetInstance();
+    Bundle& named = factory.GetBundle("named.config");
+    EXPECT_EQ(&named, &factory.GetBundle("named.config"));
+    EXPECT_NE(&named, &factory.GetBundle("other.config"));
+    named.SetNoSave("s", "k", 1);
+    factory.DestoryBundle("named.config");
+    factory.DestoryBundle("named.config");
+    factory.DestoryBundle(nullptr);
+    EXPECT_EQ(factory.GetBundle("named.config").Get("s", "k", 0), 1);
+
+    LogCapture const log;
+    Bundle& standard = factory.GetBundle(nullptr);
+    EXPECT_TRUE(log.Has("Error", "|Ubrix::BundleFactory::GetBundle| name is NULL"));
+    EXPECT_EQ(&standard, &factory.GetDefaultBundle());
+    standard.Set("s", "k", 1);
+    EXPECT_TRUE(CFile::Exist((std::string(CPath::GetCachePath()) + "Velmor.config").c_str()));
+
+    factory.GetBundle("other.config").SetNoSave("s", "k", 2);
+    BundleFactory::ReleaseInstance();
+    EXPECT_EQ(BundleFactory::GetInstance().GetBundle("other.config").Get("s", "k", 0), 2);
+    EXPECT_EQ(&BundleFactory::GetInstance().GetDefaultBundle(), &standard);
+}
+
+TEST(PlatformMetadataTest, ParametersThatAreSetNeedNoPackage) {
+    CoreParameters::Release();
+    EXPECT_STREQ(GameId().CString(), "");
+    CoreParameters::Set(CoreParameters::Field::GameId, "game");
+    CoreParameters::Set(CoreParameters::Field::TransceiverUrl, "url");
+    EXPECT_STREQ((GameId() + TransceiverUrl()).CString(), "gameurl");
+    CoreParameters::Release();
+}
+
+}  // namespace

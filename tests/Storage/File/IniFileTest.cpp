@@ -1,0 +1,213 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <climits>
+#include <memory>
+#include <string>
+
+#include "Storage/File/IniFileImp.h"
+#include "Support/ConsoleCapture.h"
+#include "Support/FileSizeLimit.h"
+#include "Support/Files.h"
+#include "Support/LogCapture.h"
+
+namespace {
+
+using namespace Ubrix;
+using Test::ConsoleCapture;
+using Test::CountFilesWith;
+using Test::FileSizeLimit;
+using Test::LogCapture;
+using Test::ReadWholeFile;
+using Test::WriteWholeFile;
+
+char const kPath[] = "test.ini";
+
+std::unique_ptr<IniFile> Open(std::string const& content) {
+    WriteWholeFile(kPath, content);
+    return std::unique_ptr<IniFile>(CreateIniFile(kPath));
+}
+
+TEST(IniFileTest, ReadsByTheRulesOfLines) {
+    struct {
+        char const *content, *section, *key;
+        char const* value;  // null: not found
+    } const cases[] = {
+        {"[a]\nk = 1 # c\n", "a", "k", "1"},
+        {"[a]\nk=\n", "a", "k", nullptr},
+        {"[a]\nk=\nk=2\n", "a", "k", nullptr},
+        {"[a]\nk= \n", "a", "k", ""},
+        {"[a]\nk=#x\n", "a", "k", ""},
+        {"[a]\nkk=1\n", "a", "k", nullptr},
+        {"[a]\nkk=1\nk=2\n", "a", "k", "2"},
+        {"[a]\n#k=1\n", "a", "k", nullptr},
+        {"[a]\n# a=b\n", "a", "# a", "b"},
+        {"[a]\nk\t=1\n", "a", "k", nullptr},
+        {"[a]\n  k  =\t1 \n", "a", "k", "\t1"},
+        {"[a]\nK=1\n", "a", "k", nullptr},
+        {"[a]\nk=x=y\n", "a", "k", "x=y"},
+        {"[a]\nx=1\n[b]\n[a]\nk=3\n", "a", "k", "3"},
+        {"[a]\nk=1", "a", "k", nullptr},
+        {"[a]\r\n\r\nk=1\r\n", "a", "k", "1"},
+        {"[ a ]\nk=1\n", "a", "k", "1"},
+        {"[a]x\nk=1\n", "a", "k", "1"},
+        {" [a]\nk=1\n", "a", "k", nullptr},
+        {"[a]\n[\nk=1\n", "a", "k", nullptr},
+        {"[a]\n [b]\nk=1\n", "a", "k", "1"},
+        {"k=1\n[a]\n", "a", "k", nullptr},
+        {"[]\n=v\n", "", "", "v"},
+        {"[a]\n", "b", "k", nullptr},
+    };
+    for (auto const& one : cases) {
+        SCOPED_TRACE(one.content);
+        auto const file = Open(one.content);
+        bool found = one.value == nullptr;
+        EXPECT_STREQ(file->ReadString(one.section, one.key, "default", &found).CString(),
+                     one.value != nullptr ? one.value : "default");
+        EXPECT_EQ(found, one.value != nullptr);
+    }
+}
+
+TEST(IniFileTest, WritesIntoTheLinesThatStand) {
+    struct {
+        char const *content, *section, *key, *value, *saved;
+    } const cases[] = {
+        {"[a]\nk = 1 # c\n", "a", "k", "2", "[a]\nk =2# c\n"},
+        {"[a]\nk=1\n", "a", "k", "", "[a]\nk=\n"},
+        {"", "a", "k", "1", "\n[a]\nk=1\n"},
+        {"[a]\n[b]\n", "a", "k", "1", "[a]\nk=1\n[b]\n"},
+        {"[a]\nx=1\ny=2\n[b]\n", "a", "k", "1", "[a]\nx=1\nk=1\ny=2\n[b]\n"},
+        {"[a]\nx=1\n", "a", "k", "1", "[a]\nx=1\nk=1\n"},
+        {"[a]\n[b]\n[a]\nk=1\n", "a", "k", "2", "[a]\nk=2\n[b]\n[a]\nk=1\n"},
+        {"; free text\n[a]\nno key here\n", "a", "k", nullptr, "; free text\n[a]\nno key here\nk=\n"},
+    };
+    for (auto const& one : cases) {
+        SCOPED_TRACE(one.content);
+        auto const file = Open(one.content);
+        EXPECT_TRUE(file->WriteString(one.section, one.key, one.value));
+        EXPECT_EQ(ReadWholeFile(kPath), one.content);
+        EXPECT_TRUE(file->Save());
+        EXPECT_EQ(ReadWholeFile(kPath), one.saved);
+    }
+    // Sections that edits made stay separated by their empty lines.
+    auto const file = Open("");
+    file->WriteString("a", "x", "1");
+    file->WriteInt("b", "y", -2);
+    file->WriteInt64("a", "z", LLONG_MIN);
+    file->Save();
+    EXPECT_EQ(ReadWholeFile(kPath), "\n[a]\nx=1\nz=-9223372036854775808\n\n[b]\ny=-2\n");
+    EXPECT_FALSE(file->WriteString(nullptr, "k", "v"));
+    EXPECT_FALSE(file->WriteInt("a", nullptr, 1));
+}
+
+TEST(IniFileTest, ReadsNumbersAsStreamsDo) {
+    struct {
+        char const* text;
+        int number;
+        long long wide;
+    } const cases[] = {{"12x", 12, 12},
+                       {"\t+7", 7, 7},
+                       {"-5 5", -5, -5},
+                       {"abc", 0, 0},
+                       {"- 5", 0, 0},
+                       {"+-5", 0, 0},
+                       {"0x10", 0, 0},
+                       {"1.9", 1, 1},
+                       {"4294967296", INT_MAX, 4294967296},
+                       {"-99999999999999999999", INT_MIN, LLONG_MIN},
+                       {"99999999999999999999", INT_MAX, LLONG_MAX}};
+    for (auto const& one : cases) {
+        SCOPED_TRACE(one.text);
+        auto const file = Open(std::string("[a]\nk=") + one.text + "\n");
+        bool found = false;
+        EXPECT_EQ(file->ReadInt("a", "k", 3, &found), one.number);
+        EXPECT_TRUE(found);
+        EXPECT_EQ(file->ReadInt64("a", "k", 3), one.wide);
+    }
+    auto const file = Open("[a]\nk=#\n");
+    bool found = false;
+    EXPECT_EQ(file->ReadInt("a", "k", 3, &found), 3);
+    EXPECT_TRUE(found);
+    EXPECT_EQ(file->ReadInt64("a", "absent", 4, &found), 4);
+    EXPECT_FALSE(found);
+}
+
+TEST(IniFileTest, ListsFindsAndRemoves) {
+    auto const file = Open("[a]\nkk=1\n#x = 2\nplain\nkk=3\n[b]\nj=1\nk=2\n[a]\nz=1\n");
+    AArray keys;
+    file->GetKeys("a", &keys);
+    file->GetKeys("none", &keys);
+    ASSERT_EQ(keys.Count(), 3);
+    EXPECT_STREQ(keys.CStringAtIndex(1), "#x");
+    EXPECT_STREQ(keys.CStringAtIndex(2), "kk");
+    EXPECT_TRUE(file->HasKey("a", "k"));
+    EXPECT_TRUE(file->HasKey("a", "j"));  // in a later section
+    EXPECT_FALSE(file->HasKey("b", "kk"));
+    EXPECT_FALSE(file->HasKey("none", "k"));
+
+    EXPECT_FALSE(file->RemoveKey("a", "k"));
+    EXPECT_FALSE(file->RemoveKey("a", "j"));
+    EXPECT_TRUE(file->RemoveKey("a", "kk"));
+    EXPECT_TRUE(file->RemoveKey("a", "z"));  // where a read finds it
+    EXPECT_TRUE(file->RemoveSection("b"));
+    EXPECT_FALSE(file->RemoveSection("b"));
+    file->Save();
+    EXPECT_EQ(ReadWholeFile(kPath), "[a]\n#x = 2\nplain\nkk=3\n[a]\n");
+}
+
+TEST(IniFileTest, NullArgumentsAreAnsweredNeutrally) {
+    auto const file = Open("[a]\nk=1\n");
+    LogCapture log;
+    bool found = true;
+    EXPECT_STREQ(file->ReadString("a", nullptr, "d", &found).CString(), "");
+    EXPECT_FALSE(found);
+    EXPECT_STREQ(file->ReadString(nullptr, "k", "d", nullptr).CString(), "");
+    EXPECT_EQ(log.Count("Error", "|Ubrix::CIniFileImpl::ReadString| s == NULL || key == NULL"), 2);
+    file->GetKeys(nullptr, nullptr);
+    EXPECT_FALSE(file->HasKey("a", nullptr) || file->RemoveKey(nullptr, "k") || file->RemoveSection(nullptr));
+    EXPECT_STREQ(file->ReadString("a", "absent", nullptr).CString(), "");
+}
+
+TEST(IniFileTest, TheDestructorSavesPrivatelyAndTheConstructorTellsItsCost) {
+    {
+        ConsoleCapture console;
+        std::unique_ptr<IniFile> const file(CreateIniFile("fresh.ini"));
+        EXPECT_TRUE(console.Has("|Ubrix::CIniFileImpl::CIniFileImpl| load config file cost "));
+        EXPECT_FALSE(file->Load());
+        struct stat status {};
+        EXPECT_NE(stat("fresh.ini", &status), 0);
+    }
+    struct stat status {};
+    ASSERT_EQ(stat("fresh.ini", &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600u);
+    EXPECT_EQ(status.st_size, 0);
+    Open("[a]\nk=1\n")->Clear();
+    EXPECT_EQ(ReadWholeFile(kPath), "");
+    Open("[a]\nk=1\n")->WriteString("a", "k", "2");
+    EXPECT_EQ(ReadWholeFile(kPath), "[a]\nk=2\n");
+    std::unique_ptr<IniFile>(CreateIniFile(nullptr))->Save();
+}
+
+TEST(IniFileTest, ALineHasNoLimit) {
+    std::string const value(10 << 20, 'v');
+    auto const file = Open("[a]\nk=" + value + "\n");
+    EXPECT_EQ(file->ReadString("a", "k", "").GetLength(), 10 << 20);
+}
+
+TEST(IniFileTest, AFullDiskLeavesTheFileAsItWas) {
+    auto const file = std::make_unique<CIniFileImpl>(kPath);
+    file->WriteString("a", "k", "old");
+    ASSERT_TRUE(file->SaveChecked());
+    std::string const before = ReadWholeFile(kPath);
+    file->WriteString("a", "k", std::string(100000, 'x').c_str());
+    {
+        FileSizeLimit const limit(1000);
+        EXPECT_TRUE(file->Save());
+        EXPECT_FALSE(file->SaveChecked());
+    }
+    EXPECT_EQ(ReadWholeFile(kPath), before);
+    EXPECT_EQ(CountFilesWith(".tmp"), 0);
+    EXPECT_TRUE(file->SaveChecked());
+}
+
+}  // namespace

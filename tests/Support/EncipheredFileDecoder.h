@@ -1,0 +1,111 @@
+// Reads an enciphered INI file by its documented form alone, with nothing of the library's own code.
+#pragma once
+
+#include <openssl/ec.h>
+#include <openssl/evp.h>
+#include <openssl/obj_mac.h>
+
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace Test {
+
+constexpr std::size_t kHeadSize = 98;
+
+inline std::uint32_t LittleEndian(std::string const& bytes, std::size_t at, std::size_t size) {
+    std::uint32_t number = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+        number |= std::uint32_t{static_cast<unsigned char>(bytes[at + i])} << (8 * i);
+    }
+    return number;
+}
+
+inline std::string Md5(std::string const& bytes) {
+    unsigned char digest[16];
+    EVP_Digest(bytes.data(), bytes.size(), digest, nullptr, EVP_md5(), nullptr);
+    return {reinterpret_cast<char*>(digest), sizeof digest};
+}
+
+inline std::string FromBase64(std::string const& text) {
+    std::string bytes(text.size(), '\0');
+    int const size =
+        EVP_DecodeBlock(reinterpret_cast<unsigned char*>(bytes.data()),
+                        reinterpret_cast<unsigned char const*>(text.data()), static_cast<int>(text.size()));
+    return bytes.substr(0, static_cast<std::size_t>(size < 0 ? 0 : size) -
+                               (text.size() > 1 && text[text.size() - 2] == '=' ? 2 : 0));
+}
+
+// What the server computes: the first 16 bytes of the X coordinate of its private key times the public key
+// that stands in the file's head.
+inline std::string ServerKey(std::string const& privateKeyHex, std::string const& file) {
+    using Number = std::unique_ptr<BIGNUM, void (*)(BIGNUM*)>;
+    std::unique_ptr<EC_GROUP, void (*)(EC_GROUP*)> const group(EC_GROUP_new_by_curve_name(NID_secp256k1),
+                                                               EC_GROUP_free);
+    auto const coordinate = [&](std::size_t at) {
+        return Number(BN_bin2bn(reinterpret_cast<unsigned char const*>(file.data()) + at, 32, nullptr),
+                      BN_free);
+    };
+    BIGNUM* secret = nullptr;
+    BN_hex2bn(&secret, privateKeyHex.c_str());
+    Number const owned(secret, BN_clear_free);
+    std::unique_ptr<EC_POINT, void (*)(EC_POINT*)> const point(EC_POINT_new(group.get()), EC_POINT_free);
+    Number const product(BN_new(), BN_free);
+    unsigned char bytes[32] = {};
+    // The first of these refuses a point that isn't on the curve.
+    if (EC_POINT_set_affine_coordinates(group.get(), point.get(), coordinate(16).get(), coordinate(48).get(),
+                                        nullptr) != 1 ||
+        EC_POINT_mul(group.get(), point.get(), nullptr, point.get(), secret, nullptr) != 1 ||
+        EC_POINT_get_affine_coordinates(group.get(), point.get(), product.get(), nullptr, nullptr) != 1) {
+        return "no key";
+    }
+    BN_bn2binpad(product.get(), bytes, 32);
+    return {reinterpret_cast<char*>(bytes), 16};
+}
+
+inline std::uint64_t BlockAt(std::string const& bytes, std::size_t at) {
+    std::uint64_t block = 0;
+    for (std::size_t i = 0; i < 8; ++i) {
+        block = block << 8 | static_cast<unsigned char>(bytes[at + i]);
+    }
+    return block;
+}
+
+inline std::uint64_t TeaDecrypt(std::uint64_t block, std::string const& key) {
+    auto const word = [&](std::size_t i) {
+        return static_cast<std::uint32_t>(BlockAt(key, i / 2 * 8) >> (i % 2 ? 0 : 32));
+    };
+    auto y = static_cast<std::uint32_t>(block >> 32);
+    auto z = static_cast<std::uint32_t>(block);
+    for (std::uint32_t round = 16; round > 0; --round) {
+        std::uint32_t const sum = round * 0x9E3779B9u;
+        z -= ((y << 4) + word(2)) ^ (y + sum) ^ ((y >> 5) + word(3));
+        y -= ((z << 4) + word(0)) ^ (z + sum) ^ ((z >> 5) + word(1));
+    }
+    return std::uint64_t{y} << 32 | z;
+}
+
+// The plain text of the body; "bad tail" if the key doesn't fit.
+inline std::string Decipher(std::string const& body, std::string const& key) {
+    std::string stream;
+    std::uint64_t mixed = 0;
+    std::uint64_t before = 0;
+    for (std::size_t at = 0; at < body.size(); at += 8) {
+        std::uint64_t const block = BlockAt(body, at);
+        mixed = TeaDecrypt(block ^ mixed, key);
+        std::uint64_t const plain = mixed ^ before;
+        before = block;
+        for (int shift = 56; shift >= 0; shift -= 8) {
+            stream += static_cast<char>(plain >> shift);
+        }
+    }
+    std::size_t const lead = 3u + (static_cast<unsigned char>(stream[0]) & 7u);
+    if (stream.size() < lead + 7 || stream.substr(stream.size() - 7) != std::string(7, '\0')) {
+        return "bad tail";
+    }
+    return stream.substr(lead, stream.size() - lead - 7);
+}
+
+}  // namespace Test

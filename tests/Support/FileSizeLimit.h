@@ -1,0 +1,46 @@
+// A disk that takes no more: while a scope lasts, no write of this process reaches beyond a file's first
+// bytes.
+#pragma once
+
+#include <dirent.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
+#include <string>
+
+namespace Test {
+
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) : _handler(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &_before);
+        rlimit const now{bytes, _before.rlim_max};
+        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &now), 0);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &_before);
+        std::signal(SIGXFSZ, _handler);
+    }
+    FileSizeLimit(FileSizeLimit const&) = delete;
+    FileSizeLimit& operator=(FileSizeLimit const&) = delete;
+
+private:
+    void (*_handler)(int);
+    rlimit _before{};
+};
+
+// How many names in a directory contain `piece`.
+inline int CountFilesWith(std::string const& piece, char const* path = ".") {
+    int count = 0;
+    DIR* directory = opendir(path);
+    while (dirent const* entry = directory != nullptr ? readdir(directory) : nullptr) {
+        count += std::string(entry->d_name).find(piece) != std::string::npos ? 1 : 0;
+    }
+    if (directory != nullptr) {
+        closedir(directory);
+    }
+    return count;
+}
+
+}  // namespace Test
