@@ -56,12 +56,14 @@ public:
     // One observer a module: the first stays. The caller owns it and removes it before it dies. A null
     // argument is ignored.
     virtual void AddObserver(char const* module, ConfigureObserver* observer) = 0;
-    // After the call no notification begins; one that runs on another thread may still be under way.
+    // After the call the module's observer may die: no notification of it begins, and one that runs on
+    // another thread is waited for. From inside a notification the call returns at once.
     virtual void RemoveObserver(char const* module) = 0;
     // Fetches now, unless a fetch is under way. Without a URL nothing happens but a log line.
     virtual void StartOnce() = 0;
-    // Sets the server's base URL, without its path, and fetches. Another URL than before empties the cache
-    // first, and the answer to a fetch under way is thrown away. Null is ignored.
+    // Sets the server's base URL, without its path, and fetches. Another URL than before, in this run or an
+    // earlier one, empties the cache first, and the answer to a fetch under way is thrown away. Null is
+    // ignored.
     virtual void SetUrl(char const* url) = 0;
     // Forgets the URL and empties the cache; the answer to a fetch under way is thrown away.
     virtual void Clear() = 0;
@@ -69,11 +71,12 @@ public:
     // The instance. The library owns it and deletes it in its teardown; it is made anew at the next use.
     static Configure* GetInstance();
 
+    Configure(Configure const&) = delete;
+    Configure& operator=(Configure const&) = delete;
+
 protected:
     Configure();
     ~Configure();
-    Configure(Configure const&) = delete;
-    Configure& operator=(Configure const&) = delete;
 };
 
 }  // namespace Velmor

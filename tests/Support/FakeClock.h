@@ -8,7 +8,7 @@ namespace Test {
 
 class FakeClock : public Ubrix::ClockSource {
 public:
-    explicit FakeClock(Ubrix::Platform::CalendarTime const& local = {2026, 3, 5, 7, 59, 1, 42})
+    explicit FakeClock(Ubrix::Platform::CalendarTime const& local = {2036, 3, 5, 7, 59, 1, 42})
         : _local(local) {
         Ubrix::ClockSource::Replace(this);
     }

@@ -17,7 +17,11 @@ namespace Test {
 class LogCapture {
 public:
     LogCapture() : _level(Ubrix::CurrentLogger()->GetLevel()) {
-        Lines().clear();
+        {
+            // Threads of an earlier capture may still be in the callback.
+            std::lock_guard<std::mutex> lock(Guard());
+            Lines().clear();
+        }
         Ubrix::SetUbrixLogLevel(Ubrix::ALogPriorityDebug);
         Ubrix::SetConsoleOutput(false);
         Ubrix::SetUbrixLogCallback(Take);

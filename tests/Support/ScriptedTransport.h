@@ -20,9 +20,10 @@ public:
 
     // Puts a new one in force. Never destroyed: workers may be on their way out of it.
     static ScriptedTransport& Install() {
-        auto* const transport = new ScriptedTransport;
-        Ubrix::TransportChoice::Reopen(transport);
-        return *transport;
+        static auto* const all = new std::deque<ScriptedTransport>;
+        ScriptedTransport& transport = all->emplace_back();
+        Ubrix::TransportChoice::Reopen(&transport);
+        return transport;
     }
 
     // The answers to come, in order; without one left, the server can't be reached.

@@ -208,13 +208,19 @@ bool ConfigureImpl::Initialize() {
         return false;
     }
     _ruleId = 0;
-    if (_url.empty()) {
-        _url = GetString(kSection, kUrlKey, "").c_str();
-    }
+    LoadStoredUrl();
     _channel = ChannelId().c_str();
     _openId = OpenId().c_str();
     _state = kReady;
     return true;
+}
+
+// Before the first fetch the URL of an earlier run counts as the present one: a game that sets the same URL
+// at each start keeps its cache.
+void ConfigureImpl::LoadStoredUrl() {
+    if (_state == kUninitialized && _url.empty()) {
+        _url = GetString(kSection, kUrlKey, "").c_str();
+    }
 }
 
 void ConfigureImpl::Request() {
@@ -284,6 +290,7 @@ void ConfigureImpl::SetUrl(char const* url) {
     }
     {
         ScopedLock lock(_lock);
+        LoadStoredUrl();
         if (_url != url) {
             VC_LOG(Info, "Velmor::ConfigureImpl::SetUrl", "change url form [%s] to [%s]", _url.c_str(), url);
             _url = url;

@@ -58,6 +58,7 @@ private:
     void OpenCache();
 
     bool Initialize();
+    void LoadStoredUrl() VC_REQUIRES(_lock);
     void Request() VC_REQUIRES(_lock);
     void Transmit(std::string const& url) VC_REQUIRES(_lock);
     void StartRetryTimer(unsigned long long milliseconds) VC_REQUIRES(_lock);

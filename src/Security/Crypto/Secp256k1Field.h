@@ -197,20 +197,19 @@ void WriteField(Word* words, Field<kBound> const& number) {
     constexpr Limb kTopMask = (Limb{1} << kTopBits) - 1;
     Field<kBound> rest = number;
     Limb* const limb = rest.limb;
-    // What stands above bit 256 is folded in. The second time that is one at most, and none remains.
-    for (int turn = 0; turn < 2; ++turn) {
-        Limb carry = (limb[4] >> kTopBits) * kFold256;
-        limb[4] &= kTopMask;
-        for (int i = 0; i < kLimbs - 1; ++i) {
-            carry += limb[i];
-            limb[i] = carry & kLimbMask;
-            carry >>= kLimbBits;
-        }
-        limb[4] += carry;
+    // What stands above bit 256 is folded in, which may carry beyond it once more.
+    Limb carry = (limb[4] >> kTopBits) * kFold256;
+    limb[4] &= kTopMask;
+    for (int i = 0; i < kLimbs - 1; ++i) {
+        carry += limb[i];
+        limb[i] = carry & kLimbMask;
+        carry >>= kLimbBits;
     }
-    // Adding 2^256 - p carries into bit 256 exactly if the number is p or more.
+    limb[4] += carry;
+    // Adding 2^256 - p sets bit 256 exactly if the number is p or more; without that bit, it is then the
+    // rest.
     Field<kBound> reduced = rest;
-    Limb carry = kFold256;
+    carry = kFold256;
     for (Limb& each : reduced.limb) {
         carry += each;
         each = carry & kLimbMask;

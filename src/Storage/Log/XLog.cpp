@@ -27,6 +27,11 @@ Velmor::ILogger* ReadyLogger() {
     return g_loggerReady.load(std::memory_order_acquire) ? g_logger.load(std::memory_order_relaxed) : nullptr;
 }
 
+// Prints the arguments of a call, cut to the room. False for a format that can't be printed.
+VELMORCORE_PRINTF(2, 0) bool FormatArguments(LogText& text, char const* fmt, va_list arguments) {
+    return std::vsnprintf(text, sizeof text, fmt, arguments) >= 0;
+}
+
 }  // namespace
 
 Velmor::ILogger* CurrentLogger() {
@@ -56,9 +61,9 @@ void XLog(ALogPriority level, char const* file, unsigned int line, char const* f
     LogText message;
     va_list arguments;
     va_start(arguments, fmt);
-    int const length = std::vsnprintf(message, sizeof message, fmt, arguments);
+    bool const formatted = FormatArguments(message, fmt, arguments);
     va_end(arguments);
-    if (length < 0) {
+    if (!formatted) {
         return;
     }
     if (logger != nullptr) {
@@ -91,9 +96,9 @@ void XLogDetail(ALogPriority level, char const* file, unsigned int line, char co
     LogText message;
     va_list arguments;
     va_start(arguments, fmt);
-    int const length = std::vsnprintf(message, sizeof message, fmt, arguments);
+    bool const formatted = FormatArguments(message, fmt, arguments);
     va_end(arguments);
-    if (length < 0) {
+    if (!formatted) {
         return;
     }
     if (Velmor::ILogger* logger = ReadyLogger()) {
@@ -114,9 +119,9 @@ void PrintLogToConsoleFormat(ALogPriority level, char const* file, unsigned int 
     LogText message;
     va_list arguments;
     va_start(arguments, fmt);
-    int const length = std::vsnprintf(message, sizeof message, fmt, arguments);
+    bool const formatted = FormatArguments(message, fmt, arguments);
     va_end(arguments);
-    if (length >= 0) {
+    if (formatted) {
         PrintLogToConsoleFormat2(level, file, line, func, message);
     }
 }

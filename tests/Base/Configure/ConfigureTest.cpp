@@ -156,10 +156,13 @@ TEST_F(ConfigureTest, AnAnswerReplacesTheCacheWholeAndOutlivesTheInstance) {
     EXPECT_EQ(Text("Game", "speed"), "absent");
     EXPECT_EQ(Text("B", "x"), "1");
     EXPECT_EQ(Text("VelmorCore", "RemoteConfigUrl"), kUrl);
-    // The stored address is found again.
-    _server.Fail(Ubrix::HttpErrorTimeout);
+    // The stored address is found again, and setting it anew leaves the cache to a start without a network.
     Impl().StartOnce();
     EXPECT_TRUE(_server.AwaitRequests(3));
+    ConfigureImpl::ReleaseInstance();
+    Impl().SetUrl(kUrl);
+    EXPECT_TRUE(_server.AwaitRequests(4));
+    EXPECT_EQ(Text("B", "x"), "1");
 }
 
 TEST_F(ConfigureTest, BadAnswersAreToldAndKeepTheCache) {

@@ -151,6 +151,12 @@ TEST(CurveFieldTest, WideLimbsAgreeWithThePeerUpToTheirBounds) {
         ExpectWithinBound(left - right);
         ASSERT_NO_FATAL_FAILURE(ExpectRest(left - right, expected)) << turn;
     }
+    // Numbers that carry beyond bit 256 when their excess is folded in.
+    constexpr Secp256k1::Limb kOnes = Secp256k1::kLimbMask;
+    for (Secp256k1::Limb const top : {kOnes >> 4, kOnes >> 3, kOnes}) {
+        Secp256k1::Field<1> const full = {{kOnes, kOnes, kOnes, kOnes, top}};
+        ExpectRest(full, Number(full));
+    }
     // Around p, and at the greatest number that the words hold.
     for (int step = -2; step <= 2; ++step) {
         Word words[kMaxCurveWords];

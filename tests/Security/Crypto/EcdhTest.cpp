@@ -65,6 +65,13 @@ std::string SecretOf(CurveRecord const& record, std::string const& scalar, std::
     return EccSharedSecret(Raw(point), Raw(scalar), Raw(secret), &record) == 1 ? secret : "";
 }
 
+std::string PointBytes(CurveRecord const& record, Word const* x, Word const* y) {
+    std::string bytes(2 * static_cast<std::size_t>(record.numBytes), '\0');
+    WordsToBytes(Raw(bytes), record.numBytes, x);
+    WordsToBytes(Raw(bytes) + record.numBytes, record.numBytes, y);
+    return bytes;
+}
+
 using Multiplier = void (*)(CurvePoint&, CurvePoint const&, Word const*, Word const*, CurveRecord const&);
 
 std::string ProductBy(Multiplier multiply, CurveRecord const& record, std::string const& scalar,
@@ -76,10 +83,7 @@ std::string ProductBy(Multiplier multiply, CurveRecord const& record, std::strin
     WordsFromBytes(product.x, kMaxCurveWords, Raw(point), record.numBytes);
     WordsFromBytes(product.y, kMaxCurveWords, Raw(point) + record.numBytes, record.numBytes);
     multiply(product, product, words, startingZ, record);
-    std::string bytes(2 * static_cast<std::size_t>(record.numBytes), '\0');
-    WordsToBytes(Raw(bytes), record.numBytes, product.x);
-    WordsToBytes(Raw(bytes) + record.numBytes, record.numBytes, product.y);
-    return bytes;
+    return PointBytes(record, product.x, product.y);
 }
 
 std::vector<Multiplier> Multipliers(CurveRecord const& record) {
@@ -288,20 +292,26 @@ TEST_F(EcdhTest, AFailingRandomFunctionLeavesTheOutputs) {
 
 TEST_F(EcdhTest, HostilePointsAreNoWorseThanUseless) {
     ExpectNoKey(std::string(128, '0').c_str());
-    // Coordinates of p or more count modulo p. There are points with a small x.
     std::mt19937 random(5);
-    std::string const scalar = RandomScalar(random, kSecp256k1);
-    Word const one[kMaxCurveWords] = {1};
-    Word p[kMaxCurveWords];
-    Word y[kMaxCurveWords];
-    std::string wrapped(64, '\0');
-    WordsAdd(p, kSecp256k1.p, one, kMaxCurveWords);
-    WordsToBytes(Raw(wrapped), 32, p);
-    kSecp256k1.xSide(y, one, kSecp256k1);
-    kSecp256k1.modSqrt(y, kSecp256k1);
-    WordsToBytes(Raw(wrapped) + 32, 32, y);
-    std::string const plain = BigEndian(1, 32) + wrapped.substr(32);
-    EXPECT_EQ(SecretOf(kSecp256k1, scalar, wrapped), Peer(kKoblitz).Multiply(scalar, plain).substr(0, 32));
+    // Coordinates of p or more count modulo p: every curve has points whose small x can be written so too.
+    for (Curve const& curve : kCurves) {
+        CurveRecord const& record = *curve.record;
+        Peer const peer(curve);
+        std::string const scalar = RandomScalar(random, record);
+        std::string expected;
+        std::string wrapped;
+        for (Word small = 1; expected.empty(); ++small) {
+            Word const x[kMaxCurveWords] = {small};
+            Word y[kMaxCurveWords];
+            Word sum[kMaxCurveWords];
+            WordsAdd(sum, record.p, x, record.numWords);
+            record.xSide(y, x, record);
+            record.modSqrt(y, record);
+            expected = peer.Multiply(scalar, PointBytes(record, x, y));
+            wrapped = PointBytes(record, sum, y);
+        }
+        EXPECT_EQ(SecretOf(record, scalar, wrapped), expected.substr(0, expected.size() / 2)) << curve.name;
+    }
     // Points off the curve, also of orders two and three on theirs, end without harm.
     for (std::string const& point : {BigEndian(5, 32) + BigEndian(0, 32), BigEndian(0, 32) + BigEndian(5, 32),
                                      std::string(64, '\xFF'), std::string(64, '\x05')}) {
@@ -309,7 +319,7 @@ TEST_F(EcdhTest, HostilePointsAreNoWorseThanUseless) {
             for (unsigned int small = 1; small < 70; ++small) {
                 ProductBy(multiply, kSecp256k1, BigEndian(small, 32), point);
             }
-            ProductBy(multiply, kSecp256k1, scalar, point);
+            ProductBy(multiply, kSecp256k1, RandomScalar(random, kSecp256k1), point);
         }
     }
 }

@@ -26,11 +26,11 @@ std::set<std::string> FilesOf(std::string const& module) {
     return names;
 }
 
-// A name of `module` stamped `hours` before the clock's 2026-03-05 07h; local time keeps to one offset in
+// A name of `module` stamped `hours` before the clock's 2036-03-05 07h; local time keeps to one offset in
 // March before the change of the clocks.
 std::string StampedName(char const* module, int hours) {
     long long const now =
-        Platform::CalendarToEpoch({2026, 3, 5, 7, 0, 0, 0}, Platform::DaylightSaving::Standard);
+        Platform::CalendarToEpoch({2036, 3, 5, 7, 0, 0, 0}, Platform::DaylightSaving::Standard);
     auto const then = static_cast<std::time_t>(now - hours * 3600LL);
     std::tm const* local = std::localtime(&then);
     char name[64];
@@ -44,22 +44,22 @@ TEST(AFileLogger, StartsAFileEachHourAndAnewWhereOneWasDeleted) {
     AFileLogger logger("Mod", 1, 0, 0);
     EXPECT_FALSE(fs::exists(kRoot + "Mod"));
     logger.Log2File("one\n");
-    clock.SetLocal({2026, 3, 5, 8, 0, 0, 0});
+    clock.SetLocal({2036, 3, 5, 8, 0, 0, 0});
     logger.Log2File("two\n");
-    EXPECT_EQ(FilesOf("Mod"), (std::set<std::string>{"Mod_2026030507.log", "Mod_2026030508.log"}));
-    EXPECT_EQ(::Test::ReadWholeFile(kRoot + "Mod/Mod_2026030507.log"), "one\n");
+    EXPECT_EQ(FilesOf("Mod"), (std::set<std::string>{"Mod_2036030507.log", "Mod_2036030508.log"}));
+    EXPECT_EQ(::Test::ReadWholeFile(kRoot + "Mod/Mod_2036030507.log"), "one\n");
     fs::remove_all(kRoot + "Mod");
     ::Test::ConsoleCapture console;
     logger.Log2File("three\n");
     logger.Log2File(nullptr);
     logger.Log2File("", 0);
     EXPECT_EQ(console.Text(), "");
-    EXPECT_EQ(FilesOf("Mod"), (std::set<std::string>{"Mod_2026030508.log"}));
+    EXPECT_EQ(FilesOf("Mod"), (std::set<std::string>{"Mod_2036030508.log"}));
 }
 
 TEST(AFileLogger, KeepsToItsSizeLimit) {
     ::Test::FakeClock clock;
-    std::string const path = kRoot + "Mod/Mod_2026030507.log";
+    std::string const path = kRoot + "Mod/Mod_2036030507.log";
     AFileLogger restarting("Mod", 1, 1, AFileLogger::RestartFile);
     restarting.Log2File(std::string(1048576, 'a').c_str());
     restarting.Log2File("b");
@@ -72,7 +72,7 @@ TEST(AFileLogger, KeepsToItsSizeLimit) {
     refusing.Log2File("lost");
     EXPECT_TRUE(console.Has("| Info | [VelmorCore]"));
     EXPECT_TRUE(console.Has("_logFile size exceed return"));
-    EXPECT_EQ(fs::file_size(kRoot + "Mod/Mod_2026030507.xlog"), 1048577U);
+    EXPECT_EQ(fs::file_size(kRoot + "Mod/Mod_2036030507.xlog"), 1048577U);
 }
 
 TEST(AFileLogger, LongModuleNamesStayOutOfTheFileName) {
@@ -81,8 +81,8 @@ TEST(AFileLogger, LongModuleNamesStayOutOfTheFileName) {
     std::string const tooLong(110, 'm');
     AFileLogger(fits.c_str(), 1, 0, 0).Log2File("x");
     AFileLogger(tooLong.c_str(), 1, 0, 0).Log2File("x");
-    EXPECT_EQ(FilesOf(fits).count(fits + "_2026030507.log"), 1U);
-    EXPECT_EQ(FilesOf(tooLong).count("Ubrix_2026030507.log"), 1U);
+    EXPECT_EQ(FilesOf(fits).count(fits + "_2036030507.log"), 1U);
+    EXPECT_EQ(FilesOf(tooLong).count("Ubrix_2036030507.log"), 1U);
 }
 
 TEST(AFileLogger, TellsOnTheConsoleWhyALineIsLostAndRecovers) {
@@ -97,30 +97,30 @@ TEST(AFileLogger, TellsOnTheConsoleWhyALineIsLostAndRecovers) {
     EXPECT_TRUE(console.Has("CreatePath "));
     EXPECT_TRUE(console.Has("VelmorSDKLog/Mod failed!")) << console.Text();
     fs::remove("Cache/VelmorSDKLog");
-    fs::create_directories(kRoot + "Mod/Mod_2026030507.log");
+    fs::create_directories(kRoot + "Mod/Mod_2036030507.log");
     ::Test::ConsoleCapture again;
     logger.Log2File("lost");
     EXPECT_TRUE(again.Has("|Ubrix::AFileLogger::_OpenLogFile| Failed to Open log files"));
     EXPECT_TRUE(again.Has("|Ubrix::AFileLogger::Log2File| OpenLogFile failed!"));
-    fs::remove_all(kRoot + "Mod/Mod_2026030507.log");
+    fs::remove_all(kRoot + "Mod/Mod_2036030507.log");
     logger.Log2File("kept");
     EXPECT_EQ(FilesOf("Mod").size(), 1U);
 }
 
 TEST(AFileLogger, ReadsTheTimeOfAFileName) {
     long long const stamp =
-        Platform::CalendarToEpoch({2026, 3, 5, 7, 0, 0, 0}, Platform::DaylightSaving::Standard);
-    EXPECT_EQ(AFileLogger::GetLogFileTimeStamp("VelmorCore_2026030507.log"), stamp);
-    EXPECT_EQ(AFileLogger::GetLogFileTimeStamp("X_2026030507.xlog"), stamp);
+        Platform::CalendarToEpoch({2036, 3, 5, 7, 0, 0, 0}, Platform::DaylightSaving::Standard);
+    EXPECT_EQ(AFileLogger::GetLogFileTimeStamp("VelmorCore_2036030507.log"), stamp);
+    EXPECT_EQ(AFileLogger::GetLogFileTimeStamp("X_2036030507.xlog"), stamp);
     struct {
         char const* name;
         char const* message;
     } const bad[] = {
-        {"VelmorCore_2026030507.txt", "logFile Ext is invalid VelmorCore_2026030507.txt , ext txt"},
-        {"VelmorCore_202603050.log", "logTime is invalid VelmorCore_202603050.log"},
-        {"Velmor_Core_2026030507.log", "logFile is invalid Velmor_Core_2026030507.log"},
-        {"VelmorCore_20260305a7.log", "logTime is invalid VelmorCore_20260305a7.log"},
-        {"VelmorCore_2026030507", "logFile is invalid VelmorCore_2026030507"},
+        {"VelmorCore_2036030507.txt", "logFile Ext is invalid VelmorCore_2036030507.txt , ext txt"},
+        {"VelmorCore_203603050.log", "logTime is invalid VelmorCore_203603050.log"},
+        {"Velmor_Core_2036030507.log", "logFile is invalid Velmor_Core_2036030507.log"},
+        {"VelmorCore_20360305a7.log", "logTime is invalid VelmorCore_20360305a7.log"},
+        {"VelmorCore_2036030507", "logFile is invalid VelmorCore_2036030507"},
         {"", "logFile is invalid "},
     };
     for (auto const& row : bad) {
@@ -132,7 +132,7 @@ TEST(AFileLogger, ReadsTheTimeOfAFileName) {
 }
 
 TEST(AFileLogger, SweepsByAgeAndByCount) {
-    ::Test::FakeClock clock({2026, 3, 5, 7, 0, 0, 0});
+    ::Test::FakeClock clock({2036, 3, 5, 7, 0, 0, 0});
     fs::create_directories(kRoot + "Mod");
     std::string const old = StampedName("Mod", 241);
     std::string const recent[] = {StampedName("Mod", 239), StampedName("Mod", 3), StampedName("Mod", 2),

@@ -20,7 +20,7 @@ using namespace Ubrix;
 
 // What the hourly file of the fixed hour holds.
 std::string LogFileText() {
-    return ::Test::ReadWholeFile("Cache/VelmorSDKLog/VelmorCore/VelmorCore_2026030507.log");
+    return ::Test::ReadWholeFile("Cache/VelmorSDKLog/VelmorCore/VelmorCore_2036030507.log");
 }
 
 std::vector<std::string> g_lines;
@@ -64,7 +64,7 @@ TEST_F(LoggerTest, DeliversOneLineToFileAndCallback) {
 TEST_F(LoggerTest, ALineThatFillsItsRoomGoesWithoutALineFeed) {
     XLog2(ALogPriorityInfo, "f", 1, "F", std::string(5000, 'x').c_str());
     XLog2(ALogPriorityInfo, "f", 1, "F", "after");
-    EXPECT_NE(LogFileText().find("xxxx[2026-03-05"), std::string::npos);
+    EXPECT_NE(LogFileText().find("xxxx[2036-03-05"), std::string::npos);
 }
 
 TEST_F(LoggerTest, FiltersByLevelAndLetsNoneThrough) {

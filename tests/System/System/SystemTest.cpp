@@ -1,6 +1,7 @@
 #include <VelmorCore/File.h>
 #include <VelmorCore/System.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <string>
 #include <thread>
@@ -42,9 +43,16 @@ TEST(System, DeviceIdIsMadeOnceAndKept) {
     std::vector<char const*> seen(8);
     std::vector<std::thread> threads;
     threads.reserve(seen.size());
+    std::atomic<bool> go{false};
     for (char const*& one : seen) {
-        threads.emplace_back([&one] { one = CSystem::GetUdid(); });
+        threads.emplace_back([&one, &go] {
+            while (!go) {
+                std::this_thread::yield();
+            }
+            one = CSystem::GetUdid();
+        });
     }
+    go = true;
     for (std::thread& thread : threads) {
         thread.join();
     }

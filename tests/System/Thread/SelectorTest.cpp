@@ -199,6 +199,12 @@ void WalkTheRoadOfAPostedCall() {
     ReleaseHostUpdateQueue();
     RunHostUpdateSelectors();
     EXPECT_EQ(g_trail, "ih") << "removed, and dropped with the queue";
+    CSelector release;
+    release.function0 = ReleaseHostUpdateQueue;
+    PostSelectorToUiThread(&release);
+    PostSelectorToUiThread(&selector);
+    RunHostUpdateSelectors();
+    EXPECT_EQ(g_trail, "ih") << "a pass ends with its queue";
     PostSelectorToUiThread(&selector);
     RunHostUpdateSelectors();
     EXPECT_EQ(g_trail, "ihi");

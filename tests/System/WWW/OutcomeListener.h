@@ -48,10 +48,10 @@ public:
         _came.notify_all();
     }
 
-    // The outcome number `count`, from 1. A failed test after ten seconds.
+    // The outcome number `count`, from 1. A failed test after a minute.
     Outcome Await(std::size_t count = 1) {
         std::unique_lock<std::mutex> lock(_mutex);
-        if (!_came.wait_for(lock, std::chrono::seconds(10), [&] { return _outcomes.size() >= count; })) {
+        if (!_came.wait_for(lock, std::chrono::seconds(60), [&] { return _outcomes.size() >= count; })) {
             ADD_FAILURE() << "no outcome " << count;
             return {-1, -1, false, ""};
         }
