@@ -142,7 +142,9 @@ TEST(BundleFactoryTest, OneBundleANameUntilItIsDestroyed) {
     EXPECT_EQ(&named, &factory.GetBundle("named.config"));
     EXPECT_NE(&named, &factory.GetBundle("other.config"));
     named.SetNoSave("s", "k", 1);
+    EXPECT_FALSE(CFile::Exist("named.config"));
     factory.DestoryBundle("named.config");
+    EXPECT_TRUE(CFile::Exist("named.config"));
     factory.DestoryBundle("named.config");
     factory.DestoryBundle(nullptr);
     EXPECT_EQ(factory.GetBundle("named.config").Get("s", "k", 0), 1);

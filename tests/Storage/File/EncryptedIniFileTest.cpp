@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -42,6 +43,13 @@ std::string StoredKey() {
 std::string ValueAfterLoad() {
     EncryptedIniFileImpl file(kPath);
     return file.Load() ? file.ReadString("a", "k", "absent").CString() : "not loaded";
+}
+
+// In KiB, of the process so far.
+long PeakMemory() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
 }
 
 class EncryptedIniFileTest : public testing::Test {
@@ -167,7 +175,9 @@ TEST_F(EncryptedIniFileTest, EachFlippedBitOfTheHeadGetsItsAnswer) {
     }
     std::string huge = _content;
     huge.replace(8, 4, "\xFF\xFF\xFF\xFF");
+    long const before = PeakMemory();
     ExpectRefusal(huge, "config file read body failed!");
+    EXPECT_LT(PeakMemory() - before, 100000) << "KiB";
     std::string body = _content;
     body.back() = static_cast<char>(body.back() ^ 1);
     ExpectRefusal(body, "config file md5 check failed!");
