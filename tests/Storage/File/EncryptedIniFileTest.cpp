@@ -241,6 +241,7 @@ TEST_F(EncryptedIniFileTest, AFailedSaveLeavesFileAndKeyTogether) {
 
 TEST_F(EncryptedIniFileTest, ManyThreadsOnOneFileNeverPartItFromItsKey) {
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([this, i] {
             EncryptedIniFileImpl own(kPath);
