@@ -1,5 +1,6 @@
 #include <atomic>
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -168,9 +169,14 @@ void WalkTheRoadOfAPostedCall() {
     PostSelectorToUiThread(&shared, &Target::Two, g_texts + 4, g_texts + 6);
     EXPECT_EQ(g_trail, "1b2cd");
     EXPECT_TRUE(PostToUiWindow(new CSelector(Noting(4))));
-    over = true;
     selector = Noting(5);
     PostSelectorToUiThread(&selector);
+    // The pump takes the two together; one more message wakes it, to see that it is over.
+    over = true;
+    auto last = std::make_unique<CSelector>();
+    if (PostToUiWindow(last.get())) {
+        static_cast<void>(last.release());
+    }
     ui.join();
     EXPECT_NE(g_trail.find('e'), std::string::npos);
     EXPECT_NE(g_trail.find('f'), std::string::npos);
