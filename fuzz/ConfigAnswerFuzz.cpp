@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     Ubrix::Value modules;
     int ruleId = 0;
     Velmor::ParseConfigAnswer(body.c_str(), body.size(), modules, ruleId);
-    for (Ubrix::ValueConstIterator module = modules.begin(); module != modules.end(); ++module) {
+    for (Ubrix::ValueIterator module = modules.begin(); module != modules.end(); ++module) {
         if (module.memberName() == nullptr) {
             __builtin_trap();
         }
