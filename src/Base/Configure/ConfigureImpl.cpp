@@ -273,7 +273,7 @@ void ConfigureImpl::OnRetryTimer(unsigned int /*id*/, void* userData) {
 
 void ConfigureImpl::ForgetCache() {
     if (_cache != nullptr) {
-        _cache->Clear();
+        _cache->ClearNoSave();
     }
     if (_state == kRequesting) {
         _ignoreResult = true;
@@ -303,6 +303,9 @@ void ConfigureImpl::Clear() {
     ScopedLock lock(_lock);
     _url.clear();
     ForgetCache();
+    if (_cache != nullptr) {
+        _cache->Save();
+    }
 }
 
 void ConfigureImpl::OnNetworkStateChanged(Ubrix::ANetworkState state) {
