@@ -58,7 +58,7 @@ protected:
 
 TEST_F(DataTaskTest, TheFactoryTakesNullAndTheRegistryKnowsWhoLives) {
     EXPECT_EQ(WWW::Request(nullptr), nullptr);
-    WWW::Destroy(nullptr);
+    WWW::Destroy(static_cast<DataTask*>(nullptr));
     DataTask* const task = WWW::Request("a");
     Ubrix::WWWTaskBase* const base = static_cast<DataTaskImpl*>(task);
     EXPECT_FALSE(Ubrix::WWWTaskBase::IsObjectRelease(base));
