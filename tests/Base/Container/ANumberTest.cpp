@@ -48,7 +48,6 @@ TEST(ANumber, ConvertsByTheTable) {
     EXPECT_EQ(ANumber(nan).LongLongValue(), LLONG_MIN);
     std::string const huge = ANumber(-std::numeric_limits<double>::max()).ToString().c_str();
     EXPECT_EQ(huge.size(), 1 + 309 + 7U);
-    EXPECT_EQ(huge.substr(0, 4), "-179");
 }
 
 TEST(ANumber, ChoosesItsKindFromText) {
@@ -83,12 +82,10 @@ TEST(ANumber, IsLooselyEqual) {
         EXPECT_EQ(c.left == c.right, c.equal)
             << c.left.ToString().c_str() << " " << c.right.ToString().c_str();
         EXPECT_EQ(c.right != c.left, !c.equal);
-        EXPECT_EQ(c.left.IsEqual(&c.right), c.equal);
     }
-    ANumber const one(1);
     Ubrix::AString const text("1");
-    EXPECT_FALSE(one.IsEqual(&text));
-    EXPECT_FALSE(one.IsEqual(nullptr));
+    EXPECT_FALSE(ANumber(1).IsEqual(&text));
+    EXPECT_FALSE(ANumber(1).IsEqual(nullptr));
 }
 
 TEST(ANumber, ForgetsTheOldValueWithTheKind) {

@@ -58,11 +58,6 @@ TEST(AArray, AnswersNeutrallyWithoutElements) {
     EXPECT_EQ(array.Count(), 2);
     EXPECT_STREQ(array.FirstCString(), "");
     EXPECT_EQ(array.LastCString(), nullptr) << "a number has no text";
-#ifdef NDEBUG
-    EXPECT_TRUE(array.AStringAtIndex(9).Empty());
-#else
-    EXPECT_DEATH(static_cast<void>(array.AStringAtIndex(9)), "text != nullptr");
-#endif
 }
 
 TEST(AArray, OwnsByTheWayAnElementCameIn) {
@@ -78,7 +73,6 @@ TEST(AArray, OwnsByTheWayAnElementCameIn) {
 
         AArray const copy(array);
         EXPECT_EQ(Counted::alive, 6) << "a copy owns clones of all";
-        EXPECT_FALSE(array.IsEqual(&copy));
         array.RemoveFirstObject();
         EXPECT_EQ(Counted::alive, 6);
         EXPECT_STREQ(array.FirstCString(), "owned");
@@ -123,9 +117,8 @@ TEST(ADictionary, KeepsTheOrderOfFirstInsertion) {
 
     dictionary.Remove(static_cast<AObject const*>(nullptr));
     dictionary.Set(static_cast<char const*>(nullptr), "v");
-    dictionary.Set("k", static_cast<char const*>(nullptr));
     dictionary.Set("k", static_cast<AObject*>(nullptr));
-    EXPECT_EQ(dictionary.Count(), 2);
+    EXPECT_EQ(Keys(dictionary), "bc");
 }
 
 TEST(ADictionary, OwnsCopiesAndBorrowsPointers) {
@@ -146,14 +139,12 @@ TEST(ADictionary, OwnsCopiesAndBorrowsPointers) {
 
         ADictionary copy(dictionary);
         EXPECT_EQ(Counted::alive, 9);
-        ADictionary const& same = copy;
-        copy = same;
         copy.Set(copy);
         copy.Set("nested", dictionary);
         copy = *static_cast<ADictionary const*>(copy.ObjectForKey("nested"));
         EXPECT_EQ(copy.Count(), 2);
         dictionary.Remove(dictionary.ObjectForKey("v"));
-        EXPECT_EQ(dictionary.Count(), 1);
+        EXPECT_EQ(Keys(dictionary), "k");
         dictionary.RemoveAll();
         EXPECT_EQ(dictionary.KeyAt(0), nullptr);
     }
@@ -173,9 +164,6 @@ TEST(ADictionary, ComparesKeysAsTheyCompareThemselves) {
     dictionary.Set(ANumber(true), "yes");
     EXPECT_STREQ(dictionary.CStringForKey(2), "yes");
     EXPECT_EQ(dictionary.Count(), 3);
-    AArray const array;
-    dictionary.Set(array, AString("lost"));
-    EXPECT_EQ(dictionary.ObjectForKey(array), nullptr);
 
     // Found among plain strings by its own rule, whichever of the two was there first.
     ADictionary initials;
@@ -205,5 +193,4 @@ TEST(ADictionary, FindsEachOfManyKeys) {
         dictionary.Remove(&key);
         EXPECT_EQ(dictionary.ObjectForKey(key), nullptr);
     }
-    EXPECT_EQ(dictionary.Count(), kCount - kCount / 50);
 }

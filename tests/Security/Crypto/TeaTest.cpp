@@ -82,7 +82,6 @@ TEST(TeaTest, EveryLengthComesBackIntoExactlyItsRoom) {
 
 TEST(TeaTest, RefusesBadLengths) {
     EXPECT_EQ(zk_symmetry_encrypt2_length(-1), 0);
-    EXPECT_EQ(zk_symmetry_encrypt2_length(INT_MAX - 17), INT_MAX - 7);
     EXPECT_EQ(zk_symmetry_encrypt2_length(INT_MAX - 16), 0);
     std::string plain;
     for (std::size_t const size : {0U, 8U, 15U, 17U, 23U}) {
