@@ -123,11 +123,12 @@ TEST_F(EcdhTest, CoordinatesFromPOnCountModuloP) {
     char const y[] = "4218F20AE6C646B363DB68605822FB14264CA8D2587FDD6FBC750D587E76A7EE";
     std::string const point = FromHex(std::string(63, '0') + "1" + y);
     std::string const wrapped = FromHex(std::string(55, 'F') + "EFFFFFC30" + y);
-    std::string const scalar = Small(kSecp256k1, 0x1234567);
-    std::string const secret = Peer(kKoblitz).Multiply(scalar, point).substr(0, 32);
-    EXPECT_EQ(secret.size(), 32U);
-    EXPECT_EQ(SecretOf(kSecp256k1, scalar, wrapped), secret);
-    EXPECT_EQ(SecretOf(kNarrowSecp256k1, scalar, wrapped), secret);
+    for (Word const small : {1U, 0x1234567U}) {
+        std::string const scalar = Small(kSecp256k1, small);
+        std::string const secret = Peer(kKoblitz).Multiply(scalar, point).substr(0, 32);
+        EXPECT_EQ(SecretOf(kSecp256k1, scalar, wrapped), secret);
+        EXPECT_EQ(SecretOf(kNarrowSecp256k1, scalar, wrapped), secret);
+    }
 }
 
 TEST_F(EcdhTest, ServerComesToTheSameKey) {
