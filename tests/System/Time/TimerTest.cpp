@@ -1,12 +1,11 @@
 #include <VelmorCore/Timer.h>
 
-#include <mutex>
-#include <thread>
 #include <utility>
 #include <vector>
 
 #include "Platform/Event.h"
 #include "Support/ConsoleCapture.h"
+#include "Support/OnThreads.h"
 #include "Support/SteppedClock.h"
 
 namespace Ubrix {
@@ -21,7 +20,6 @@ protected:
 
     static void Record(unsigned int id, void* self) {
         auto* test = static_cast<Timer*>(self);
-        std::lock_guard<std::mutex> lock(test->_mutex);
         test->_calls.emplace_back(id, test->clock.Elapsed());
         test->clock.Advance(test->callbackTakes);
         if (test->stopFrom != nullptr) {
@@ -32,11 +30,8 @@ protected:
     unsigned int Start(CTimer& timer, unsigned long long intervalMs, bool repeat) {
         return timer.StartTimer(intervalMs, repeat, Record, this);
     }
-    // The calls since the last time it was asked.
-    Calls TakeCalls() {
-        std::lock_guard<std::mutex> lock(_mutex);
-        return std::exchange(_calls, {});
-    }
+    // The calls since the last time it was asked. Only while no timer is due.
+    Calls TakeCalls() { return std::exchange(_calls, {}); }
 
     ::Test::SteppedClock& clock = ::Test::SteppedClock::Install();
     ::Test::ConsoleCapture console;
@@ -45,7 +40,6 @@ protected:
     Platform::Event called;
 
 private:
-    std::mutex _mutex;
     Calls _calls;
 };
 
@@ -127,25 +121,18 @@ TEST_F(Timer, DestructorEndsAllAndIdsAreSharedByAllInstances) {
 TEST_F(Timer, StartAndStopFromManyThreads) {
     ::Test::SteppedClock::Remove();
     CTimer timer;
-    std::vector<std::thread> threads;
-    threads.reserve(4);
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([&timer] {
-            for (int n = 0; n < 20; ++n) {
-                timer.StopTimer(timer.StartTimer(
-                    0, true, [](unsigned int, void*) {}, nullptr));
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    // Static, since a call under way outlives its timer.
+    static Platform::Event beat;
+    ::Test::OnThreads(4, [&timer](int) {
+        for (int n = 0; n < 20; ++n) {
+            timer.StopTimer(timer.StartTimer(
+                0, true, [](unsigned int, void*) {}, nullptr));
+        }
+    });
     // On the system's clock: two calls, half a second apart.
-    static Platform::Event tick;
     timer.StartTimer(
-        0, true, [](unsigned int, void*) { tick.Set(); }, nullptr);
-    EXPECT_TRUE(tick.WaitFor(10000));
-    EXPECT_TRUE(tick.WaitFor(10000));
+        0, true, [](unsigned int, void*) { beat.Set(); }, nullptr);
+    EXPECT_TRUE(beat.WaitFor(10000) && beat.WaitFor(10000));
 }
 
 }  // namespace
