@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -83,9 +84,7 @@ TEST_F(EncryptedIniFileTest, HasTheDocumentedFormUnderAKeyThatStoreAndServerShar
     std::string const privateKey = ReadWholeFile(VELMORCORE_DEVELOPMENT_KEY).substr(0, 64);
     EXPECT_EQ(ServerKey(privateKey, _content), StoredKey());
     for (char const* path : {kPath, "Cache/Store.ini"}) {
-        struct stat status {};
-        ASSERT_EQ(stat(path, &status), 0);
-        EXPECT_EQ(status.st_mode & 0777, 0600u) << path;
+        EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms{0600}) << path;
     }
 }
 

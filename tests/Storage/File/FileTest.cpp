@@ -1,8 +1,8 @@
 #include <VelmorCore/File.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <climits>
+#include <filesystem>
 #include <string>
 
 #include "Support/Files.h"
@@ -104,9 +104,7 @@ TEST(PathTest, OwnDirectoriesArePrivateAndStay) {
     EXPECT_EQ(CPath::GetDocPath(), app + "/Doc/");
     EXPECT_EQ(CPath::GetDefaultConfigFile(), app + "/Cache/Velmor.ini");
     for (char const* directory : {"Doc", "Cache"}) {
-        struct stat status {};
-        ASSERT_EQ(stat(directory, &status), 0);
-        EXPECT_EQ(status.st_mode & 0777, 0700u);
+        EXPECT_EQ(std::filesystem::status(directory).permissions(), std::filesystem::perms{0700});
     }
     EXPECT_FALSE(CPath::CreatePath("Doc") || CPath::CreatePath("x/y"));
     EXPECT_TRUE(CPath::RemovePath("Doc"));

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <climits>
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -141,13 +141,10 @@ TEST(IniFileTest, TheDestructorSavesPrivatelyAndTheConstructorTellsItsCost) {
         std::unique_ptr<IniFile> const file(CreateIniFile("fresh.ini"));
         EXPECT_TRUE(console.Has("|Ubrix::CIniFileImpl::CIniFileImpl| load config file cost "));
         EXPECT_FALSE(file->Load());
-        struct stat status {};
-        EXPECT_NE(stat("fresh.ini", &status), 0);
+        EXPECT_FALSE(std::filesystem::exists("fresh.ini"));
     }
-    struct stat status {};
-    ASSERT_EQ(stat("fresh.ini", &status), 0);
-    EXPECT_EQ(status.st_mode & 0777, 0600u);
-    EXPECT_EQ(status.st_size, 0);
+    EXPECT_EQ(std::filesystem::status("fresh.ini").permissions(), std::filesystem::perms{0600});
+    EXPECT_EQ(std::filesystem::file_size("fresh.ini"), 0U);
     Open("[a]\nk=1\n")->Clear();
     EXPECT_EQ(ReadWholeFile(kPath), "");
     Open("[a]\nk=1\n")->WriteString("a", "k", "2");
