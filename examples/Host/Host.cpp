@@ -153,10 +153,8 @@ void GameHost::Listen() {
     _store->AddObserver(&_storeObserver);
 }
 
-// What a game does at each start. The order counts: a URL that differs from the one in force empties the
-// cache, and the one of an earlier start is in force only once a fetch was asked for.
+// What a game does at each start. The URL of an earlier start keeps what its cache holds.
 void GameHost::AskForNews() {
-    _store->Fetch();
     _journal.Check(velmorcore_configure_seturl(_line.url.c_str()),
                    "URL set; the fetch runs in the background");
 }

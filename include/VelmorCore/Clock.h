@@ -24,8 +24,8 @@ public:
     static void GetTimeOfDay(int& seconds, int& microseconds);
 
 private:
-    CTime();
-    ~CTime();
+    CTime() = default;
+    ~CTime() = default;
 };
 
 }  // namespace Ubrix

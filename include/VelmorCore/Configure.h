@@ -75,8 +75,8 @@ public:
     Configure& operator=(Configure const&) = delete;
 
 protected:
-    Configure();
-    ~Configure();
+    Configure() = default;
+    ~Configure() = default;
 };
 
 }  // namespace Velmor

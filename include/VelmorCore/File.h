@@ -69,6 +69,9 @@ public:
     // Writes `size` bytes at the end. They may stay in the stream's buffer until the file is closed. Results
     // as above.
     bool Append(void const* data, unsigned int size);
+    // Hands what the stream holds to the system: it then outlives the process. False if that fails, or if the
+    // file isn't open.
+    bool Flush();
     // Bytes in the file, those still buffered included. 0 if it is closed, on failure, and for a length
     // beyond 32 bits. The position stays.
     unsigned int GetLength();
@@ -81,6 +84,8 @@ public:
 private:
     std::FILE* _stream;
     AString _path;
+    FileMode _mode;
+    bool _hasRead;
 };
 
 // Paths, and the two directories in which the library keeps its files. Static operations only; all may be

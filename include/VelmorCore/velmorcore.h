@@ -8,10 +8,9 @@
 #define VELMORCORE_VELMORCORE_H
 
 #include <VelmorCore/Export.h>
-#include <stdbool.h>
-#include <stdint.h>
 
 #ifdef __cplusplus
+#include <cstdint>
 namespace Ubrix {
 class IVelmorCore;
 enum ANetworkState : int;
@@ -26,6 +25,8 @@ typedef Velmor::ALogPriority VelmorCoreLogPriority;
 typedef Ubrix::ANetworkState VelmorCoreNetworkState;
 extern "C" {
 #else
+#include <stdbool.h>
+#include <stdint.h>
 typedef struct VelmorCoreObject VelmorCoreObject;
 typedef struct VelmorCoreConfigFile VelmorCoreConfigFile;
 /* 0 Debug, 1 Info, 2 Warning, 3 Event, 4 Error, 5 None. */

@@ -10,6 +10,7 @@ namespace Test {
 template <typename Work>
 void OnThreads(int count, Work const& work) {
     std::vector<std::thread> threads;
+    threads.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         threads.emplace_back([&work, i] { work(i); });
     }

@@ -2,10 +2,9 @@
 
 #include <VelmorCore/File.h>
 
-#include <cstdio>
-
 #include "Base/Configure/ConfigRequest.h"
 #include "Base/Configure/KitParameters.h"
+#include "Base/Container/Number/RealText.h"
 #include "Base/Ubrix/IBase.h"
 #include "Storage/Bundle/BundleImpl.h"
 #include "Storage/Log/LogMacros.h"
@@ -42,10 +41,6 @@ InstanceHolder& TheHolder() {
 }
 
 }  // namespace
-
-Configure::Configure() = default;
-
-Configure::~Configure() = default;
 
 Configure* Configure::GetInstance() {
     return ConfigureImpl::Instance();
@@ -129,8 +124,9 @@ std::int64_t ConfigureImpl::GetLong(char const* section, char const* key, std::i
 
 double ConfigureImpl::GetDouble(char const* section, char const* key, double defaultValue) {
     AString const text = GetString(section, key, "");
-    double value = 0;
-    return std::sscanf(text.c_str(), "%lf", &value) == 1 ? value : defaultValue;
+    double value = defaultValue;
+    Ubrix::ReadReal(text.c_str(), value);
+    return value;
 }
 
 bool ConfigureImpl::GetBool(char const* section, char const* key, bool defaultValue) {
@@ -277,7 +273,7 @@ void ConfigureImpl::OnRetryTimer(unsigned int /*id*/, void* userData) {
 
 void ConfigureImpl::ForgetCache() {
     if (_cache != nullptr) {
-        _cache->Clear();
+        _cache->ClearNoSave();
     }
     if (_state == kRequesting) {
         _ignoreResult = true;
@@ -307,6 +303,9 @@ void ConfigureImpl::Clear() {
     ScopedLock lock(_lock);
     _url.clear();
     ForgetCache();
+    if (_cache != nullptr) {
+        _cache->Save();
+    }
 }
 
 void ConfigureImpl::OnNetworkStateChanged(Ubrix::ANetworkState state) {

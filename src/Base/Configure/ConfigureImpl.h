@@ -63,6 +63,7 @@ private:
     void Transmit(std::string const& url) VC_REQUIRES(_lock);
     void StartRetryTimer(unsigned long long milliseconds) VC_REQUIRES(_lock);
     void StopTimer(Ubrix::CTimer& timer, unsigned int& id) VC_REQUIRES(_lock);
+    // Empties the cache in memory only; the caller saves.
     void ForgetCache() VC_REQUIRES(_lock);
 
     // How a fetch ended.

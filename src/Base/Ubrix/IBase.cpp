@@ -1,6 +1,7 @@
 #include "Base/Ubrix/IBase.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "Base/Ubrix/CoreParameters.h"
@@ -22,11 +23,16 @@ ReleaseList& TheReleaseList() {
     return *list;
 }
 
-// The callback at `index`, or null behind the end. The size is read anew each time: a callback may register.
-IBase::ReleaseCallback CallbackAt(std::size_t index) {
+// Takes the callback at `index` out; false behind the end. The size is read anew each time, and the place
+// left empty: a callback may register, and a service that one of them makes anew may register again.
+bool TakeCallback(std::size_t index, IBase::ReleaseCallback& callback) {
     ReleaseList& list = TheReleaseList();
     Platform::ScopedLock lock(list.lock);
-    return index < list.callbacks.size() ? list.callbacks[index] : nullptr;
+    if (index >= list.callbacks.size()) {
+        return false;
+    }
+    callback = std::exchange(list.callbacks[index], nullptr);
+    return true;
 }
 
 }  // namespace
@@ -56,10 +62,9 @@ void IBase::AddReleaseCallback(ReleaseCallback release) {
 }
 
 void IBase::RunReleaseCallbacks() {
-    std::size_t index = 0;
-    while (ReleaseCallback const release = CallbackAt(index)) {
+    ReleaseCallback release = nullptr;
+    for (std::size_t index = 0; TakeCallback(index, release); ++index) {
         release();
-        ++index;
     }
     ReleaseList& list = TheReleaseList();
     Platform::ScopedLock lock(list.lock);

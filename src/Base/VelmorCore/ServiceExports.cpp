@@ -43,7 +43,7 @@ bool Ubrix_system_GetUUID(char* buffer, int size) {
         VC_LOG(Error, "Ubrix_system_GetUUID", "Ubrix_system_GetUUID len>size");
         return false;
     }
-    std::memcpy(buffer, id, length);
+    std::memcpy(buffer, id, length + 1);
     std::memset(buffer + length, 0, static_cast<std::size_t>(size) - length);
     return true;
 }

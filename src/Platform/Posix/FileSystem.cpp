@@ -58,7 +58,8 @@ bool WorkingDirectory(std::string& path) {
         }
         buffer.resize(buffer.size() * 2);
     }
-    path.assign(buffer.c_str());
+    buffer.resize(std::strlen(buffer.c_str()));
+    path.swap(buffer);
     return true;
 }
 

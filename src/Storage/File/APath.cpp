@@ -79,7 +79,7 @@ char const* OwnDirectory(KeptText& kept, char const* name) {
 
 }  // namespace
 
-CFile::CFile() : _stream(nullptr) {}
+CFile::CFile() : _stream(nullptr), _mode(FileModeRead), _hasRead(false) {}
 
 CFile::~CFile() {
     Close();
@@ -91,6 +91,8 @@ bool CFile::Open(char const* path, FileMode mode) {
     }
     Close();
     _path = path;
+    _mode = mode;
+    _hasRead = false;
     _stream = std::fopen(_path.CString(), StreamMode(mode));
     return _stream != nullptr;
 }
@@ -137,6 +139,7 @@ int CFile::Read(void* buffer, int position, unsigned int size) {
     if (size == 0 || std::fseek(_stream, position, SEEK_SET) != 0) {
         return 0;
     }
+    _hasRead = true;
     std::size_t const wanted = size < INT_MAX ? size : INT_MAX;
     std::size_t const count = std::fread(buffer, 1, wanted, _stream);
     if (count < wanted && std::ferror(_stream) != 0) {
@@ -164,7 +167,17 @@ bool CFile::Append(void const* data, unsigned int size) {
     if (size == 0) {
         return true;
     }
-    return std::fseek(_stream, 0, SEEK_END) == 0 && std::fwrite(data, 1, size, _stream) == size;
+    // A stream that was opened for appending finds the end by itself, and wants a seek only between reading
+    // and writing.
+    if ((_mode != FileModeAppend || _hasRead) && std::fseek(_stream, 0, SEEK_END) != 0) {
+        return false;
+    }
+    _hasRead = false;
+    return std::fwrite(data, 1, size, _stream) == size;
+}
+
+bool CFile::Flush() {
+    return _stream != nullptr && std::fflush(_stream) == 0;
 }
 
 unsigned int CFile::GetLength() {

@@ -52,9 +52,8 @@ void AFileLogger::Log2File(void const* data, unsigned int length) {
         return;
     }
     _file->Append(data, length);
-    // A seek hands the stream's buffer to the system, so that a process that dies keeps its last line. The
-    // next append seeks anyway, and finds nothing left to do.
-    _file->SeekToEnd();
+    // A process that dies keeps its last line.
+    _file->Flush();
     if (_sync == 0) {
         _file.reset();
     }

@@ -4,10 +4,6 @@
 
 namespace Ubrix {
 
-CTime::CTime() = default;
-
-CTime::~CTime() = default;
-
 long long CTime::GetCurTime() {
     return ClockSource::Current().EpochSeconds();
 }

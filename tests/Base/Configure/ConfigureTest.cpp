@@ -175,6 +175,7 @@ TEST_F(ConfigureTest, BadAnswersAreToldAndKeepTheCache) {
     } const rows[] = {
         {"", "jsonStr == NULL || len == 0", -1},
         {"<html><body>Sign in</body></html>", "parse json error", -1},
+        {std::string(64U << 20U, '{'), "parse json error", -1},
         {deep, "parse json error", -1},
         {std::string("\0\0{}", 4), "parse json error", -1},
         {"[1,2]", "json is not Object", -2},

@@ -40,7 +40,7 @@ AString RealToText(double value) {
     return AString(text, static_cast<int>(result.ptr - text));
 }
 
-double TextToReal(char const* text) {
+bool ReadReal(char const* text, double& value) {
     text += std::strspn(text, " \t\n\v\f\r");
     bool const negative = *text == '-';
     if (negative || *text == '+') {
@@ -51,18 +51,25 @@ double TextToReal(char const* text) {
         text += 2;
     }
     if (*text == '-') {
-        return 0.0;
+        return false;
     }
     auto const format = hexadecimal ? std::chars_format::hex : std::chars_format::general;
-    double value = 0.0;
-    auto const result = std::from_chars(text, text + std::strlen(text), value, format);
+    double read = 0.0;
+    auto const result = std::from_chars(text, text + std::strlen(text), read, format);
     if (result.ec == std::errc::invalid_argument) {
-        return 0.0;
+        return false;
     }
     if (result.ec == std::errc::result_out_of_range) {
-        value = IsTooLarge(text, hexadecimal) ? HUGE_VAL : 0.0;
+        read = IsTooLarge(text, hexadecimal) ? HUGE_VAL : 0.0;
     }
-    return negative ? -value : value;
+    value = negative ? -read : read;
+    return true;
+}
+
+double TextToReal(char const* text) {
+    double value = 0.0;
+    ReadReal(text, value);
+    return value;
 }
 
 }  // namespace Ubrix
