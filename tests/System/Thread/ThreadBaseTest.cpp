@@ -23,9 +23,10 @@ struct Record {
         EXPECT_TRUE(deleted.WaitFor(kBound));
         EXPECT_EQ(deletions, 1);
     }
-    bool failsToBegin = false;  // the constructor throws
-    bool endsItself = false;    // a turn destroys the worker
-    std::string trail;          // of the worker's steps
+    bool failsToBegin = false;               // the constructor throws
+    bool endsItself = false;                 // a turn destroys the worker
+    std::atomic<bool> resumesItself{false};  // as soon as it hears of a pause
+    std::string trail;                       // of the worker's steps
     std::atomic<int> deletions{0};
     Platform::Event turn;     // set at each turn
     Platform::Event paused;   // set at each pause
@@ -56,6 +57,9 @@ public:
     void OnThreadExit() override { _record->trail += "exit "; }
     void OnThreadPause() override {
         _record->trail += "pause ";
+        if (_record->resumesItself) {
+            Resume(false);
+        }
         _record->paused.Set();
     }
     void OnThreadResume() override { _record->trail += "resume "; }
@@ -131,6 +135,13 @@ TEST_F(ThreadBase, NoResumeIsLost) {
             ASSERT_TRUE(AwaitTurn()) << i;
         }
     }
+    // One that comes before the worker waits.
+    record->resumesItself = true;
+    record->paused.Reset();
+    thread->Pause();
+    ASSERT_TRUE(record->paused.WaitFor(kBound));
+    record->turn.Reset();
+    EXPECT_TRUE(AwaitTurn());
     CThreadBase::Destroy(thread, true);
     record->ExpectDeletedOnce();
 }

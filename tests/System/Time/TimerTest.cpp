@@ -50,7 +50,7 @@ private:
 
 TEST_F(Timer, OneShotFiresAtTheFirstPollOnceAndStaysUntilStopped) {
     CTimer timer;
-    unsigned int const id = Start(timer, 1200, false);
+    unsigned int const id = Start(timer, 1500, false);
     Advance(0, {1500});
     clock.Advance(1499);
     EXPECT_EQ(TakeCalls(), Calls{});
