@@ -6,10 +6,11 @@ namespace Ubrix {
 
 using Platform::ScopedLock;
 
-// A function, and how many calls of it run; the count is guarded by its gate's lock.
+// A function, how many calls of it run, and whether another took its place; guarded by its gate's lock.
 struct CallbackGate::Pass::Kept {
     Function function;
     int running;
+    bool withdrawn;
 };
 
 namespace {
@@ -23,11 +24,15 @@ void CallbackGate::Set(Function function) {
     using Kept = Pass::Kept;
     std::shared_ptr<Kept> kept;
     if (function != nullptr) {
-        kept = std::make_shared<Kept>(Kept{function, 0});
+        kept = std::make_shared<Kept>(Kept{function, 0, false});
     }
     ScopedLock const lock(_lock);
     kept.swap(_kept);
-    while (kept != nullptr && kept->running > 0 && t_depth == 0) {
+    if (kept != nullptr) {
+        kept->withdrawn = true;
+        _withdrawnRunning += kept->running;
+    }
+    while (_withdrawnRunning > 0 && t_depth == 0) {
         _idle.Wait();
     }
 }
@@ -47,7 +52,8 @@ CallbackGate::Pass::~Pass() {
     }
     --t_depth;
     ScopedLock const lock(_gate._lock);
-    if (--_kept->running == 0) {
+    --_kept->running;
+    if (_kept->withdrawn && --_gate._withdrawnRunning == 0) {
         _gate._idle.Broadcast();
     }
 }

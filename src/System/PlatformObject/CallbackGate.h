@@ -18,9 +18,9 @@ public:
     CallbackGate(CallbackGate const&) = delete;
     CallbackGate& operator=(CallbackGate const&) = delete;
 
-    // Replaces the function; null closes the gate. When it returns, no call of the earlier function runs or
+    // Replaces the function; null closes the gate. When it returns, no call of an earlier function runs or
     // begins any more; it waits for those that run on other threads. Inside any function behind a gate it
-    // waits for none, since two such could wait for each other.
+    // waits for none, since two such could wait for each other; the next one outside makes up for it.
     void Set(Function function);
 
     // One call: holds on to the function for the length of a scope.
@@ -45,6 +45,8 @@ public:
 private:
     Platform::RecursiveMutex _lock;
     Platform::Condition _idle{_lock};
+    // Calls that run in functions which were replaced.
+    int _withdrawnRunning VC_GUARDED_BY(_lock) = 0;
     std::shared_ptr<Pass::Kept> _kept VC_GUARDED_BY(_lock);
 };
 

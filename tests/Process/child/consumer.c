@@ -13,10 +13,6 @@ static void on_network(VelmorCoreNetworkState state) {
     (void)state;
 }
 
-static void on_send(int64_t id, intptr_t word) {
-    (void)id, (void)word;
-}
-
 int main(void) {
     VelmorCore_SetUbrixLogCallback(on_line);
     VelmorCore_SetUbrixLogLevel(0);
@@ -49,16 +45,11 @@ int main(void) {
     failures += file == NULL || VelmorCore_GetDefaultHandler() == NULL;
     VelmorCore_DeleteConfigFile(&file);
     failures += file != NULL;
-    setSarnetSendMessageCallback(NULL);
-    setSarnetSendStructCallback(NULL);
-    setSarnetSendResultCallback(NULL);
-    setSarnetSendResultStructCallback(NULL);
-    setSarnetSendBufferCallback(NULL);
-    setSarnetSendResultBufferCallback(NULL);
-    setSarnetSendResultStructBufferCallback(NULL);
-    setSarnetSendVoidMethodCallback(on_send);
-    setSarnetSendVoidMethodParamCallback(NULL);
-    setSarnetSendVoidMethodBufferCallback(NULL);
+    setSarnetSendMessageCallback(NULL), setSarnetSendStructCallback(NULL);
+    setSarnetSendResultCallback(NULL), setSarnetSendResultStructCallback(NULL);
+    setSarnetSendBufferCallback(NULL), setSarnetSendResultBufferCallback(NULL);
+    setSarnetSendResultStructBufferCallback(NULL), setSarnetSendVoidMethodCallback(NULL);
+    setSarnetSendVoidMethodParamCallback(NULL), setSarnetSendVoidMethodBufferCallback(NULL);
     failures += addPlatformObject(1, "Unknown") || addPlatformObject(1, NULL);
     removePlatformObject(1);
     velmorcore_releaseInstance();

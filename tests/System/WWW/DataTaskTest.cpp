@@ -10,6 +10,7 @@
 #include "Support/ScriptedTransport.h"
 #include "System/WWW/OutcomeListener.h"
 #include "System/WWW/Task/DataTaskImpl.h"
+#include "System/WWW/Task/DownloadFileTaskImpl.h"
 
 namespace {
 
@@ -60,6 +61,24 @@ TEST_F(DataTaskTest, TheFactoryTakesNullAndTheRegistryKnowsWhoLives) {
     WWW::Destroy(_task);
     _task = nullptr;
     EXPECT_TRUE(_log.Has("Info", "~DataTaskImpl"));
+    EXPECT_TRUE(Ubrix::WWWTaskBase::IsObjectRelease(base));
+}
+
+TEST_F(DataTaskTest, ADownloadKeepsWhatItIsGivenAndSendsNothing) {
+    EXPECT_EQ(WWW::DownloadFile(nullptr, "path"), nullptr);
+    EXPECT_EQ(WWW::DownloadFile(kUrl, nullptr), nullptr);
+    Ubrix::DownloadFileTask* const task = WWW::DownloadFile(kUrl, "file\xB9");
+    auto* const impl = static_cast<Ubrix::DownloadFileTaskImpl*>(task);
+    // Only the address of a listener is looked at.
+    task->SetListener(reinterpret_cast<Ubrix::DownloadFileTask::Listener*>(impl));
+    EXPECT_NE(impl->GetListener(), nullptr);
+    task->Start();
+    EXPECT_TRUE(_server.Seen().empty());
+    EXPECT_EQ(std::string(task->GetFilePath()) + task->GetUrl(), std::string("file\xB9") + kUrl);
+    task->RemoveListener(nullptr);
+    EXPECT_EQ(impl->GetListener(), nullptr);
+    Ubrix::WWWTaskBase const* const base = impl;
+    WWW::Destroy(task);
     EXPECT_TRUE(Ubrix::WWWTaskBase::IsObjectRelease(base));
 }
 
