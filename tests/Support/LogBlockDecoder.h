@@ -13,10 +13,10 @@
 namespace Test {
 
 struct LogBlock {
-    int start = 0;
+    unsigned int start = 0;
     unsigned int sequence = 0;
-    int beginHour = 0;
-    int endHour = 0;
+    unsigned int beginHour = 0;
+    unsigned int endHour = 0;
     std::string publicKey;
     std::string body;  // as it stands
     std::string text;
@@ -71,10 +71,10 @@ inline std::vector<LogBlock> DecodeBlocks(std::string const& file, std::string c
             blocks.push_back(block);
             break;
         }
-        block.start = rest[0];
+        block.start = LittleEndian(rest, 0, 1);
         block.sequence = LittleEndian(rest, 1, 2);
-        block.beginHour = rest[3];
-        block.endHour = rest[4];
+        block.beginHour = LittleEndian(rest, 3, 1);
+        block.endHour = LittleEndian(rest, 4, 1);
         block.publicKey = rest.substr(9, 64);
         block.body = block.text = rest.substr(73, length);
         // The helper looks for the public key 16 bytes in.

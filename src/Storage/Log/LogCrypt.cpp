@@ -31,6 +31,12 @@ unsigned int ByteAt(char const* data, std::size_t at) {
     return static_cast<unsigned char>(data[at]);
 }
 
+// A signed byte, whatever the system's char is.
+int HourAt(char const* data, std::size_t at) {
+    int const byte = static_cast<unsigned char>(data[at]);
+    return byte < 0x80 ? byte : byte - 0x100;
+}
+
 bool IsHeader(char const* data, std::size_t length) {
     return length >= Layout::kHeaderSize && data[0] >= kEncipheredPlain && data[0] <= kCompressed;
 }
@@ -102,8 +108,8 @@ bool LogCrypt::ReadHours(char const* data, std::size_t length, int& begin, int& 
     if (!IsHeader(data, length)) {
         return false;
     }
-    begin = static_cast<signed char>(data[Layout::kBeginHour]);
-    end = static_cast<signed char>(data[Layout::kEndHour]);
+    begin = HourAt(data, Layout::kBeginHour);
+    end = HourAt(data, Layout::kEndHour);
     return true;
 }
 

@@ -1,8 +1,5 @@
 // The search of a block file by hour.
-#include <VelmorCore/Export.h>
-
 #include <cerrno>
-#include <cstdarg>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -22,14 +19,10 @@ struct CloseFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
-std::string Message(char const* format, ...) VELMORCORE_PRINTF(1, 2);
-
-std::string Message(char const* format, ...) {
+template <typename... Arguments>
+std::string Message(char const* format, Arguments... arguments) {
     char text[1024];
-    std::va_list arguments;
-    va_start(arguments, format);
-    std::vsnprintf(text, sizeof text, format, arguments);
-    va_end(arguments);
+    std::snprintf(text, sizeof text, format, arguments...);
     return text;
 }
 

@@ -127,10 +127,11 @@ TEST_F(LogBlockWriterTest, AFullBlockWarnsInThePlaceOfLines) {
 // Where the threads are too quick for the flusher, a warning stands for each line.
 TEST_F(LogBlockWriterTest, LinesOfManyThreadsComeOutOnceAndWhole) {
     constexpr int kThreads = 4;
-    constexpr int kLines = 500;
+    constexpr int kLines = 200;
     Logger logger("Blocks", LogBlockOptions{});
     Quiet(logger);
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int t = 0; t < kThreads; ++t) {
         threads.emplace_back([&logger, t] {
             for (int i = 0; i < kLines; ++i) {

@@ -68,12 +68,12 @@ TEST(LogBufferTest, EveryKindOfBlockReadsBack) {
     std::string const badDigit = std::string(kPublicKey).replace(100, 1, "g");
     std::string const shortKey(kPublicKey, 127);
     struct {
-        bool compress;
         char const* key;
-        int start;
+        unsigned int start;
+        bool compress;
     } const kinds[] = {
-        {false, kPublicKey, 6},      {true, kPublicKey, 7},       {false, nullptr, 8},
-        {true, shortKey.c_str(), 9}, {true, badDigit.c_str(), 9},
+        {kPublicKey, 6, false},      {kPublicKey, 7, true},       {nullptr, 8, false},
+        {shortKey.c_str(), 9, true}, {badDigit.c_str(), 9, true},
     };
     for (auto const& kind : kinds) {
         SCOPED_TRACE(kind.start);
@@ -97,7 +97,7 @@ TEST(LogBufferTest, EveryKindOfBlockReadsBack) {
         std::vector<::Test::LogBlock> const blocks = ::Test::DecodeBlocks(file, kPrivateKey);
         ASSERT_EQ(blocks.size(), 2U);
         EXPECT_EQ(blocks[0].text + blocks[1].text, text + "second");
-        EXPECT_EQ(blocks[0].beginHour * 100 + blocks[0].endHour, 2300);
+        EXPECT_EQ(blocks[0].beginHour * 100 + blocks[0].endHour, 2300U);
         EXPECT_EQ(blocks[0].sequence + 10 * blocks[1].sequence, kind.compress ? 21U : 0U);
         EXPECT_EQ(blocks[0].publicKey == std::string(64, '\0'), kind.start > 7);
         EXPECT_EQ(blocks[1].start, kind.start);
