@@ -11,6 +11,8 @@
 #include <cstddef>
 #include <cstdint>
 
+class OzkCUploadTask;
+
 namespace Ubrix {
 
 // What all URL tasks share.
@@ -98,6 +100,9 @@ public:
     // Destroys a task; null is ignored. Waits for a callback that runs on another thread, never for the
     // network: a request in flight is aborted and nobody hears of it. May be called inside the callback.
     static void Destroy(DataTask* task);
+    // A new upload task, from the host's factory if it has set one; see UploadTask.h. The caller owns it
+    // until it has called Upload. Null only if the host's factory gives null.
+    static OzkCUploadTask* GetOzkUploadTask();
 
     WWW() = delete;
 };
