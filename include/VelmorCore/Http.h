@@ -11,6 +11,8 @@
 #include <cstddef>
 #include <cstdint>
 
+class OzkCUploadTask;
+
 namespace Ubrix {
 
 // What all URL tasks share.
@@ -122,6 +124,9 @@ public:
     static void Destroy(DataTask* task);
     // Destroys a task; null is ignored.
     static void Destroy(DownloadFileTask* task);
+    // A new upload task, from the host's factory if it has set one; see UploadTask.h. The caller owns it
+    // until it has called Upload. Null only if the host's factory gives null.
+    static OzkCUploadTask* GetOzkUploadTask();
 
     WWW() = delete;
 };
