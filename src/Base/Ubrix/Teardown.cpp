@@ -1,5 +1,6 @@
 // The library's one ordered teardown. It runs on the caller's thread.
 #include "Base/Ubrix/IBase.h"
+#include "System/Application/Application.h"
 #include "System/Thread/ATargetBase.h"
 
 namespace Ubrix {
@@ -7,6 +8,7 @@ namespace Ubrix {
 void IBase::Release() {
     RunReleaseCallbacks();
     ReleaseHostUpdateQueue();
+    CApplication::ReleaseInstance();
     delete _instance;
     _instance = nullptr;
 }
