@@ -7,6 +7,7 @@
 
 #include "Base/Configure/ReportKeeper.h"
 #include "Storage/Bundle/BundleFactoryLoad.h"
+#include "System/Operation/OperationQueueImp.h"
 #include "System/WWW/Task/WWWTaskBase.h"
 
 namespace Ubrix {
@@ -20,6 +21,7 @@ public:
         // The logger asks the configuration for its level, which opens its cache.
         _initializer = new UbrixInitializer("Velmor");
         CreateBundleFactory();
+        OperationQueueImp::CreateLock();
         WWWTaskBase::CreateRegistry();
     }
 
