@@ -14,6 +14,7 @@
 #include <VelmorCore/Log.h>
 #include <VelmorCore/Network.h>
 #include <VelmorCore/Object.h>
+#include <VelmorCore/Operation.h>
 #include <VelmorCore/RemoteConfig.h>
 #include <VelmorCore/System.h>
 #include <VelmorCore/Timer.h>

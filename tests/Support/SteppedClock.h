@@ -47,6 +47,11 @@ public:
         std::unique_lock<std::mutex> lock(_mutex);
         return _changed.wait_for(lock, std::chrono::seconds(10), [&] { return Moments() == moments; });
     }
+    // The moments that are waited for now, as above.
+    std::vector<long long> Waiters() const {
+        std::lock_guard<std::mutex> lock(_mutex);
+        return Moments();
+    }
 
 private:
     // Changes the time or the waiters, and wakes those whose moment has come.

@@ -1,6 +1,7 @@
 // The library's one ordered teardown. It runs on the caller's thread.
 #include "Base/Ubrix/IBase.h"
 #include "Storage/Log/LogMacros.h"
+#include "System/Application/Application.h"
 #include "System/PlatformObject/CPlatformObject.h"
 #include "System/PlatformObject/PlatformObjects.h"
 #include "System/Thread/ATargetBase.h"
@@ -15,6 +16,7 @@ void IBase::Release() {
     ReleasePlatformObjects();
     VC_LOG(Info, func, "CPlatformObject::ClearEnvironment");
     CPlatformObject::ClearEnvironment();
+    CApplication::ReleaseInstance();
     delete _instance;
     _instance = nullptr;
 }
