@@ -6,8 +6,6 @@ namespace Ubrix {
 
 IWyrObject::IWyrObject() = default;
 
-IWyrObject::~IWyrObject() = default;
-
 int IWyrObject::baseVersion() const {
     return 1;
 }

@@ -67,7 +67,7 @@ public:
 
 protected:
     IWyrObject();
-    ~IWyrObject();
+    ~IWyrObject() = default;
 };
 
 }  // namespace Ubrix

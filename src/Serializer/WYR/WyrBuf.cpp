@@ -108,7 +108,7 @@ int WyrBuf::vtextize(char const* format, va_list args) {
 }
 
 int WyrBuf::dumpHex(char* destBuf, size_t destSize, size_t* usedSize) const {
-    assert(NULL != destBuf);
+    assert(nullptr != destBuf);
     size_t const count = freeRoom();
     // Divided, since twice a large count would wrap.
     if (destSize == 0 || (destSize - 1) / 2 < count) {
@@ -127,7 +127,7 @@ int WyrBuf::dumpHex(char* destBuf, size_t destSize, size_t* usedSize) const {
 }
 
 int WyrBuf::loadHex(char const* srcHexStr, size_t srcSize, size_t* usedSize) {
-    assert(NULL != srcHexStr);
+    assert(nullptr != srcHexStr);
     if (srcSize % 2 != 0) {
         return WyrError::WYR_ERR_HEX_LENGTH;
     }

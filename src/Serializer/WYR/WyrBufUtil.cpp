@@ -16,7 +16,7 @@ constexpr char kIndent[] = "    ";
 class Name {
 public:
     explicit Name(char const* variable) : _variable(variable), _index(0), _isElement(false) {
-        assert(NULL != variable);
+        assert(nullptr != variable);
     }
     Name(char const* variable, unsigned index) : Name(variable) {
         _index = index;
@@ -62,12 +62,12 @@ int PrintField(WyrBuf& buf, int indent, char separator, Name const& name, Write 
 }
 
 int PrintText(WyrBuf& buf, int indent, char separator, Name const& name, char const* value) {
-    assert(NULL != value);
+    assert(nullptr != value);
     return PrintField(buf, indent, separator, name, [&] { return buf.textize("%s", value); });
 }
 
 int PrintUnits(WyrBuf& buf, int indent, char separator, Name const& name, unsigned short const* value) {
-    assert(NULL != value);
+    assert(nullptr != value);
     return PrintField(buf, indent, separator, name, [&] {
         size_t const units = WyrTypeUtil::wideLength(value) + 1;
         int result = kOk;
@@ -81,7 +81,7 @@ int PrintUnits(WyrBuf& buf, int indent, char separator, Name const& name, unsign
 }  // namespace
 
 int WyrBufUtil::printMultiStr(WyrBuf& buf, char const* str, int count) {
-    assert(NULL != str);
+    assert(nullptr != str);
     for (int i = 0; i < count; ++i) {
         int const result = buf.textize("%s", str);
         if (result != kOk) {

@@ -33,7 +33,7 @@ WyrInput::~WyrInput() {
 }
 
 int WyrInput::load(char const* file) {
-    assert(NULL != file);
+    assert(nullptr != file);
     assert(WyrError::WYR_NO_ERROR == _state);
     std::unique_ptr<std::FILE, CloseFile> const stream(std::fopen(file, "rb"));
     if (stream == nullptr) {

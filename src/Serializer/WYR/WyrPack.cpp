@@ -129,7 +129,7 @@ int WyrPack::readInteger(WyrBuf& buf, std::uint64_t* value) {
 }
 
 int WyrPack::writeString(WyrBuf& buf, char const* value, size_t capacity) {
-    assert(NULL != value);
+    assert(nullptr != value);
     auto const* const bytes = reinterpret_cast<unsigned char const*>(value);
     return WriteText(buf, bytes, std::strlen(value) + 1, capacity);
 }

@@ -39,10 +39,14 @@ bool BeginsNumber(char c) {
 template <class Integer>
 using Limits = std::numeric_limits<std::conditional_t<std::is_same_v<Integer, char>, signed char, Integer>>;
 
+// Every value that can be read fits into the 64-bit types.
 template <class Integer>
 bool IsInRange(long long value) {
-    return value >= static_cast<long long>(Limits<Integer>::min()) &&
-           value <= static_cast<long long>(Limits<Integer>::max());
+    if constexpr (sizeof(Integer) == sizeof value) {
+        return true;
+    } else {
+        return value >= Limits<Integer>::min() && value <= Limits<Integer>::max();
+    }
 }
 
 // Converts a word to an integer, asking the callback for what isn't a number.
@@ -110,8 +114,8 @@ int ReadRealWord(Real* dest, char const* word) {
 // `read` converts a word, `makeDefault` makes the value for what is missing.
 template <class Value, class Read, class MakeDefault>
 int ParseScalar(Value* dest, char* src, unsigned* found, Read read, MakeDefault makeDefault) {
-    assert(NULL != dest);
-    assert(NULL != src);
+    assert(nullptr != dest);
+    assert(nullptr != src);
     char const* const word = NextWord(&src);
     if (word == nullptr && found == nullptr) {
         return makeDefault(dest);
@@ -125,8 +129,8 @@ int ParseScalar(Value* dest, char* src, unsigned* found, Read read, MakeDefault 
 
 template <class Value, class Read, class MakeDefault>
 int ParseArray(Value* dest, unsigned count, char* src, unsigned* found, Read read, MakeDefault makeDefault) {
-    assert(NULL != dest);
-    assert(NULL != src);
+    assert(nullptr != dest);
+    assert(nullptr != src);
     assert(0 != count);
     unsigned stored = 0;
     for (; stored < count; ++stored) {

@@ -243,7 +243,7 @@ int WyrTypeUtil::compareDateTime(wyr_datetime_t a, wyr_datetime_t b) {
 }
 
 size_t WyrTypeUtil::wideLength(unsigned short const* wstr) {
-    assert(NULL != wstr);
+    assert(nullptr != wstr);
     size_t length = 0;
     while (wstr[length] != 0) {
         ++length;

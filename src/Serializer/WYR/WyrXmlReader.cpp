@@ -5,6 +5,11 @@
 #include <cstdint>
 #include <cstring>
 #include <new>
+
+// Room for the nodes of a small document in the tree itself; the next ones come in few blocks, since a heap
+// gives many small blocks back to the system, and taking them anew costs as much as parsing.
+#define RAPIDXML_STATIC_POOL_SIZE (16 * 1024)
+#define RAPIDXML_DYNAMIC_POOL_SIZE (256 * 1024)
 #include <rapidxml/rapidxml.hpp>
 
 #include "Serializer/WYR/WyrError.h"
@@ -12,21 +17,40 @@
 
 namespace Ubrix {
 
-// On the heap, since the document brings along tens of kilobytes for its first nodes.
+// On the heap, since the document brings along the room for its first nodes.
 struct WyrXmlReader::Tree {
     rapidxml::xml_document<char> document;
     rapidxml::xml_node<char>* currRoot = &document;  // where the cursor stands
     rapidxml::xml_node<char>* lastChild = nullptr;   // what it has just left
 };
 
+namespace {
+
+using Node = rapidxml::xml_node<char>;
+
+// The first node of the row that begins with `node` and has this name.
+Node* Named(Node* node, char const* name) {
+    size_t const length = std::strlen(name);
+    for (; node != nullptr; node = node->next_sibling()) {
+        // Names of one record often differ in their last character only, hardly ever in their first.
+        if (node->name_size() == length && (length == 0 || node->name()[length - 1] == name[length - 1]) &&
+            std::memcmp(node->name(), name, length) == 0) {
+            return node;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
 WyrXmlReader::WyrXmlReader(char* string, int style) : _style(style), _state(WyrError::WYR_NO_ERROR) {
-    assert(NULL != string);
+    assert(nullptr != string);
     parse(string);
 }
 
 WyrXmlReader::WyrXmlReader(char const* buffer, size_t size, int style)
     : _style(style), _state(WyrError::WYR_NO_ERROR) {
-    assert(NULL != buffer);
+    assert(nullptr != buffer);
     if (size < SIZE_MAX / 2) {
         _content.reset(new (std::nothrow) char[size + 1]);
     }
@@ -58,11 +82,10 @@ void WyrXmlReader::parse(char* text) {
 
 int WyrXmlReader::enter(char const* name) {
     assert(WyrError::WYR_NO_ERROR == _state);
-    assert(NULL != name);
+    assert(nullptr != name);
     Tree& tree = *_tree;
     bool const goesOn = tree.lastChild != nullptr && std::strcmp(tree.lastChild->name(), name) == 0;
-    rapidxml::xml_node<char>* const child =
-        goesOn ? tree.lastChild->next_sibling(name) : tree.currRoot->first_node(name);
+    Node* const child = Named(goesOn ? tree.lastChild->next_sibling() : tree.currRoot->first_node(), name);
     if (child == nullptr) {
         return 1;
     }
@@ -73,11 +96,11 @@ int WyrXmlReader::enter(char const* name) {
 
 void WyrXmlReader::leave(char const* name) {
     assert(WyrError::WYR_NO_ERROR == _state);
-    assert(NULL != name);
+    assert(nullptr != name);
     assert(0 == strcmp(name, _tree->currRoot->name()));
     static_cast<void>(name);
-    rapidxml::xml_node<char>* const parent = _tree->currRoot->parent();
-    assert(NULL != parent);
+    Node* const parent = _tree->currRoot->parent();
+    assert(nullptr != parent);
     if (parent != nullptr) {
         _tree->lastChild = _tree->currRoot;
         _tree->currRoot = parent;
@@ -86,7 +109,7 @@ void WyrXmlReader::leave(char const* name) {
 
 char const* WyrXmlReader::value(char const* name) {
     assert(WyrError::WYR_NO_ERROR == _state);
-    assert(NULL != name);
+    assert(nullptr != name);
     if (_style == WYR_XML_ATTRIBUTES) {
         rapidxml::xml_attribute<char> const* const attribute = _tree->currRoot->first_attribute(name);
         return attribute == nullptr ? nullptr : trim(attribute->value(), attribute->value_size());

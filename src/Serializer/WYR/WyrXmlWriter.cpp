@@ -53,7 +53,7 @@ int WyrXmlWriter::fail(int code) {
 }
 
 int WyrXmlWriter::beginField(char const* name) {
-    assert(NULL != name);
+    assert(nullptr != name);
     assert(false == _isSimple);
     char const* const close = _tagOpen ? ">\n" : "";
     printf(writesAttributes() ? "%s%s<%s" : "%s%s<%s>\n", close, _indent, name);
@@ -66,7 +66,7 @@ int WyrXmlWriter::beginField(char const* name) {
 }
 
 int WyrXmlWriter::endField(char const* name) {
-    assert(NULL != name);
+    assert(nullptr != name);
     assert(true == _isSimple);
     _isSimple = false;
     if (writesAttributes()) {
@@ -77,7 +77,7 @@ int WyrXmlWriter::endField(char const* name) {
 }
 
 int WyrXmlWriter::beginRecord(char const* name) {
-    assert(NULL != name);
+    assert(nullptr != name);
     assert(false == _isSimple);
     printf("%s\n%s<%s", _tagOpen ? ">" : "", _indent, name);
     goDeeper();
@@ -86,7 +86,7 @@ int WyrXmlWriter::beginRecord(char const* name) {
 }
 
 int WyrXmlWriter::endRecord(char const* name) {
-    assert(NULL != name);
+    assert(nullptr != name);
     assert(false == _isSimple);
     goShallower();
     if (_tagOpen) {
@@ -97,7 +97,7 @@ int WyrXmlWriter::endRecord(char const* name) {
 }
 
 int WyrXmlWriter::writeText(char const* src, bool blank) {
-    assert(NULL != src);
+    assert(nullptr != src);
     assert(WyrError::WYR_NO_ERROR == _state);
     for (;;) {
         char const* const special = std::strpbrk(src, "<>&'\"");
