@@ -48,7 +48,8 @@ bool EpochToCalendar(long long seconds, CalendarTime& time) {
     if (localtime_r(&moment, &local) == nullptr) {
         return false;
     }
-    time = {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec, 0};
+    time = {
+        local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec, 0};
     return true;
 }
 
