@@ -72,12 +72,12 @@ TEST_F(PlatformObjects, AreMadeByNameAndKeptByRole) {
         {"Pair", "none Pair.REQ5 Pair.RESP5 1"}, {"Ask", "none Ask.REQ6 none 1"},
         {"All", "All7 All.REQ7 All.RESP7 1"},    {huge.c_str(), "none none " + huge + ".RESP8 1"},
     };
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        auto const id = static_cast<long long>(i + 1);
-        bool const added = addPlatformObject(id, rows[i].first);
+    long long id = 0;
+    for (auto const& [name, outcome] : rows) {
+        bool const added = addPlatformObject(++id, name);
         EXPECT_EQ(NameOf(Role::Main, id) + " " + NameOf(Role::Request, id) + " " +
                       NameOf(Role::Response, id) + " " + (added ? "1" : "0"),
-                  rows[i].second);
+                  outcome);
     }
     removePlatformObject(7);
     removePlatformObject(7);
