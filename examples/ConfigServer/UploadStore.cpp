@@ -7,7 +7,7 @@ namespace Example {
 namespace {
 
 constexpr std::size_t kMaxUploads = 16;
-constexpr std::size_t kMaxLength = 64U << 20U;
+constexpr std::size_t kMaxLength = std::size_t{64} << 20U;
 constexpr char const* kIdCharacters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_";
 
 bool IsNumber(std::string const& text) {
@@ -42,7 +42,7 @@ std::string UploadStore::Take(SeenRequest const& request) {
     if (upload.next < parts) {
         return "";
     }
-    std::string const complaint = Save(id, upload.content);
+    std::string complaint = Save(id, upload.content);
     _uploads.erase(id);
     return complaint;
 }

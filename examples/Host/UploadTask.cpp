@@ -11,7 +11,7 @@ namespace Host {
 
 namespace {
 
-constexpr std::size_t kUsualPartSize = 256U * 1024;
+constexpr std::size_t kUsualPartSize = std::size_t{256} * 1024;
 
 // Everything but letters and digits as %XX.
 std::string Escaped(std::string const& text) {

@@ -197,38 +197,48 @@ bool Pack(std::vector<Match> const& matches, std::string const& archivePath, std
     return true;
 }
 
-}  // namespace
-
-struct FileUploader::Body {
+// Which upload may start. Thread-safe.
+class UploadClaims {
+public:
+    bool IsUploading() const { return _isUploading; }
     // Claims the one upload for this id. False if one is under way, or if the id has had its share.
     bool Claim(std::string const& uploadId);
+    // Counts the claimed upload as started.
     void Count(std::string const& uploadId);
+    void Release() { _isUploading = false; }
 
-    std::atomic<bool> isUploading{false};
+private:
+    std::atomic<bool> _isUploading{false};
     // Guards the counts, and the start of an upload. Never held while a task is made or started. A leaf, but
     // for the log.
-    Platform::RecursiveMutex lock;
-    std::map<std::string, int> uploadCounts VC_GUARDED_BY(lock);
+    Platform::RecursiveMutex _lock;
+    std::map<std::string, int> _counts VC_GUARDED_BY(_lock);
 };
 
-bool FileUploader::Body::Claim(std::string const& uploadId) {
-    Platform::ScopedLock const hold(lock);
-    if (isUploading) {
+bool UploadClaims::Claim(std::string const& uploadId) {
+    Platform::ScopedLock const hold(_lock);
+    if (_isUploading) {
         VC_LOG(Error, "Velmor::FileUploader::_Upload", "Upload failed! FileUploader is uploading");
         return false;
     }
-    auto const count = uploadCounts.find(uploadId);
-    if (count != uploadCounts.end() && count->second >= kMaxUploadsOfAnId) {
+    auto const count = _counts.find(uploadId);
+    if (count != _counts.end() && count->second >= kMaxUploadsOfAnId) {
         return false;
     }
-    isUploading = true;
+    _isUploading = true;
     return true;
 }
 
-void FileUploader::Body::Count(std::string const& uploadId) {
-    Platform::ScopedLock const hold(lock);
-    ++uploadCounts[uploadId];
+void UploadClaims::Count(std::string const& uploadId) {
+    Platform::ScopedLock const hold(_lock);
+    ++_counts[uploadId];
 }
+
+}  // namespace
+
+struct FileUploader::Body {
+    UploadClaims claims;
+};
 
 FileUploader::FileUploader() : _body(new Body) {}
 
@@ -242,7 +252,7 @@ void FileUploader::Join() {
 }
 
 void FileUploader::OnConfigureRefreshed(IStringIterator* /*keys*/) {
-    if (_body->isUploading) {
+    if (_body->claims.IsUploading()) {
         VC_LOG(Warning, kRefreshed, "_isUploading...");
         return;
     }
@@ -273,16 +283,16 @@ void FileUploader::OnConfigureRefreshed(IStringIterator* /*keys*/) {
 }
 
 void FileUploader::Upload(char const* uploadId, char const* zipPath, int partSize) {
-    if (!_body->Claim(uploadId)) {
+    if (!_body->claims.Claim(uploadId)) {
         return;
     }
     OzkCUploadTask* const task = Ubrix::WWW::GetOzkUploadTask();
     if (task == nullptr) {
         VC_LOG(Error, "Velmor::FileUploader::_Upload", "no upload task to be had");
-        _body->isUploading = false;
+        _body->claims.Release();
         return;
     }
-    _body->Count(uploadId);
+    _body->claims.Count(uploadId);
     task->SetComParams(RequestText().c_str());
     task->SetListener(this);
     AString const url =
@@ -297,7 +307,7 @@ void FileUploader::OnUploadFinished(OzkCUploadTask* task, int result) {
         }
         delete task;
     }
-    _body->isUploading = false;
+    _body->claims.Release();
 }
 
 }  // namespace Velmor
