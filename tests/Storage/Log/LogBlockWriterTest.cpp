@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <random>
 #include <set>
 #include <string>
 #include <thread>
@@ -21,27 +22,26 @@ constexpr long long kDay = 86400000;
 
 // The texts of all blocks on disk.
 std::vector<std::string> Blocks() {
-    std::set<std::filesystem::path> paths;
-    std::filesystem::path const directory = "Cache/VelmorSDKLog/Blocks";
-    if (std::filesystem::exists(directory)) {
-        for (auto const& entry : std::filesystem::directory_iterator(directory)) {
-            EXPECT_EQ(entry.path().extension(), ".xlog");
-            paths.insert(entry.path());
-        }
+    std::string file;
+    std::set<std::filesystem::path> const paths(
+        std::filesystem::directory_iterator("Cache/VelmorSDKLog/Blocks"),
+        std::filesystem::directory_iterator());
+    for (std::filesystem::path const& path : paths) {
+        EXPECT_EQ(path.extension(), ".xlog");
+        file += ::Test::ReadWholeFile(path.string());
     }
     std::vector<std::string> texts;
-    for (std::filesystem::path const& path : paths) {
-        for (::Test::LogBlock const& block : ::Test::DecodeBlocks(::Test::ReadWholeFile(path.string()))) {
-            texts.push_back(block.text);
-        }
+    for (::Test::LogBlock const& block : ::Test::DecodeBlocks(file)) {
+        texts.push_back(block.text);
     }
     return texts;
 }
 
+// How often `part` stands in the texts.
 int Count(std::vector<std::string> const& texts, std::string const& part) {
     int count = 0;
     for (std::string const& text : texts) {
-        for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+        for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; ++at) {
             ++count;
         }
     }
@@ -55,6 +55,7 @@ protected:
     LogBlockWriterTest() {
         g_called = 0;
         std::filesystem::remove_all("Cache/VelmorSDKLog/Blocks");
+        std::filesystem::create_directories("Cache/VelmorSDKLog/Blocks");
     }
     ~LogBlockWriterTest() override { ::Test::SteppedClock::Remove(); }
     static void Quiet(Logger& logger) {
@@ -136,11 +137,10 @@ TEST_F(LogBlockWriterTest, LinesOfManyThreadsComeOutOnceAndWhole) {
         threads.emplace_back([&logger, t] {
             for (int i = 0; i < kLines; ++i) {
                 // Hard to compress, so that blocks fill.
+                std::mt19937 draw(static_cast<unsigned int>(i * kThreads + t));
                 std::string text = "<" + std::to_string(t) + ".";
-                for (unsigned int j = 0, word = static_cast<unsigned int>(i * kThreads + t + 1); j < 60;
-                     ++j) {
-                    word = word * 1664525U + 1013904223U;
-                    text += std::to_string(word);
+                while (text.size() < 600) {
+                    text += std::to_string(draw());
                 }
                 Log(logger, text + ">");
             }
