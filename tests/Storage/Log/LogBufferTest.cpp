@@ -75,7 +75,7 @@ TEST(LogBufferTest, EveryKindOfBlockReadsBack) {
         EXPECT_EQ(Flushed(buffer), "");
         ::Test::FakeClock clock({2036, 3, 5, 23, 50, 0, 0});
         std::string text;
-        for (std::size_t length : {5, 5, 5, 1, 17, 300}) {
+        for (std::size_t length : {5U, 5U, 5U, 1U, 17U, 300U}) {
             text += std::string(length, 'q');
             ASSERT_TRUE(Put(buffer, std::string(length, 'q')));
         }
