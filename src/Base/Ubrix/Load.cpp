@@ -9,6 +9,7 @@
 #include "Storage/Bundle/BundleFactoryLoad.h"
 #include "Storage/Log/autobuffer.h"
 #include "Storage/Log/ptrbuffer.h"
+#include "System/Operation/OperationQueueImp.h"
 #include "System/WWW/Task/WWWTaskBase.h"
 
 namespace Ubrix {
@@ -24,6 +25,7 @@ public:
         CreateBundleFactory();
         _blockBuffer = new AutoBuffer(AutoBuffer::kUnit);
         _blockMemory = new PtrBuffer;
+        OperationQueueImp::CreateLock();
         WWWTaskBase::CreateRegistry();
     }
 

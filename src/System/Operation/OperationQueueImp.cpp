@@ -1,0 +1,232 @@
+#include "System/Operation/OperationQueueImp.h"
+
+#include "Base/Ubrix/CoreConfigReader.h"
+#include "Base/Ubrix/IBase.h"
+#include "Platform/Thread.h"
+#include "Storage/Log/LogMacros.h"
+#include "System/Operation/StaticOperation.h"
+
+namespace Ubrix {
+
+using Platform::ScopedLock;
+
+namespace {
+
+// Never destroyed: a pool may outlive main.
+struct PoolHolder {
+    // Guards making and releasing; the pointer may be read without it.
+    Platform::RecursiveMutex mutex;
+    std::atomic<OperationQueueImp*> instance{nullptr};
+    // Guards the alarm of the instance's manager, so that it can be rung at any time.
+    Platform::RecursiveMutex alarmMutex;
+    Platform::Event* alarm VC_GUARDED_BY(alarmMutex) = nullptr;
+};
+
+PoolHolder& Holder() {
+    static PoolHolder& holder = *new PoolHolder;
+    return holder;
+}
+
+void SetAlarm(Platform::Event* alarm) {
+    PoolHolder& holder = Holder();
+    ScopedLock lock(holder.alarmMutex);
+    holder.alarm = alarm;
+}
+
+void LogManager(void* handle) {
+    VC_LOG(Debug, "Ubrix::OperationQueueImp::CreateThreads", "CreateThread onThreadManageProc:%p", handle);
+}
+
+// What an addition came to, told once the pool's lock is open again; by then the pool may be gone.
+struct Addition {
+    bool refused = false;
+    void* startedManager = nullptr;
+
+    ~Addition() {
+        if (refused) {
+            VC_LOG(Info, "Ubrix::OperationQueueImp::AddOperation", "AddOperation _running has been false");
+        }
+        if (startedManager != nullptr) {
+            LogManager(startedManager);
+        }
+    }
+};
+
+}  // namespace
+
+std::atomic<int> OperationQueueImp::_intervalPerLoop{10};
+
+OperationQueueImp* OperationQueueImp::GetInstance() {
+    PoolHolder& holder = Holder();
+    OperationQueueImp* instance = holder.instance;
+    if (instance != nullptr) {
+        return instance;
+    }
+    ScopedLock lock(holder.mutex);
+    instance = holder.instance;
+    if (instance == nullptr) {
+        instance = new OperationQueueImp;
+        // Before the first log line: its callback may want the pool.
+        holder.instance = instance;
+        SetAlarm(&instance->_managerAlarm);
+        instance->Begin();
+    }
+    return instance;
+}
+
+void OperationQueueImp::ReleaseInstance() {
+    VC_LOG(Info, "Ubrix::OperationQueueImp::ReleaseInstance", "OperationQueueImp::ReleaseInstance");
+    PoolHolder& holder = Holder();
+    ScopedLock lock(holder.mutex);
+    OperationQueueImp* const released = holder.instance.exchange(nullptr);
+    if (released != nullptr) {
+        SetAlarm(nullptr);
+        released->End();
+    }
+}
+
+void OperationQueueImp::CreateLock() {
+    Holder();
+}
+
+void OperationQueueImp::WakeManager() {
+    PoolHolder& holder = Holder();
+    ScopedLock lock(holder.alarmMutex);
+    if (holder.alarm != nullptr) {
+        holder.alarm->Set();
+    }
+}
+
+void OperationQueueImp::Begin() {
+    VC_LOG(Info, "Ubrix::OperationQueueImp::OperationQueueImp", "OperationQueueImp(%p)",
+           static_cast<void*>(this));
+    IBase::AddReleaseCallback(ReleaseInstance);
+    bool const stretch = CoreConfigReader::GetBool("OperationQueueStretch", true);
+    int const maxThreadNum = CoreConfigReader::GetInt("OperationQueueMaxThreadNum", 3);
+    int const minThreadNum = CoreConfigReader::GetInt("OperationQueueMinThreadNum", 2);
+    int const interval = CoreConfigReader::GetInt("OperationIntervalPerLoop", 10);
+    // A manager that never slept would take a whole core.
+    _intervalPerLoop = interval > 0 ? interval : 1;
+    {
+        ScopedLock lock(_mutex);
+        _stretch = stretch;
+        _maxThreadNum = maxThreadNum;
+        _minThreadNum = minThreadNum;
+    }
+    VC_LOG(Info, "Ubrix::OperationQueueImp::OperationQueueImp", "check _intervalPerLoop %d", interval);
+    for (int i = 0; i < minThreadNum; ++i) {
+        CreateWorker();
+    }
+    void* manager = nullptr;
+    bool stands = false;
+    {
+        ScopedLock lock(_mutex);
+        manager = EnsureManager();
+        stands = _managerStands;
+    }
+    if (manager != nullptr) {
+        LogManager(manager);
+    } else if (!stands) {
+        VC_LOG(Error, "Ubrix::OperationQueueImp::CreateThreads", "no thread for onThreadManageProc");
+    }
+}
+
+// The last touch of the pool from outside: its manager deletes it. Without a manager, and with none to be
+// had, it stays for good.
+void OperationQueueImp::End() {
+    ScopedLock lock(_mutex);
+    EnsureManager();
+    _running = false;
+    _managerAlarm.Set();
+    _condition.Broadcast();
+}
+
+OperationQueueImp::~OperationQueueImp() {
+    VC_LOG(Info, "Ubrix::OperationQueueImp::~OperationQueueImp", "~OperationQueueImp(%p)",
+           static_cast<void*>(this));
+    OperationList ready;
+    OperationList waiting;
+    {
+        ScopedLock lock(_mutex);
+        ready.swap(_readyOperations);
+        waiting.swap(_waitingOperations);
+    }
+    // Without the lock: an operation may take its target along, which is the caller's code.
+    ready.clear();
+    waiting.clear();
+}
+
+void OperationQueueImp::CreateWorker() {
+    void* handle = nullptr;
+    bool full = false;
+    {
+        ScopedLock lock(_mutex);
+        full = _threadNum >= _maxThreadNum;
+        if (!full && Platform::StartThread(onThreadProc, this, &handle)) {
+            ++_threadNum;
+        }
+    }
+    if (full) {
+        VC_LOG(Debug, "Ubrix::OperationQueueImp::CreateThread", "thread num is max");
+    } else if (handle != nullptr) {
+        VC_LOG(Debug, "Ubrix::OperationQueueImp::CreateThread", "CreateThread onThreadProc:%p", handle);
+    } else {
+        VC_LOG(Error, "Ubrix::OperationQueueImp::CreateThread", "no thread for onThreadProc");
+    }
+}
+
+// Starts the manager unless it stands. The handle of one that was started, or null; the next addition tries
+// again if the system had no thread to give.
+void* OperationQueueImp::EnsureManager() {
+    void* handle = nullptr;
+    if (!_managerStands) {
+        _managerStands = Platform::StartThread(onThreadManageProc, this, &handle);
+    }
+    return handle;
+}
+
+void OperationQueueImp::AddOperation(Operation::Function function, void* data, bool repeat) {
+    Addition addition;
+    ScopedLock lock(_mutex);
+    addition.refused = !_running;
+    if (_running) {
+        Append(std::make_unique<StaticOperation>(function, data, repeat));
+        addition.startedManager = EnsureManager();
+    }
+}
+
+void OperationQueueImp::AddOperation(OperationTargetBase* target, ObjectOperation::Member member, void* data,
+                                     bool repeat) {
+    Addition addition;
+    ScopedLock lock(_mutex);
+    addition.refused = !_running;
+    if (_running) {
+        Append(std::make_unique<ObjectOperation>(target, member, data, repeat));
+        addition.startedManager = EnsureManager();
+    }
+}
+
+void OperationQueueImp::Append(OperationPointer operation) {
+    _waitingOperations.push_back(std::move(operation));
+    if (_managerRests) {
+        _managerRests = false;
+        _managerAlarm.Set();
+    }
+}
+
+// Puts an operation back to wait for its next run. False during a release: it stays the caller's.
+bool OperationQueueImp::TakeBack(OperationPointer& operation) {
+    ScopedLock lock(_mutex);
+    if (!_running) {
+        return false;
+    }
+    Append(std::move(operation));
+    return true;
+}
+
+OperationQueueImp::Threads OperationQueueImp::CountThreads() {
+    ScopedLock lock(_mutex);
+    return {_threadNum, _idleThreadNum};
+}
+
+}  // namespace Ubrix

@@ -1,0 +1,224 @@
+#include "System/Operation/OperationQueueImp.h"
+
+#include <pthread.h>
+
+#include <thread>
+
+#include "Base/Ubrix/IBase.h"
+#include "Platform/Thread.h"
+#include "Support/LogCapture.h"
+#include "Support/SteppedClock.h"
+
+namespace Ubrix {
+namespace {
+
+constexpr long long kNever = ClockSource::kNever;
+char const kWoundDown[] = "onThreadManageProc threads have been destroyed, starting delete queue";
+
+// Waits up to ten seconds of real time until `holds`.
+template <class Condition>
+bool Await(Condition holds) {
+    for (int waited = 0; waited < 10000; ++waited) {
+        if (holds()) {
+            return true;
+        }
+        Platform::SleepFor(1);
+    }
+    return false;
+}
+
+class Target : public OperationTargetBase {
+public:
+    explicit Target(std::atomic<int>& deaths) : _deaths(deaths) {}
+    ~Target() override { ++_deaths; }
+    void DoOperation(ObjectOperation* operation, void*) override { operation->Cancel(true); }
+
+private:
+    std::atomic<int>& _deaths;
+};
+
+class Pool : public testing::Test {
+protected:
+    ~Pool() override {
+        open = true;
+        IBase::RunReleaseCallbacks();
+        EXPECT_TRUE(Drive([this] { return log.Count("Event", kWoundDown) == pools; }));
+        ::Test::SteppedClock::Remove();
+    }
+
+    static void Work(Operation* operation, void* self) {
+        auto* test = static_cast<Pool*>(self);
+        operation->Sleep(1000);
+        test->operation = operation;
+        test->lastRun = test->clock.Elapsed();
+        ++test->runs;
+        EXPECT_TRUE(Await([test] { return test->open.load(); }));
+    }
+    // A pool with both workers idle at 100 ms, and the manager at rest.
+    void StartIdle() {
+        queue = OperationQueueImp::GetInstance();
+        ASSERT_TRUE(clock.AwaitWaiters({100, 100, 100}));
+        clock.Advance(100);
+        ASSERT_TRUE(clock.AwaitWaiters({kNever}) && Await([this] { return Threads(2, 2); }));
+    }
+    // From there until the first run of an operation.
+    void RunFirst(bool repeat) {
+        queue->AddOperation(Work, this, repeat);
+        ASSERT_TRUE(clock.AwaitWaiters({110}));
+        clock.Advance(10);
+        ASSERT_TRUE(clock.AwaitWaiters({120, 120}));
+        clock.Advance(10);
+        ASSERT_TRUE(Await([this] { return runs == 1; }));
+        EXPECT_EQ(lastRun, 120) << "a tick, and a rest";
+    }
+    bool Threads(int all, int idle) {
+        OperationQueueImp::Threads const threads = queue->CountThreads();
+        return threads.all == all && threads.idle == idle;
+    }
+    // Goes on in steps of 10 ms until `holds`.
+    template <class Condition>
+    bool Drive(Condition holds) {
+        return Await([&] {
+            bool const done = holds();
+            clock.Advance(done ? 0 : 10);
+            return done;
+        });
+    }
+    // Until only the manager waits, for `moment`.
+    bool DriveToRest(long long moment) {
+        return Drive([&] { return clock.Waiters() == std::vector<long long>{moment}; });
+    }
+    // Goes on to a moment, with `resting` threads at rest after each step.
+    void GoTo(long long moment, std::size_t resting) {
+        while (clock.Elapsed() < moment) {
+            clock.Advance(10);
+            ASSERT_TRUE(Await([&] { return clock.Waiters().size() == resting; })) << clock.Elapsed();
+        }
+    }
+
+    ::Test::SteppedClock& clock = ::Test::SteppedClock::Install();
+    ::Test::LogCapture log;
+    OperationQueueImp* queue = nullptr;
+    int pools = 1;
+    std::atomic<bool> open{true};
+    std::atomic<long long> lastRun{0};
+    std::atomic<int> runs{0};
+    std::atomic<int> deaths{0};
+    std::atomic<Operation*> operation{nullptr};
+};
+
+TEST_F(Pool, RepeatsWhenItsSleepIsOverUntilCancelled) {
+    StartIdle();
+    RunFirst(true);
+    ASSERT_TRUE(DriveToRest(1120)) << "sleeps until it is due";
+    operation.load()->Sleep(500);
+    long long const due = operation.load()->NextRunTime() - ::Test::SteppedClock::kStart;
+    ASSERT_TRUE(DriveToRest(due)) << "an earlier moment wakes the manager";
+    operation.load()->Cancel();
+    EXPECT_TRUE(Drive([this] { return runs == 2; })) << "one that waits runs once more";
+    EXPECT_GE(lastRun, due);
+    EXPECT_TRUE(DriveToRest(kNever)) << "and is gone";
+    EXPECT_EQ(runs, 2);
+}
+
+TEST_F(Pool, OperationsEndWithTheirTargetsAndTargetsWithTheirOperations) {
+    StartIdle();
+    {
+        Target shortLived(deaths);
+        queue->AddOperation(&shortLived, nullptr, nullptr, true);
+    }
+    queue->AddOperation(new Target(deaths), nullptr, nullptr, true);
+    EXPECT_TRUE(Drive([this] { return deaths == 2; }));
+    EXPECT_TRUE(DriveToRest(kNever)) << "both have left the pool";
+}
+
+TEST_F(Pool, GrowsUnderFullLoadAndShrinksAfterIt) {
+    StartIdle();
+    open = false;
+    for (int i = 0; i < 4; ++i) {
+        queue->AddOperation(Work, this, false);
+    }
+    ASSERT_TRUE(clock.AwaitWaiters({110}));
+    GoTo(110, 3);
+    // From 120 on nobody is idle.
+    GoTo(1110, 1);
+    EXPECT_TRUE(Threads(2, 0));
+    clock.Advance(10);
+    ASSERT_TRUE(clock.AwaitWaiters({1130, 1220})) << "the 101st tick brings a third";
+    GoTo(1210, 2);
+    GoTo(2120, 1);
+    EXPECT_EQ(log.Count("Debug", "thread num is max"), 0);
+    GoTo(2130, 1);
+    EXPECT_EQ(log.Count("Debug", "thread num is max"), 1);
+    EXPECT_TRUE(Threads(3, 0));
+
+    open = true;
+    ASSERT_TRUE(clock.AwaitWaiters({2140, 2140, 2140, 2140}));
+    // One has the last operation, two idle from here on.
+    GoTo(3140, 4);
+    EXPECT_TRUE(Threads(3, 3));
+    EXPECT_TRUE(Drive([this] { return Threads(2, 2); }));
+    EXPECT_TRUE(DriveToRest(kNever));
+    EXPECT_EQ(log.Count("Info", "Destroy thread"), 1);
+    EXPECT_EQ(runs, 4);
+}
+
+TEST_F(Pool, ReleaseWaitsForNothingAndTheManagerDeletesTheRest) {
+    StartIdle();
+    open = false;
+    RunFirst(true);
+    auto* target = new Target(deaths);
+    queue->AddOperation(target, nullptr, nullptr, true);
+    target->Sleep(100000);
+    target->Cancel(true);
+    IBase::RunReleaseCallbacks();
+    queue->AddOperation(Work, this, true);
+    EXPECT_TRUE(log.Has("Info", "AddOperation _running has been false"));
+    EXPECT_NE(OperationQueue::GetInstance(), queue) << "a fresh one stands beside it";
+    pools = 2;
+    clock.Advance(200);
+    EXPECT_EQ(deaths, 0) << "an operation is still running";
+    open = true;
+    EXPECT_TRUE(Drive([this] { return deaths == 1; }));
+    EXPECT_EQ(runs, 1);
+}
+
+TEST_F(Pool, ThreadsThatCouldNotBeHadAreNotCountedAndComeLater) {
+    pthread_attr_t before;
+    pthread_attr_t impossible;
+    ASSERT_EQ(pthread_getattr_default_np(&before), 0);
+    ASSERT_EQ(pthread_getattr_default_np(&impossible), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&impossible, std::size_t{1} << 46), 0);
+    ASSERT_EQ(pthread_setattr_default_np(&impossible), 0);
+    queue = OperationQueueImp::GetInstance();
+    ASSERT_EQ(pthread_setattr_default_np(&before), 0);
+    EXPECT_TRUE(Threads(0, 0));
+    queue->AddOperation(Work, this, false);
+    ASSERT_TRUE(clock.AwaitWaiters({100}));
+    EXPECT_TRUE(Drive([this] { return runs == 1; }));
+    EXPECT_GE(lastRun, 1200) << "a second of full load, and a thread's start";
+}
+
+// By the real clock: threads that make and fill a pool, which is released at once.
+TEST(PoolStress, EveryPoolEndsWithWhatItHolds) {
+    ::Test::LogCapture log;
+    std::atomic<int> deaths{0};
+    auto const add = [&deaths] {
+        for (int n = 0; n < 50; ++n) {
+            auto* target = new Target(deaths);
+            OperationQueue::GetInstance()->AddOperation(target, nullptr, nullptr, true);
+            OperationQueue::GetInstance()->AddOperation(nullptr, nullptr, false);
+        }
+    };
+    for (int pool = 0; pool < 8; ++pool) {
+        std::thread adder(add);
+        add();
+        Platform::SleepFor(pool % 2 == 0 ? 0 : 120);
+        adder.join();
+        IBase::RunReleaseCallbacks();
+    }
+    EXPECT_TRUE(Await([&] { return log.Count("Event", kWoundDown) == 8; })) << log.Text();
+}
+
+}  // namespace
+}  // namespace Ubrix
