@@ -22,25 +22,21 @@ struct LogBlock {
     std::string text;
 };
 
-inline std::uint32_t TeaWord(std::string const& bytes, std::size_t at) {
-    return LittleEndian(bytes, at, 4);
-}
-
-inline std::string DecipherUnits(std::string const& body, std::string const& key) {
-    std::string plain;
+inline std::string DecipherUnits(std::string body, std::string const& key) {
+    auto const k = [&](std::size_t i) { return LittleEndian(key, 4 * i, 4); };
     for (std::size_t at = 0; at + 8 <= body.size(); at += 8) {
-        std::uint32_t y = TeaWord(body, at);
-        std::uint32_t z = TeaWord(body, at + 4);
+        std::uint32_t y = LittleEndian(body, at, 4);
+        std::uint32_t z = LittleEndian(body, at + 4, 4);
         for (std::uint32_t round = 16; round > 0; --round) {
             std::uint32_t const sum = round * 0x9E3779B9u;
-            z -= ((y << 4) + TeaWord(key, 8)) ^ (y + sum) ^ ((y >> 5) + TeaWord(key, 12));
-            y -= ((z << 4) + TeaWord(key, 0)) ^ (z + sum) ^ ((z >> 5) + TeaWord(key, 4));
+            z -= ((y << 4) + k(2)) ^ (y + sum) ^ ((y >> 5) + k(3));
+            y -= ((z << 4) + k(0)) ^ (z + sum) ^ ((z >> 5) + k(1));
         }
-        for (unsigned int shift = 0; shift < 64; shift += 8) {
-            plain += static_cast<char>((std::uint64_t{z} << 32 | y) >> shift);
+        for (unsigned int i = 0; i < 8; ++i) {
+            body[at + i] = static_cast<char>((std::uint64_t{z} << 32 | y) >> 8 * i);
         }
     }
-    return plain + body.substr(plain.size());
+    return body;
 }
 
 // A stream that simply stops at a flush is whole.
@@ -69,7 +65,7 @@ inline std::vector<LogBlock> DecodeBlocks(std::string const& file, std::string c
         if (length > rest.size() - 74 || rest[73 + length] != '\0') {
             block.text = "bad block";
             blocks.push_back(block);
-            break;
+            return blocks;
         }
         block.start = LittleEndian(rest, 0, 1);
         block.sequence = LittleEndian(rest, 1, 2);

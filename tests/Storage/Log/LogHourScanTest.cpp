@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
+#include <tuple>
 
 #include "Storage/Log/log_buffer.h"
 #include "Support/Files.h"
@@ -33,12 +33,7 @@ TEST(LogHourScanTest, FindsTheRangeOfWholeHours) {
     std::string const day = Block(5, 5, 6) + Block(6, 7, 7) + Block(9, 9, 9);
     std::string const junk(100, '\x9');
     std::string const huge = Block(1, 1, 8, "\xFF\xFF\xFF\xFF");
-    struct {
-        std::string file;
-        int begin;
-        int end;
-        std::string found;
-    } const rows[] = {
+    std::tuple<std::string, int, int, std::string> const rows[] = {
         {day, 5, 6, "0-80"},
         {day, 5, 7, "0-160"},
         {day, 6, 9, "80-160"},
@@ -53,8 +48,8 @@ TEST(LogHourScanTest, FindsTheRangeOfWholeHours) {
         {"", 1, 2, std::string(kRanOut) + "begintpos:0, endpos:0, filesize:0."},
         {day, 5, 5, "NULL == _logPath || _endHour <= _beginHour, 5, 5"},
     };
-    for (auto const& row : rows) {
-        EXPECT_EQ(Found(row.file, row.begin, row.end), row.found) << &row - rows;
+    for (auto const& [file, begin, end, found] : rows) {
+        EXPECT_EQ(Found(file, begin, end), found);
     }
     unsigned long position = 0;
     std::string error;
