@@ -24,6 +24,9 @@ CalendarTime LocalCalendarTime();
 // -1 if the system can't represent it.
 long long CalendarToEpoch(CalendarTime const& time, DaylightSaving daylightSaving);
 
+// The way back, milliseconds 0. False if the system can't represent it, which leaves `time` unchanged.
+bool EpochToCalendar(long long seconds, CalendarTime& time);
+
 // Seconds since 1970-01-01 UTC now.
 long long EpochSeconds();
 

@@ -42,6 +42,17 @@ long long CalendarToEpoch(CalendarTime const& time, DaylightSaving daylightSavin
     return seconds;
 }
 
+bool EpochToCalendar(long long seconds, CalendarTime& time) {
+    time_t const moment = seconds;
+    tm local{};
+    if (localtime_r(&moment, &local) == nullptr) {
+        return false;
+    }
+    time = {
+        local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec, 0};
+    return true;
+}
+
 long long EpochSeconds() {
     return std::time(nullptr);
 }

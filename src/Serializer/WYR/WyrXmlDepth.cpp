@@ -1,0 +1,99 @@
+#include "Serializer/WYR/WyrXmlDepth.h"
+
+#include <cstring>
+
+namespace Ubrix {
+
+namespace {
+
+bool IsSpace(char c) {
+    return c == ' ' || c == '\n' || c == '\r' || c == '\t';
+}
+
+bool Begins(char const* text, char const* with) {
+    return std::strncmp(text, with, std::strlen(with)) == 0;
+}
+
+// Behind the next `mark`; null when there is none.
+char const* Behind(char const* text, char const* mark) {
+    char const* const found = std::strstr(text, mark);
+    return found == nullptr ? nullptr : found + std::strlen(mark);
+}
+
+// Behind a document type, whose brackets may hold '>'.
+char const* BehindDocumentType(char const* text) {
+    int brackets = 0;
+    for (; *text != '\0'; ++text) {
+        if (*text == '>' && brackets == 0) {
+            return text + 1;
+        }
+        if (*text == '[') {
+            ++brackets;
+        } else if (*text == ']' && brackets > 0) {
+            --brackets;
+        }
+    }
+    return nullptr;
+}
+
+// `text` stands behind "<!".
+char const* BehindDeclaration(char const* text) {
+    if (Begins(text, "--")) {
+        return Behind(text + 2, "-->");
+    }
+    if (Begins(text, "[CDATA[")) {
+        return Behind(text + 7, "]]>");
+    }
+    if (Begins(text, "DOCTYPE") && IsSpace(text[7])) {
+        return BehindDocumentType(text + 8);
+    }
+    return Behind(text, ">");
+}
+
+// `text` stands at the name of a start tag. `change` becomes 1 for an element that stays open.
+char const* BehindStartTag(char const* text, int* change) {
+    // A name may hold what means something further on, such as quotes.
+    while (*text != '\0' && *text != '>' && *text != '/' && *text != '?' && !IsSpace(*text)) {
+        ++text;
+    }
+    while (*text != '\0' && *text != '>' && *text != '/') {
+        if (*text == '"' || *text == '\'') {
+            text = std::strchr(text + 1, *text);
+            if (text == nullptr) {
+                return nullptr;
+            }
+        }
+        ++text;
+    }
+    if (*text == '>') {
+        *change = 1;
+    }
+    return *text == '\0' ? nullptr : text + 1;
+}
+
+}  // namespace
+
+bool IsWithinXmlDepth(char const* text) {
+    int depth = 0;
+    while (text != nullptr && depth <= kMaxXmlDepth) {
+        text = std::strchr(text, '<');
+        if (text == nullptr) {
+            return true;
+        }
+        ++text;
+        int change = 0;
+        if (*text == '/') {
+            change = -1;
+        } else if (*text == '?') {
+            text = Behind(text + 1, "?>");
+        } else if (*text == '!') {
+            text = BehindDeclaration(text + 1);
+        } else {
+            text = BehindStartTag(text, &change);
+        }
+        depth += change;
+    }
+    return depth <= kMaxXmlDepth;
+}
+
+}  // namespace Ubrix

@@ -1,0 +1,143 @@
+#include "Serializer/WYR/WyrXmlReader.h"
+
+#include <cassert>
+#include <cctype>
+#include <cstdint>
+#include <cstring>
+#include <new>
+
+// Room for the nodes of a small document in the tree itself; the next ones come in few blocks, since a heap
+// gives many small blocks back to the system, and taking them anew costs as much as parsing.
+#define RAPIDXML_STATIC_POOL_SIZE (16 * 1024)
+#define RAPIDXML_DYNAMIC_POOL_SIZE (256 * 1024)
+#include <rapidxml/rapidxml.hpp>
+
+#include "Serializer/WYR/WyrError.h"
+#include "Serializer/WYR/WyrXmlDepth.h"
+
+namespace Ubrix {
+
+// On the heap, since the document brings along the room for its first nodes.
+struct WyrXmlReader::Tree {
+    rapidxml::xml_document<char> document;
+    rapidxml::xml_node<char>* currRoot = &document;  // where the cursor stands
+    rapidxml::xml_node<char>* lastChild = nullptr;   // what it has just left
+};
+
+namespace {
+
+using Node = rapidxml::xml_node<char>;
+
+// The first node of the row that begins with `node` and has this name.
+Node* Named(Node* node, char const* name) {
+    size_t const length = std::strlen(name);
+    for (; node != nullptr; node = node->next_sibling()) {
+        // Names of one record often differ in their last character only, hardly ever in their first.
+        if (node->name_size() == length && (length == 0 || node->name()[length - 1] == name[length - 1]) &&
+            std::memcmp(node->name(), name, length) == 0) {
+            return node;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+WyrXmlReader::WyrXmlReader(char* string, int style) : _style(style), _state(WyrError::WYR_NO_ERROR) {
+    assert(nullptr != string);
+    parse(string);
+}
+
+WyrXmlReader::WyrXmlReader(char const* buffer, size_t size, int style)
+    : _style(style), _state(WyrError::WYR_NO_ERROR) {
+    assert(nullptr != buffer);
+    if (size < SIZE_MAX / 2) {
+        _content.reset(new (std::nothrow) char[size + 1]);
+    }
+    if (_content == nullptr) {
+        _state = WyrError::WYR_ERR_NO_MEMORY;
+        return;
+    }
+    std::memcpy(_content.get(), buffer, size);
+    _content[size] = '\0';
+    parse(_content.get());
+}
+
+WyrXmlReader::~WyrXmlReader() = default;
+
+void WyrXmlReader::parse(char* text) {
+    if (!IsWithinXmlDepth(text)) {
+        _state = WyrError::WYR_ERR_XML_PARSE;
+        return;
+    }
+    try {
+        _tree = std::make_unique<Tree>();
+        _tree->document.parse<0>(text);
+    } catch (rapidxml::parse_error const&) {
+        _state = WyrError::WYR_ERR_XML_PARSE;
+    } catch (std::bad_alloc const&) {
+        _state = WyrError::WYR_ERR_NO_MEMORY;
+    }
+}
+
+int WyrXmlReader::enter(char const* name) {
+    assert(WyrError::WYR_NO_ERROR == _state);
+    assert(nullptr != name);
+    Tree& tree = *_tree;
+    bool const goesOn = tree.lastChild != nullptr && std::strcmp(tree.lastChild->name(), name) == 0;
+    Node* const child = Named(goesOn ? tree.lastChild->next_sibling() : tree.currRoot->first_node(), name);
+    if (child == nullptr) {
+        return 1;
+    }
+    tree.currRoot = child;
+    tree.lastChild = nullptr;
+    return WyrError::WYR_NO_ERROR;
+}
+
+void WyrXmlReader::leave(char const* name) {
+    assert(WyrError::WYR_NO_ERROR == _state);
+    assert(nullptr != name);
+    assert(0 == strcmp(name, _tree->currRoot->name()));
+    static_cast<void>(name);
+    Node* const parent = _tree->currRoot->parent();
+    assert(nullptr != parent);
+    if (parent != nullptr) {
+        _tree->lastChild = _tree->currRoot;
+        _tree->currRoot = parent;
+    }
+}
+
+char const* WyrXmlReader::value(char const* name) {
+    assert(WyrError::WYR_NO_ERROR == _state);
+    assert(nullptr != name);
+    if (_style == WYR_XML_ATTRIBUTES) {
+        rapidxml::xml_attribute<char> const* const attribute = _tree->currRoot->first_attribute(name);
+        return attribute == nullptr ? nullptr : trim(attribute->value(), attribute->value_size());
+    }
+    if (enter(name) != WyrError::WYR_NO_ERROR) {
+        return nullptr;
+    }
+    char* const head = _tree->currRoot->value();
+    size_t const size = _tree->currRoot->value_size();
+    leave(name);
+    return trim(head, size);
+}
+
+char const* WyrXmlReader::trim(char* head, size_t size) {
+    char* end = head + size;
+    while (head < end && std::isspace(static_cast<unsigned char>(*head)) != 0) {
+        ++head;
+    }
+    if (head == end) {
+        return nullptr;
+    }
+    if (std::isspace(static_cast<unsigned char>(end[-1])) != 0) {
+        do {
+            --end;
+        } while (std::isspace(static_cast<unsigned char>(end[-1])) != 0);
+        *end = '\0';
+    }
+    return *head == '\0' ? nullptr : head;
+}
+
+}  // namespace Ubrix

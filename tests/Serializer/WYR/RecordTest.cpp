@@ -1,0 +1,165 @@
+#include <gtest/gtest.h>
+
+#include "Serializer/WYR/SampleRecord.h"
+
+using namespace Ubrix;
+
+namespace {
+
+void Fill(SampleRecord& record) {
+    record.level = -300;
+    std::strcpy(record.name, "a<\"&b");
+    EXPECT_EQ(WyrTypeUtil::str2date(&record.date, "2024-02-29"), 0);
+    EXPECT_EQ(WyrTypeUtil::str2time(&record.time, "-7:08:09"), 0);
+    EXPECT_EQ(WyrTypeUtil::str2ip(&record.place.ip, "10.0.0.255"), 0);
+    record.place.label[0] = 0x4E2D;
+    record.scoreCount = 2;
+    record.scores[0] = 70000;
+    record.scores[1] = -1;
+}
+
+std::string Visualized(SampleRecord const& record) {
+    char memory[512];
+    WyrBuf buf(memory, sizeof memory);
+    EXPECT_EQ(record.visualize(buf, 1, '\n'), 0);
+    return memory;
+}
+
+std::string Hex(char* memory, size_t size) {
+    char text[256] = "";
+    size_t used = 0;
+    EXPECT_EQ(WyrBuf(memory, size).dumpHex(text, sizeof text, &used), 0);
+    EXPECT_EQ(used, std::strlen(text) + 1);
+    return text;
+}
+
+constexpr char kLines[] =
+    "    level: -300\n"
+    "    name: a<\"&b\n"
+    "    date: 2024-02-29\n"
+    "    time: -7:08:09\n"
+    "    place\n"
+    "        ip: 10.0.0.255\n"
+    "        label:  0x4e2d 0x0000\n"
+    "    scores[0 : 1]:\n"
+    "        scores[0]: 70000\n"
+    "        scores[1]: -1\n";
+
+}  // namespace
+
+TEST(WyrRecord, PacksAndUnpacksForEachVersion) {
+    SampleRecord record;
+    Fill(record);
+    char memory[128];
+    for (int version : {0, 1, 2, 9}) {
+        WyrBuf out(memory, sizeof memory);
+        ASSERT_EQ(record.pack(out, version), 0);
+        SampleRecord back;
+        WyrBuf in(memory, out.position);
+        ASSERT_EQ(back.unpack(in, 0), 0);
+        EXPECT_EQ(in.position, in.length);
+        EXPECT_EQ(back.scoreCount, version == 1 ? 0 : 2);
+        back.scoreCount = 2;
+        std::memcpy(back.scores, record.scores, sizeof back.scores);
+        EXPECT_EQ(Visualized(back), kLines);
+        for (size_t size = 0; size < out.position; ++size) {
+            WyrBuf shortOut(memory + 64, size);
+            EXPECT_EQ(record.pack(shortOut, version), WyrError::WYR_ERR_WRITE_SPACE) << size;
+            WyrBuf shortIn(memory, size);
+            EXPECT_EQ(back.unpack(shortIn, 0), WyrError::WYR_ERR_READ_DATA) << size;
+        }
+    }
+    WyrBuf out(memory, sizeof memory);
+    ASSERT_EQ(record.pack(out, 0), 0);
+    EXPECT_EQ(Hex(memory, out.position),
+              "02FED400000006613C222662001D0207E80908FFF90A0000FF000000024E2D00000000000200011170FFFFFFFF");
+}
+
+TEST(WyrRecord, RefusesWhatAMessageMayNotSay) {
+    SampleRecord record;
+    Fill(record);
+    char memory[128];
+    WyrBuf out(memory, sizeof memory);
+    EXPECT_EQ(record.pack(out, -1), WyrError::WYR_ERR_CUTVER_BELOW_BASE);
+    record.scoreCount = -1;
+    EXPECT_EQ(record.pack(out, 0), WyrError::WYR_ERR_REFER_NEGATIVE);
+    record.scoreCount = 5;
+    EXPECT_EQ(record.pack(out, 0), WyrError::WYR_ERR_REFER_TOO_BIG);
+    record.scoreCount = 2;
+    ASSERT_EQ(record.pack(out, 0), 0);
+    // The name's count stands at 3, the name at 7; the score count is 12 bytes before the end.
+    struct {
+        size_t at;
+        char byte;
+        int code;
+    } const faults[] = {
+        {0, 3, WyrError::WYR_ERR_CUTVER_FROM_NET},
+        {0, 0, WyrError::WYR_ERR_CUTVER_FROM_NET},
+        {6, 0, WyrError::WYR_ERR_STRING_TOO_SHORT},
+        {6, 17, WyrError::WYR_ERR_STRING_TOO_LONG},
+        {3, '\xFF', WyrError::WYR_ERR_STRING_TOO_LONG},
+        {6, 5, WyrError::WYR_ERR_STRING_SIZEINFO},
+        {8, 0, WyrError::WYR_ERR_STRING_SIZEINFO},
+        {out.position - 9, 5, WyrError::WYR_ERR_REFER_TOO_BIG},
+        {out.position - 12, '\xFF', WyrError::WYR_ERR_REFER_NEGATIVE},
+    };
+    for (auto const& fault : faults) {
+        char const whole = memory[fault.at];
+        memory[fault.at] = fault.byte;
+        WyrBuf in(memory, out.position);
+        SampleRecord back;
+        EXPECT_EQ(back.unpack(in, 0), fault.code) << fault.at;
+        memory[fault.at] = whole;
+    }
+}
+
+TEST(WyrRecord, PrintsToFilesAndXmlAndComesBack) {
+    SampleRecord record;
+    Fill(record);
+    std::FILE* file = std::fopen("record.txt", "w");
+    ASSERT_NE(file, nullptr);
+    EXPECT_EQ(record.visualizeFile(file, 1, '\n'), 0);
+    EXPECT_EQ(std::fclose(file), 0);
+    WyrInput input;
+    ASSERT_EQ(input.load("record.txt"), 0);
+    EXPECT_STREQ(input.content(), kLines);
+
+    char const* const documents[] = {
+        "\n<record>\n\t<level>\n-300\t</level>\n\t<name>\na&lt;&quot;&amp;b\t</"
+        "name>\n\t<date>\n2024-02-29\t</date>\n"
+        "\t<time>\n-7:08:09\t</time>\n\t<scores>\n70000 -1 "
+        "\t</scores>\n\n\t<place>\n\t\t<ip>\n10.0.0.255\t\t</ip>\n"
+        "\t</place>\n</record>\n",
+        "\n<record level=\"-300\" name=\"a&lt;&quot;&amp;b\" date=\"2024-02-29\" time=\"-7:08:09\" "
+        "scores=\"70000 -1 \">\n\t<place ip=\"10.0.0.255\"/>\n</record>\n"};
+    for (int style : {WYR_XML_ELEMENTS, WYR_XML_ATTRIBUTES}) {
+        char text[512];
+        size_t used = 0;
+        ASSERT_EQ(record.toXmlMemory(text, sizeof text, &used, style, 0), 0);
+        EXPECT_STREQ(text, documents[style]);
+        SampleRecord back;
+        back.place.label[0] = 0x4E2D;
+        ASSERT_EQ(back.fromXmlMemory(text, used, style, 0), 0);
+        EXPECT_EQ(Visualized(back), kLines);
+        EXPECT_EQ(back.fromXmlMemory("<other/>", 8, style, 0), WyrError::WYR_ERR_XML_ROOT);
+        for (size_t size = 0; size <= used; ++size) {
+            EXPECT_EQ(record.toXmlMemory(text, size, &used, style, 0), WyrError::WYR_ERR_WRITE_SPACE) << size;
+        }
+    }
+}
+
+TEST(WyrRecord, AnswersThatItDoesNotSupportAnOperation) {
+    class Empty : public IWyrObject {
+    } empty;
+    WyrBuf buf;
+    WyrXmlWriter writer(nullptr, 0, 0);
+    EXPECT_EQ(empty.baseVersion(), 1);
+    EXPECT_EQ(empty.currentVersion(), -1);
+    EXPECT_STREQ(empty.identity(), "sarnet.IWyrObject");
+    for (int result : {empty.pack(buf, 0), empty.unpackMemory("", 0, nullptr, 0), empty.packTlv(buf, 0, 0),
+                       empty.unpackTlvMemory("", 0, nullptr, nullptr), empty.visualizeFile(nullptr, 0, '\n'),
+                       empty.toXml(writer, "e", 0), empty.fromXmlMemory("", 0, 0, 0)}) {
+        EXPECT_EQ(result, WyrError::WYR_ERR_NOT_IMPLEMENTED);
+    }
+    EXPECT_EQ(empty.validate(nullptr, 0), 0);
+}
