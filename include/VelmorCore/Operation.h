@@ -125,6 +125,9 @@ private:
 // Any thread may call it, also from within an operation and from a log callback.
 class VELMORCORE_API OperationQueue {
 public:
+    OperationQueue(OperationQueue const&) = delete;
+    OperationQueue& operator=(OperationQueue const&) = delete;
+
     // The one pool, made at the first call and again after a release. Releasing the core ends it without
     // waiting: operations in hand run to their end, what waits is deleted without a run, and the pool is gone
     // some time later. The caller doesn't delete it, nor keep it across a release.
@@ -140,8 +143,6 @@ public:
 protected:
     OperationQueue() = default;
     ~OperationQueue() = default;
-    OperationQueue(OperationQueue const&) = delete;
-    OperationQueue& operator=(OperationQueue const&) = delete;
 };
 
 }  // namespace Ubrix

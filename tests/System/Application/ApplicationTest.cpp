@@ -3,6 +3,8 @@
 #include <VelmorCore/Network.h>
 
 #include <functional>
+#include <map>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -62,54 +64,47 @@ TEST(Application, TellsEachObserverOnceInOrderAndTheNetworkGoesFirst) {
 
 TEST(Application, ChangesFromInsideACallbackAreSafe) {
     std::string trail;
-    auto a = std::make_unique<Observer>(trail, 'a');
-    auto b = std::make_unique<Observer>(trail, 'b');
-    auto c = std::make_unique<Observer>(trail, 'c');
-    std::unique_ptr<Observer> d;
-    std::unique_ptr<Observer> f;
-    auto const application = [] { return &CApplication::GetInstance(); };
-    auto const rejoin = [&] {
-        application()->RemoveObserver(b.get());
-        application()->AddObserver(b.get());
-    };
+    CApplication& application = CApplication::GetInstance();
+    std::map<char, std::unique_ptr<Observer>> all;
+    auto const make = [&](char letter) { all[letter] = std::make_unique<Observer>(trail, letter); };
+    make('a');
+    make('b');
+    make('c');
     struct Case {
-        char const* what;
-        std::function<void()> reaction;
+        std::function<void()> reactionOfB;
         char const* heard;
         char const* heardNext;
     } const cases[] = {
-        {"adds one", [&] { d = std::make_unique<Observer>(trail, 'd'); }, "a3b3c3", "a3b3c3d3"},
-        {"reports an event", [&] { application()->OnResume(); }, "a3b3a4b4c4d4c3d3", "a3b3c3d3"},
-        {"leaves and comes back", rejoin, "a3b3c3d3", "a3c3d3b3"},
-        {"destroys those before it",
-         [&] {
-             a.reset();
-             c.reset();
-             f = std::make_unique<Observer>(trail, 'f');
+        {[&] { make('d'); }, "a3b3c3", "a3b3c3d3"},
+        {[&] { application.OnResume(); }, "a3b3a4b4c4d4c3d3", "a3b3c3d3"},
+        {[&] {
+             application.RemoveObserver(all['b'].get());
+             application.AddObserver(all['b'].get());
          },
-         "a3c3d3b3", "d3b3f3"},
-        {"destroys one behind it, and itself",
-         [&] {
-             f.reset();
-             b.reset();
+         "a3b3c3d3", "a3c3d3b3"},
+        {[&] {
+             make('e');
+             all.erase('a');
+             all.erase('b');
          },
-         "d3b3", "d3"},
+         "a3c3d3b3", "c3d3e3"},
     };
     for (Case const& test : cases) {
-        trail.clear();
-        b->reaction = test.reaction;
-        application()->OnPause();
-        EXPECT_EQ(trail, test.heard) << test.what;
-        trail.clear();
-        application()->OnPause();
-        EXPECT_EQ(trail, test.heardNext) << test.what;
+        all['b']->reaction = test.reactionOfB;
+        for (char const* heard : {test.heard, test.heardNext}) {
+            trail.clear();
+            application.OnPause();
+            EXPECT_EQ(trail, heard);
+        }
     }
-    Observer e(trail, 'e');
-    d->reaction = IBase::Release;
+    all['c']->reaction = [&all] {
+        all.erase('d');
+        IBase::Release();
+    };
     trail.clear();
-    application()->OnPause();
-    application()->OnPause();
-    EXPECT_EQ(trail, "d3") << "the teardown ends the fan-out";
+    application.OnPause();
+    CApplication::GetInstance().OnPause();
+    EXPECT_EQ(trail, "c3") << "the teardown ends the fan-out";
 }
 
 }  // namespace

@@ -31,7 +31,6 @@ class Target : public OperationTargetBase {
 public:
     explicit Target(std::atomic<int>& deaths) : _deaths(deaths) {}
     ~Target() override { ++_deaths; }
-    void DoOperation(ObjectOperation* operation, void*) override { operation->Cancel(true); }
 
 private:
     std::atomic<int>& _deaths;
@@ -61,15 +60,15 @@ protected:
         clock.Advance(100);
         ASSERT_TRUE(clock.AwaitWaiters({kNever}) && Await([this] { return Threads(2, 2); }));
     }
-    // From there until the first run of an operation.
-    void RunFirst(bool repeat) {
-        queue->AddOperation(Work, this, repeat);
-        ASSERT_TRUE(clock.AwaitWaiters({110}));
-        clock.Advance(10);
-        ASSERT_TRUE(clock.AwaitWaiters({120, 120}));
-        clock.Advance(10);
+    // From there until the first run of an operation, after a tick and a rest.
+    void RunFirst() {
+        queue->AddOperation(Work, this, true);
+        for (auto const& waiters : {std::vector<long long>{110}, {120, 120}}) {
+            ASSERT_TRUE(clock.AwaitWaiters(waiters));
+            clock.Advance(10);
+        }
         ASSERT_TRUE(Await([this] { return runs == 1; }));
-        EXPECT_EQ(lastRun, 120) << "a tick, and a rest";
+        EXPECT_EQ(lastRun, 120);
     }
     bool Threads(int all, int idle) {
         OperationQueueImp::Threads const threads = queue->CountThreads();
@@ -109,7 +108,7 @@ protected:
 
 TEST_F(Pool, RepeatsWhenItsSleepIsOverUntilCancelled) {
     StartIdle();
-    RunFirst(true);
+    RunFirst();
     ASSERT_TRUE(DriveToRest(1120)) << "sleeps until it is due";
     operation.load()->Sleep(500);
     long long const due = operation.load()->NextRunTime() - ::Test::SteppedClock::kStart;
@@ -119,17 +118,6 @@ TEST_F(Pool, RepeatsWhenItsSleepIsOverUntilCancelled) {
     EXPECT_GE(lastRun, due);
     EXPECT_TRUE(DriveToRest(kNever)) << "and is gone";
     EXPECT_EQ(runs, 2);
-}
-
-TEST_F(Pool, OperationsEndWithTheirTargetsAndTargetsWithTheirOperations) {
-    StartIdle();
-    {
-        Target shortLived(deaths);
-        queue->AddOperation(&shortLived, nullptr, nullptr, true);
-    }
-    queue->AddOperation(new Target(deaths), nullptr, nullptr, true);
-    EXPECT_TRUE(Drive([this] { return deaths == 2; }));
-    EXPECT_TRUE(DriveToRest(kNever)) << "both have left the pool";
 }
 
 TEST_F(Pool, GrowsUnderFullLoadAndShrinksAfterIt) {
@@ -166,7 +154,7 @@ TEST_F(Pool, GrowsUnderFullLoadAndShrinksAfterIt) {
 TEST_F(Pool, ReleaseWaitsForNothingAndTheManagerDeletesTheRest) {
     StartIdle();
     open = false;
-    RunFirst(true);
+    RunFirst();
     auto* target = new Target(deaths);
     queue->AddOperation(target, nullptr, nullptr, true);
     target->Sleep(100000);
@@ -203,11 +191,11 @@ TEST_F(Pool, ThreadsThatCouldNotBeHadAreNotCountedAndComeLater) {
 TEST(PoolStress, EveryPoolEndsWithWhatItHolds) {
     ::Test::LogCapture log;
     std::atomic<int> deaths{0};
-    auto const add = [&deaths] {
+    Target target(deaths);
+    auto const add = [&target] {
         for (int n = 0; n < 50; ++n) {
-            auto* target = new Target(deaths);
-            OperationQueue::GetInstance()->AddOperation(target, nullptr, nullptr, true);
-            OperationQueue::GetInstance()->AddOperation(nullptr, nullptr, false);
+            OperationQueue::GetInstance()->AddOperation(&target, nullptr, nullptr, true);
+            target.Sleep(n);
         }
     };
     for (int pool = 0; pool < 8; ++pool) {
