@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "ConfigDocument.h"
+#include "UploadStore.h"
 
 namespace Example {
 
@@ -35,6 +36,9 @@ SeenRequest Seen(httplib::Request const& request) {
     seen.comParams = request.get_param_value("com_params");
     seen.bizParams = request.get_param_value("biz_params");
     seen.r = request.get_param_value("r");
+    seen.uploadId = request.get_param_value("id");
+    seen.part = request.get_param_value("part");
+    seen.parts = request.get_param_value("parts");
     return seen;
 }
 
@@ -60,7 +64,8 @@ void Fill(ServerAnswer const& answer, httplib::Response& response) {
 struct ConfigServer::State {
     explicit State(ConfigServerOptions given)
         : options(std::move(given)),
-          server([this](SSL_CTX& context) { return UseIdentity(context, options.identity); }) {}
+          server([this](SSL_CTX& context) { return UseIdentity(context, options.identity); }),
+          uploads(options.uploadDirectory) {}
 
     void Start();
     void Stop();
@@ -70,6 +75,7 @@ struct ConfigServer::State {
 
     ConfigServerOptions options;
     httplib::SSLServer server;
+    UploadStore uploads;
     std::thread listener;
     std::atomic<bool> ended{false};
     int port = 0;
@@ -140,6 +146,12 @@ ServerAnswer ConfigServer::State::Choose(SeenRequest const& seen) {
         return *always;
     }
     ServerAnswer answer;
+    if (seen.method == "POST" && seen.path == kUploadPath && !options.uploadDirectory.empty()) {
+        std::string const complaint = uploads.Take(seen);
+        answer.status = complaint.empty() ? 200 : 400;
+        answer.body = complaint.empty() ? R"({"ret":0,"err":""})" : ConfigDocument::Refusal(complaint);
+        return answer;
+    }
     if (seen.method != "GET" || seen.path != kPath) {
         answer.status = 404;
         answer.body = R"({"ret":404,"err":"no such thing here"})";

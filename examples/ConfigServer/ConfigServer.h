@@ -18,8 +18,9 @@ namespace Example {
 
 struct ConfigServerOptions {
     ServerIdentity identity;
-    std::string configuration;  // the JSON text of the answer's biz_data: "rule_id" and "merged_cfg"
-    int port = 0;               // 0: one that is free
+    std::string configuration;    // the JSON text of the answer's biz_data: "rule_id" and "merged_cfg"
+    int port = 0;                 // 0: one that is free
+    std::string uploadDirectory;  // where uploads go; empty to take none
     std::function<void(std::string const&)>
         log;  // takes a line for each request, on a server thread; may be empty
 };
@@ -28,11 +29,12 @@ struct ConfigServerOptions {
 // destructor returns within about two seconds even while clients keep connections open.
 //
 // GET /cfgpush/getConfig is answered with the configuration, or with a ret of 1 and words if the request
-// isn't well formed. Other paths and methods get status 404 with a JSON body. An answer that was set counts
-// for every path.
+// isn't well formed. POST /upload takes a part of a file; see UploadStore.h. Other paths and methods get
+// status 404 with a JSON body. An answer that was set counts for every path.
 class ConfigServer {
 public:
     static constexpr char const* kPath = "/cfgpush/getConfig";
+    static constexpr char const* kUploadPath = "/upload";
 
     // Throws std::runtime_error if the configuration is unfit or the port can't be had.
     explicit ConfigServer(ConfigServerOptions options);

@@ -77,6 +77,10 @@ std::string SeenRequest::Complaint() const {
 
 std::string SeenRequest::Description() const {
     std::string text = Printable(method + " " + path);
+    if (!uploadId.empty()) {
+        return text + Printable("  id=" + uploadId + "  part " + part + " of " + parts) + "  " +
+               std::to_string(body.size()) + " bytes";
+    }
     text += "  com_params=" + Shown(comParams);
     text += "  biz_params=" + Shown(bizParams);
     text += "  r=" + (r.empty() ? "(none)" : Printable(r));

@@ -18,6 +18,11 @@ struct SeenRequest {
     std::string bizParams;
     std::string r;
 
+    // The same of an upload's part.
+    std::string uploadId;
+    std::string part;
+    std::string parts;
+
     // Why the server can't serve this as a request for a configuration; empty if it can.
     std::string Complaint() const;
 

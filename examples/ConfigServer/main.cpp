@@ -23,6 +23,7 @@ struct CommandLine {
     std::string configFile = "config.json";
     std::string caFile = "config-server-ca.pem";
     std::string readyFile;
+    std::string uploadDirectory;
     std::vector<std::string> names = {"config.velmor.example", "localhost", "127.0.0.1"};
     int port = 0;
     int maxSeconds = 300;
@@ -50,6 +51,8 @@ void DescribeOptions(CLI::App& app, CommandLine& line) {
     app.add_option("--ca-file", line.caFile, "where to write the CA certificate that clients must trust")
         ->capture_default_str();
     app.add_option("--ready-file", line.readyFile, "written once the server listens: port=, ca_file=");
+    app.add_option("--upload-dir", line.uploadDirectory, "where uploaded files go; none are taken without it")
+        ->check(CLI::ExistingDirectory);
     app.add_option("--max-seconds", line.maxSeconds, "end by itself after so long")
         ->capture_default_str()
         ->check(CLI::Range(1, 86400));
@@ -170,6 +173,7 @@ void Serve(CommandLine const& line) {
     options.identity = MakeIdentity(line);
     options.configuration = ReadFile(line.configFile);
     options.port = line.port;
+    options.uploadDirectory = line.uploadDirectory;
     options.log = Say;
     Example::ConfigDocument const document(options.configuration);
 

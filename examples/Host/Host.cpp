@@ -4,6 +4,7 @@
 #include <VelmorCore/Configure.h>
 #include <VelmorCore/Core.h>
 #include <VelmorCore/File.h>
+#include <VelmorCore/FileUploader.h>
 #include <VelmorCore/HttpTransport.h>
 #include <VelmorCore/Log.h>
 #include <VelmorCore/Network.h>
@@ -31,6 +32,10 @@ constexpr char const* kModules[] = {"",      "Audio",     "Chat",   "Friends", "
                                     "Guild", "Inventory", "Login",  "Match",   "Network",
                                     "Patch", "Quest",     "Replay", "Report",  "VelmorCore"};
 constexpr std::size_t kModuleCount = sizeof kModules / sizeof *kModules + 1;
+
+// What an upload order consists of. Its observer is the library's own.
+constexpr char const* kOrderModule = "Upload";
+constexpr char const* kOrderKeys[] = {"file_path", "file_pattern", "upload_id", "part_size", "manual_upload"};
 
 std::string Number(long long value) {
     return std::to_string(value);
@@ -84,6 +89,7 @@ GameHost::GameHost(CommandLine const& line, Journal& journal)
         _moduleObservers.emplace_back(module, _refreshes);
     }
     ubrix_target_unity_enable_ui_update();
+    Ubrix::SetOzkUploadTaskFactory(UploadTask::Make, &_uploads);
     Ubrix::SetHttpCaFile(_line.caFile.c_str());
     _journal.Check(
         Ubrix::SetHttpConnectAddress(_line.connect.c_str()),
@@ -100,6 +106,7 @@ void GameHost::PlayOnline() {
         return;
     }
     CollectKeys();
+    AwaitUploads(1);
     ReadThroughConfigure();
     ReadThroughView();
     ReadThroughFunctions();
@@ -151,6 +158,7 @@ void GameHost::Listen() {
     }
     _store = std::make_unique<Velmor::RemoteConfig>(kStoreModule);
     _store->AddObserver(&_storeObserver);
+    Velmor::FileUploader::Join();
 }
 
 // What a game does at each start. The URL of an earlier start keeps what its cache holds.
@@ -173,9 +181,18 @@ void GameHost::CollectKeys() {
             allThere = allThere && !Cached(module, key).empty();
         }
     }
+    for (char const* const key : kOrderKeys) {
+        _keys.Set(kOrderModule, key, Cached(kOrderModule, key));
+    }
     _journal.Check(allThere && _keys.Size() > 0,
                    Number(static_cast<long long>(_keys.Size())) + " keys have a value");
     _journal.Check(_keys.Save(kKeyFile), std::string("noted in ") + kKeyFile + " for the next start");
+}
+
+// Each fetch brings the server's order to send log files. An upload must end before the game does.
+void GameHost::AwaitUploads(int count) {
+    Wait([this, count] { return _uploads.arrived + _uploads.failed == count; }, "an upload has ended");
+    _journal.Check(_uploads.failed == 0, "the server has the log files that it ordered");
 }
 
 void GameHost::ReadThroughConfigure() {
@@ -282,6 +299,7 @@ void GameHost::StartAgain() {
     _store->Fetch();
     Wait([this] { return _refreshes.Heard(kStoreModule); },
          "a fetch of the second core, its URL from the cache");
+    AwaitUploads(2);
 }
 
 void GameHost::ReadCache(char const* when) {

@@ -15,6 +15,7 @@
 #include "KeyList.h"
 #include "LogTap.h"
 #include "Refreshes.h"
+#include "UploadTask.h"
 
 namespace Host {
 
@@ -35,6 +36,7 @@ private:
     void AskForNews();
     bool Fetch();
     void CollectKeys();
+    void AwaitUploads(int count);
     void ReadThroughConfigure();
     void ReadThroughView();
     void ReadThroughFunctions();
@@ -55,6 +57,7 @@ private:
     GameLoop _loop;
     LogTap _log;
     Refreshes _refreshes;
+    UploadOutcome _uploads{_journal};
     std::deque<ModuleObserver> _moduleObservers;
     ViewObserver _storeObserver;
     std::unique_ptr<Velmor::RemoteConfig> _store;

@@ -1,4 +1,4 @@
-// HTTP requests: one request a task, its whole answer delivered in memory.
+// HTTP requests: one request a task, its whole answer delivered in memory; and the frame of downloads.
 //
 // Every request goes out over TLS, to port 443 of the URL's host whatever port or scheme the URL names,
 // through no proxy, with the server's certificate and name verified. Redirects are followed, to https only
@@ -10,6 +10,8 @@
 
 #include <cstddef>
 #include <cstdint>
+
+class OzkCUploadTask;
 
 namespace Ubrix {
 
@@ -73,6 +75,25 @@ public:
     virtual void RemoveListener(Listener* listener) = 0;
 };
 
+// A download into a file: on this platform a record of what was asked for, and nothing else. No transport is
+// wired in: no operation goes out to the network, writes a file or tells a listener anything, and Cancel does
+// nothing. Made by WWW::DownloadFile, destroyed by WWW::Destroy.
+class VELMORCORE_API DownloadFileTask : public virtual WWWTask {
+public:
+    // Only the pointer is kept here; the listener's operations are those of a platform with a transport.
+    class Listener;
+
+    // Both do nothing.
+    virtual void Start() = 0;
+    virtual void Pause() = 0;
+    // Stores the one listener, which isn't owned; null for none. Any thread.
+    virtual void SetListener(Listener* listener) = 0;
+    // Clears the listener, whatever `listener` is. Any thread.
+    virtual void RemoveListener(Listener* listener) = 0;
+    // The file that was named, byte for byte; valid as long as the task.
+    virtual char const* GetFilePath() = 0;
+};
+
 // The record of an answer, for tasks that hand one out. Texts and data live as long as the record.
 class VELMORCORE_API UrlResponse {
 public:
@@ -95,9 +116,17 @@ class VELMORCORE_API WWW {
 public:
     // A new task for `url`, which the caller ends with Destroy. Null if `url` is null.
     static DataTask* Request(char const* url);
+    // A new task that is to store what `url` answers in the file `path`, which the caller ends with Destroy.
+    // Null if either is null. Both are copied.
+    static DownloadFileTask* DownloadFile(char const* url, char const* path);
     // Destroys a task; null is ignored. Waits for a callback that runs on another thread, never for the
     // network: a request in flight is aborted and nobody hears of it. May be called inside the callback.
     static void Destroy(DataTask* task);
+    // Destroys a task; null is ignored.
+    static void Destroy(DownloadFileTask* task);
+    // A new upload task, from the host's factory if it has set one; see UploadTask.h. The caller owns it
+    // until it has called Upload. Null only if the host's factory gives null.
+    static OzkCUploadTask* GetOzkUploadTask();
 
     WWW() = delete;
 };

@@ -8,6 +8,7 @@
 #include <VelmorCore/Configure.h>
 #include <VelmorCore/Core.h>
 #include <VelmorCore/File.h>
+#include <VelmorCore/FileUploader.h>
 #include <VelmorCore/Http.h>
 #include <VelmorCore/HttpTransport.h>
 #include <VelmorCore/Log.h>
@@ -16,5 +17,7 @@
 #include <VelmorCore/RemoteConfig.h>
 #include <VelmorCore/System.h>
 #include <VelmorCore/Timer.h>
+#include <VelmorCore/UploadTask.h>
 #include <VelmorCore/Value.h>
+#include <VelmorCore/Zip.h>
 #include <VelmorCore/velmorcore.h>

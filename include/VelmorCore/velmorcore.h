@@ -103,6 +103,43 @@ VELMORCORE_API void ubrix_target_unity_enable_ui_update(void);
 /* Runs at most 20 waiting calls on the calling thread; call it once a frame. */
 VELMORCORE_API void ubrix_target_unity_update(void);
 
+/* ---- Managed bridge: native objects that are paired with managed ones by a number. ---- */
+
+/* The functions that native objects call, on their own thread: with the object's id, then words whose meaning
+ * the two classes settle between them. They are never called with a lock of the library held, and may call
+ * any function here. */
+typedef void (*VelmorCoreSendCallback1)(int64_t objectId, intptr_t first);
+typedef void (*VelmorCoreSendCallback2)(int64_t objectId, intptr_t first, intptr_t second);
+typedef void (*VelmorCoreSendCallback3)(int64_t objectId, intptr_t first, intptr_t second, intptr_t third);
+typedef void (*VelmorCoreSendCallback4)(int64_t objectId, intptr_t first, intptr_t second, intptr_t third,
+                                        intptr_t fourth);
+typedef void (*VelmorCoreSendCallback5)(int64_t objectId, intptr_t first, intptr_t second, intptr_t third,
+                                        intptr_t fourth, intptr_t fifth);
+
+/* Makes the native objects of a class: those that are known as `className` itself, with ".REQ" and with
+ * ".RESP" behind it; each keeps the id. True if there was one of the latter two. False, and nothing is made,
+ * for a null, empty or unknown name; the library by itself knows none. Use an id once: the objects that have
+ * it already are neither found nor deleted any more. */
+VELMORCORE_API bool addPlatformObject(int64_t objectId, char const* className);
+/* Deletes the ".REQ" and ".RESP" objects of this id; the one of the name itself stays until the core is
+ * released. An unknown id does nothing. Don't remove an object while it works on another thread. */
+VELMORCORE_API void removePlatformObject(int64_t objectId);
+
+/* Each replaces one callback; null clears it. Once it has returned, the earlier callback isn't called any
+ * more: a call of it that runs on another thread is waited for, so don't hold what that call waits for.
+ * Inside a callback of the bridge nothing is waited for. The release of the core clears all ten in the same
+ * way. */
+VELMORCORE_API void setSarnetSendMessageCallback(VelmorCoreSendCallback2 callback);
+VELMORCORE_API void setSarnetSendStructCallback(VelmorCoreSendCallback2 callback);
+VELMORCORE_API void setSarnetSendResultCallback(VelmorCoreSendCallback2 callback);
+VELMORCORE_API void setSarnetSendResultStructCallback(VelmorCoreSendCallback3 callback);
+VELMORCORE_API void setSarnetSendBufferCallback(VelmorCoreSendCallback3 callback);
+VELMORCORE_API void setSarnetSendResultBufferCallback(VelmorCoreSendCallback4 callback);
+VELMORCORE_API void setSarnetSendResultStructBufferCallback(VelmorCoreSendCallback5 callback);
+VELMORCORE_API void setSarnetSendVoidMethodCallback(VelmorCoreSendCallback1 callback);
+VELMORCORE_API void setSarnetSendVoidMethodParamCallback(VelmorCoreSendCallback2 callback);
+VELMORCORE_API void setSarnetSendVoidMethodBufferCallback(VelmorCoreSendCallback3 callback);
+
 /* ---- Network ---- */
 
 typedef void (*VelmorCoreNetworkCallback)(VelmorCoreNetworkState state);

@@ -26,6 +26,16 @@ bool RenamePath(char const* from, char const* to);
 bool ListDirectory(char const* path, std::vector<std::string>& names);
 // The current working directory. False on failure, which leaves `path` unchanged and sets the last error.
 bool WorkingDirectory(std::string& path);
+// What stands behind a name in a directory once every link is followed.
+enum class FileReach {
+    Readable,    // a regular file in that directory, or below it, that this process may read
+    LeadsOut,    // something outside of that directory
+    Unreadable,  // anything else: nothing, a directory, a device, a file that may not be read
+};
+// Looks at `name` in `directory`. Opens nothing: what stands there may change right after the call.
+FileReach ReachOf(char const* directory, char const* name);
+// True if both paths lead to the same existing file.
+bool IsSameFile(char const* first, char const* second);
 // Opens a stream for binary output, truncating, on a file that only the user may read or write. Null on
 // failure. The caller closes it.
 std::FILE* OpenPrivateForWriting(char const* path);

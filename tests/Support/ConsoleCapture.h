@@ -10,16 +10,12 @@ namespace Test {
 class ConsoleCapture {
 public:
     ConsoleCapture() { testing::internal::CaptureStderr(); }
-    ~ConsoleCapture() {
-        if (!_done) {
-            testing::internal::GetCapturedStderr();
-        }
-    }
+    ~ConsoleCapture() { Text(); }
     ConsoleCapture(ConsoleCapture const&) = delete;
     ConsoleCapture& operator=(ConsoleCapture const&) = delete;
 
     // Ends the capture and gives the text.
-    std::string Text() {
+    std::string const& Text() {
         if (!_done) {
             _text = testing::internal::GetCapturedStderr();
             _done = true;

@@ -6,10 +6,8 @@
 #include <openssl/obj_mac.h>
 
 #include <cstdint>
-#include <cstring>
 #include <memory>
 #include <string>
-#include <utility>
 
 namespace Test {
 
@@ -41,28 +39,22 @@ inline std::string FromBase64(std::string const& text) {
 // What the server computes: the first 16 bytes of the X coordinate of its private key times the public key
 // that stands in the file's head.
 inline std::string ServerKey(std::string const& privateKeyHex, std::string const& file) {
-    using Number = std::unique_ptr<BIGNUM, void (*)(BIGNUM*)>;
+    BIGNUM* number = nullptr;
+    BN_hex2bn(&number, privateKeyHex.c_str());
+    std::unique_ptr<BIGNUM, void (*)(BIGNUM*)> const secret(number, BN_clear_free);
     std::unique_ptr<EC_GROUP, void (*)(EC_GROUP*)> const group(EC_GROUP_new_by_curve_name(NID_secp256k1),
                                                                EC_GROUP_free);
-    auto const coordinate = [&](std::size_t at) {
-        return Number(BN_bin2bn(reinterpret_cast<unsigned char const*>(file.data()) + at, 32, nullptr),
-                      BN_free);
-    };
-    BIGNUM* secret = nullptr;
-    BN_hex2bn(&secret, privateKeyHex.c_str());
-    Number const owned(secret, BN_clear_free);
     std::unique_ptr<EC_POINT, void (*)(EC_POINT*)> const point(EC_POINT_new(group.get()), EC_POINT_free);
-    Number const product(BN_new(), BN_free);
-    unsigned char bytes[32] = {};
+    std::string octets = '\4' + file.substr(16, 64);
+    auto* const bytes = reinterpret_cast<unsigned char*>(octets.data());
     // The first of these refuses a point that isn't on the curve.
-    if (EC_POINT_set_affine_coordinates(group.get(), point.get(), coordinate(16).get(), coordinate(48).get(),
-                                        nullptr) != 1 ||
-        EC_POINT_mul(group.get(), point.get(), nullptr, point.get(), secret, nullptr) != 1 ||
-        EC_POINT_get_affine_coordinates(group.get(), point.get(), product.get(), nullptr, nullptr) != 1) {
+    if (EC_POINT_oct2point(group.get(), point.get(), bytes, 65, nullptr) != 1 ||
+        EC_POINT_mul(group.get(), point.get(), nullptr, point.get(), number, nullptr) != 1 ||
+        EC_POINT_point2oct(group.get(), point.get(), POINT_CONVERSION_UNCOMPRESSED, bytes, 65, nullptr) !=
+            65) {
         return "no key";
     }
-    BN_bn2binpad(product.get(), bytes, 32);
-    return {reinterpret_cast<char*>(bytes), 16};
+    return octets.substr(1, 16);
 }
 
 inline std::uint64_t BlockAt(std::string const& bytes, std::size_t at) {

@@ -2,11 +2,11 @@
 // bytes.
 #pragma once
 
-#include <dirent.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
 #include <csignal>
+#include <filesystem>
 #include <string>
 
 namespace Test {
@@ -33,12 +33,8 @@ private:
 // How many names in a directory contain `piece`.
 inline int CountFilesWith(std::string const& piece, char const* path = ".") {
     int count = 0;
-    DIR* directory = opendir(path);
-    while (dirent const* entry = directory != nullptr ? readdir(directory) : nullptr) {
-        count += std::string(entry->d_name).find(piece) != std::string::npos ? 1 : 0;
-    }
-    if (directory != nullptr) {
-        closedir(directory);
+    for (auto const& entry : std::filesystem::directory_iterator(path)) {
+        count += entry.path().filename().string().find(piece) != std::string::npos ? 1 : 0;
     }
     return count;
 }

@@ -19,12 +19,16 @@ public:
     LogCapture() : _level(Ubrix::CurrentLogger()->GetLevel()) {
         {
             // Threads of an earlier capture may still be in the callback.
-            std::lock_guard<std::mutex> lock(Guard());
-            Lines().clear();
+            std::lock_guard<std::mutex> lock(All().mutex);
+            All().lines.clear();
         }
         Ubrix::SetUbrixLogLevel(Ubrix::ALogPriorityDebug);
         Ubrix::SetConsoleOutput(false);
-        Ubrix::SetUbrixLogCallback(Take);
+        Ubrix::SetUbrixLogCallback([](Ubrix::ALogPriority, char const* line) {
+            std::lock_guard<std::mutex> lock(All().mutex);
+            All().lines.emplace_back(line);
+            All().came.notify_all();
+        });
     }
     ~LogCapture() {
         Ubrix::SetUbrixLogCallback(nullptr);
@@ -36,55 +40,44 @@ public:
 
     // How many lines hold `level` as their level and end in `message`.
     int Count(std::string const& level, std::string const& message) const {
-        std::lock_guard<std::mutex> lock(Guard());
-        int count = 0;
-        for (std::string const& line : Lines()) {
-            bool const ends = line.size() >= message.size() &&
-                              line.compare(line.size() - message.size(), message.size(), message) == 0;
-            count += ends && line.find("] | " + level + " | [") != std::string::npos ? 1 : 0;
-        }
-        return count;
+        std::lock_guard<std::mutex> lock(All().mutex);
+        return CountLocked(level, message);
     }
     bool Has(std::string const& level, std::string const& message) const { return Count(level, message) > 0; }
     // Waits until a line of `level` that ends in `message` has come. False after ten seconds.
     bool Await(std::string const& level, std::string const& message) const {
-        auto const limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (!Has(level, message)) {
-            std::unique_lock<std::mutex> lock(Guard());
-            if (Came().wait_until(lock, limit) == std::cv_status::timeout) {
-                lock.unlock();
-                return Has(level, message);
-            }
-        }
-        return true;
+        std::unique_lock<std::mutex> lock(All().mutex);
+        return All().came.wait_for(lock, std::chrono::seconds(10),
+                                   [&] { return CountLocked(level, message) > 0; });
     }
     // All lines, for a failed test's message.
     std::string Text() const {
-        std::lock_guard<std::mutex> lock(Guard());
+        std::lock_guard<std::mutex> lock(All().mutex);
         std::string text;
-        for (std::string const& line : Lines()) {
+        for (std::string const& line : All().lines) {
             text += line + "\n";
         }
         return text;
     }
 
 private:
-    static std::mutex& Guard() {
-        static std::mutex guard;
-        return guard;
+    struct Shared {
+        std::mutex mutex;
+        std::condition_variable came;
+        std::vector<std::string> lines;
+    };
+    static Shared& All() {
+        static Shared all;
+        return all;
     }
-    static std::vector<std::string>& Lines() {
-        static std::vector<std::string> lines;
-        return lines;
-    }
-    static void Take(Ubrix::ALogPriority, char const* line) {
-        std::lock_guard<std::mutex> lock(Guard());
-        Lines().emplace_back(line);
-        Came().notify_all();
-    }
-    static std::condition_variable& Came() {
-        static std::condition_variable came;
-        return came;
+    static int CountLocked(std::string const& level, std::string const& message) {
+        int count = 0;
+        for (std::string const& line : All().lines) {
+            bool const ends = line.size() >= message.size() &&
+                              line.compare(line.size() - message.size(), message.size(), message) == 0;
+            count += ends && line.find("] | " + level + " | [") != std::string::npos ? 1 : 0;
+        }
+        return count;
     }
 
     Ubrix::ALogPriority _level;

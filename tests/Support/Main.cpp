@@ -1,25 +1,13 @@
 // Entry of the unit tests. Each process works in an empty directory of its own, so that no test sees
 // another's files.
-#include <dirent.h>
-#include <ftw.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
-#include <string>
+#include <filesystem>
 
 namespace {
-
-std::string g_scratch;
-
-int RemoveEntry(char const* path, struct stat const*, int, struct FTW*) {
-    return std::remove(path);
-}
-
-void RemoveScratch() {
-    nftw(g_scratch.c_str(), RemoveEntry, 16, FTW_DEPTH | FTW_PHYS);
-}
 
 // Runs before the library's load steps, which take the working directory as the application's.
 __attribute__((constructor(101))) void EnterScratchDirectory() {
@@ -40,11 +28,10 @@ int main(int argc, char** argv) {
     char executable[] = "/proc/self/exe";
     argv[0] = executable;
     testing::InitGoogleTest(&argc, argv);
-    char path[512];
-    if (getcwd(path, sizeof path) == nullptr) {
-        return 2;
-    }
-    g_scratch = path;
-    std::atexit(RemoveScratch);
+    static std::filesystem::path const scratch = std::filesystem::current_path();
+    std::atexit([] {
+        std::error_code ignored;
+        std::filesystem::remove_all(scratch, ignored);
+    });
     return RUN_ALL_TESTS();
 }

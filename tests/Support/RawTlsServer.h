@@ -1,14 +1,22 @@
 // A server for what no well-behaved one does: it hands each connection to the test, byte by byte.
 #pragma once
 
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
 #include <openssl/ssl.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
-#include <atomic>
+#include <cerrno>
+#include <csignal>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "ConfigServer/CertificateAuthority.h"
 
@@ -18,64 +26,143 @@ namespace Test {
 // connection ends without a word of TLS.
 class RawConnection {
 public:
-    RawConnection(int socket, SSL_CTX* context);
-    RawConnection(RawConnection const&) = delete;
-    RawConnection& operator=(RawConnection const&) = delete;
+    RawConnection(int socket, SSL_CTX* context) : _socket(socket), _session(SSL_new(context), SSL_free) {
+        timeval const patience{10, 0};
+        setsockopt(_socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+        setsockopt(_socket, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
+        SSL_set_fd(_session.get(), _socket);
+    }
 
-    bool Handshake();
+    bool Handshake() { return SSL_accept(_session.get()) == 1; }
 
     // The request's head through its empty line, over TLS. Shorter if the client ends first.
-    std::string ReadHead();
-    bool Send(std::string const& bytes);
-
-    // The same below TLS: what stands on the wire.
-    std::string ReadPlain(size_t atMost);
-    bool SendPlain(std::string const& bytes);
-
-    // Ends the TLS session in due form.
-    void Finish();
+    std::string ReadHead() {
+        std::string head;
+        char byte = 0;
+        while (head.find("\r\n\r\n", head.size() < 4 ? 0 : head.size() - 4) == std::string::npos &&
+               SSL_read(_session.get(), &byte, 1) == 1) {
+            head += byte;
+        }
+        return head;
+    }
+    void Send(std::string const& bytes) {
+        size_t written = 0;
+        SSL_write_ex(_session.get(), bytes.data(), bytes.size(), &written);
+    }
+    // The same below TLS.
+    void SendPlain(std::string const& bytes) { send(_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL); }
 
     // From here on the connection ends with a reset.
-    void Reset();
-
-    // Waits until the client goes away or the server stops.
-    void HoldOpen();
+    void Reset() {
+        linger const atOnce{1, 0};
+        setsockopt(_socket, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+    }
+    // Waits until the client goes away or the server stops. At most a minute.
+    void HoldOpen() {
+        pollfd waiting{_socket, POLLRDHUP, 0};
+        poll(&waiting, 1, 60000);
+    }
 
 private:
     int _socket;
     std::unique_ptr<SSL, void (*)(SSL*)> _session;
 };
 
+// A socket bound to a free port of 127.0.0.1.
+struct BoundSocket {
+    BoundSocket() {
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        EXPECT_EQ(bind(socket, general, length), 0);
+        EXPECT_EQ(getsockname(socket, general, &length), 0);
+    }
+    std::string Address() const { return "127.0.0.1:" + std::to_string(ntohs(address.sin_port)); }
+
+    int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    sockaddr* general = reinterpret_cast<sockaddr*>(&address);
+    socklen_t length = sizeof address;
+};
+
 class RawTlsServer {
 public:
     using Conversation = std::function<void(RawConnection&)>;
 
-    // Listens on a free port of 127.0.0.1 and runs `conversation` for each connection, one after the other,
-    // on a thread of its own. Throws std::runtime_error if it can't.
-    RawTlsServer(Example::ServerIdentity const& identity, Conversation conversation);
-    ~RawTlsServer();
-    RawTlsServer(RawTlsServer const&) = delete;
-    RawTlsServer& operator=(RawTlsServer const&) = delete;
-
-    std::string Address() const;
-
-    // Connections accepted so far.
-    int Accepted() const { return _accepted; }
+    // Listens on a free port and runs `conversation` for each connection, one after the other, on a thread of
+    // its own.
+    RawTlsServer(Example::ServerIdentity const& identity, Conversation conversation)
+        : _context(SSL_CTX_new(TLS_server_method()), SSL_CTX_free), _conversation(std::move(conversation)) {
+        EXPECT_EQ(SSL_CTX_use_certificate(_context.get(), identity.certificate.get()), 1);
+        EXPECT_EQ(SSL_CTX_use_PrivateKey(_context.get(), identity.key.get()), 1);
+        EXPECT_EQ(listen(_listener.socket, 16), 0);
+        _thread = std::thread([this] { Serve(); });
+    }
+    ~RawTlsServer() {
+        {
+            std::lock_guard<std::mutex> const lock(_mutex);
+            _stopping = true;
+            shutdown(_listener.socket, SHUT_RDWR);
+            shutdown(_current, SHUT_RDWR);
+        }
+        _thread.join();
+        close(_listener.socket);
+    }
+    std::string Address() const { return _listener.Address(); }
 
     // Reads one request, sends `bytes` whatever they are, and breaks the connection.
-    static Conversation SayAndBreak(std::string bytes);
-
-    // A port of 127.0.0.1 at which nobody listens.
-    static int ClosedPort();
+    static Conversation SayAndBreak(std::string const& bytes) {
+        return [bytes](RawConnection& connection) {
+            if (connection.Handshake()) {
+                connection.ReadHead();
+                connection.Send(bytes);
+            }
+        };
+    }
+    // A port at which nobody listens.
+    static std::string ClosedAddress() {
+        BoundSocket const bound;
+        close(bound.socket);
+        return bound.Address();
+    }
+    // A port that takes no more connections until the process ends: its queue is full and nobody accepts.
+    static std::string FullAddress() {
+        BoundSocket const bound;
+        EXPECT_EQ(listen(bound.socket, 0), 0);
+        for (int i = 0; i < 4; ++i) {
+            int const client = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+            EXPECT_TRUE(connect(client, bound.general, bound.length) == 0 || errno == EINPROGRESS);
+        }
+        return bound.Address();
+    }
 
 private:
-    void Serve();
+    void Serve() {
+        // A write to a connection that the client closed must not end the process.
+        sigset_t set;
+        sigemptyset(&set);
+        sigaddset(&set, SIGPIPE);
+        pthread_sigmask(SIG_BLOCK, &set, nullptr);
+        while (Accept()) {
+            RawConnection connection(_current, _context.get());
+            _conversation(connection);
+            std::lock_guard<std::mutex> const lock(_mutex);
+            close(std::exchange(_current, -1));
+        }
+    }
+    bool Accept() {
+        int const socket = accept4(_listener.socket, nullptr, nullptr, SOCK_CLOEXEC);
+        std::lock_guard<std::mutex> const lock(_mutex);
+        if (_stopping) {
+            close(socket);
+            return false;
+        }
+        _current = socket;
+        return socket >= 0;
+    }
 
+    BoundSocket _listener;
     std::unique_ptr<SSL_CTX, void (*)(SSL_CTX*)> _context;
     Conversation _conversation;
-    int _listener = -1;
-    int _port = 0;
-    std::atomic<int> _accepted{0};
     std::mutex _mutex;  // guards _current and _stopping
     int _current = -1;
     bool _stopping = false;

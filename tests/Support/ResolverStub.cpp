@@ -28,21 +28,18 @@ bool EndsWith(std::string const& name, std::string const& end) {
     return name.size() >= end.size() && name.compare(name.size() - end.size(), end.size(), end) == 0;
 }
 
-void Note(std::string const& name) {
-    Stub& stub = TheStub();
-    std::lock_guard<std::mutex> const lock(stub.mutex);
-    stub.latest = name;
-}
-
-void Stall() {
+void Look(std::string const& name) {
     Stub& stub = TheStub();
     std::unique_lock<std::mutex> lock(stub.mutex);
-    int const before = stub.releases;
-    ++stub.stalled;
-    stub.changed.notify_all();
-    stub.changed.wait_for(lock, std::chrono::seconds(30), [&] { return stub.releases != before; });
-    --stub.stalled;
-    stub.changed.notify_all();
+    stub.latest = name;
+    if (EndsWith(name, ".stalled")) {
+        int const before = stub.releases;
+        ++stub.stalled;
+        stub.changed.notify_all();
+        stub.changed.wait_for(lock, std::chrono::seconds(30), [&] { return stub.releases != before; });
+        --stub.stalled;
+        stub.changed.notify_all();
+    }
 }
 
 }  // namespace
@@ -73,12 +70,8 @@ void ResolverStub::Release() {
 extern "C" __attribute__((visibility("default"))) int getaddrinfo(char const* name, char const* service,
                                                                   addrinfo const* hints, addrinfo** result) {
     std::string const text = name != nullptr ? name : "";
-    bool const isStalled = Test::EndsWith(text, ".stalled");
-    if (isStalled || Test::EndsWith(text, ".unresolved")) {
-        Test::Note(text);
-        if (isStalled) {
-            Test::Stall();
-        }
+    if (Test::EndsWith(text, ".stalled") || Test::EndsWith(text, ".unresolved")) {
+        Test::Look(text);
         return EAI_NONAME;
     }
     using Function = int (*)(char const*, char const*, addrinfo const*, addrinfo**);

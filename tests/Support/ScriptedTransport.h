@@ -16,8 +16,6 @@ namespace Test {
 
 class ScriptedTransport : public Ubrix::IHttpTransport {
 public:
-    static constexpr std::chrono::seconds kLimit{10};
-
     // Puts a new one in force. Never destroyed: workers may be on their way out of it.
     static ScriptedTransport& Install() {
         static auto* const all = new std::deque<ScriptedTransport>;
@@ -38,58 +36,37 @@ public:
     }
     // Waits until `count` requests have come in all. False after ten seconds.
     bool AwaitRequests(std::size_t count) {
-        std::unique_lock<std::mutex> lock(_mutex);
-        return _changed.wait_for(lock, kLimit, [&] { return _seen.size() >= count; });
+        return Await([&] { return _seen.size() >= count; });
+    }
+    // Waits until no request is under way. False after ten seconds.
+    bool AwaitQuiet() {
+        return Await([&] { return _underWay == 0; });
     }
     // Host and path of each request so far.
     std::vector<std::string> Seen() {
         std::lock_guard<std::mutex> lock(_mutex);
         return _seen;
     }
-
     // The latest request: method, host, port and path, its header lines, its body, each behind a line feed.
     std::string Latest() {
         std::lock_guard<std::mutex> lock(_mutex);
         return _latest;
     }
-    // Waits until no request is under way. False after ten seconds.
-    bool AwaitQuiet() {
-        std::unique_lock<std::mutex> lock(_mutex);
-        return _changed.wait_for(lock, kLimit, [&] { return _underWay == 0; });
-    }
 
     int Perform(Ubrix::HttpRequest const& request, Ubrix::IHttpExchange& exchange) override {
-        Note(request);
-        int const result = Follow(request, exchange);
-        std::lock_guard<std::mutex> lock(_mutex);
-        --_underWay;
-        _changed.notify_all();
-        return result;
-    }
-
-private:
-    void Note(Ubrix::HttpRequest const& request) {
-        std::lock_guard<std::mutex> lock(_mutex);
-        ++_underWay;
-        _latest = std::string(request.method) + " " + request.host + ":" + std::to_string(request.port) +
-                  request.path;
-        for (std::size_t i = 0; i < request.headerCount; ++i) {
-            _latest += std::string("\n") + request.headers[i];
-        }
-        _latest += "\n" + std::string(static_cast<char const*>(request.body), request.bodyLength);
-    }
-    int Follow(Ubrix::HttpRequest const& request, Ubrix::IHttpExchange& exchange) {
-        Step const step = Take(std::string(request.host) + request.path);
-        if (step.held && !AwaitRelease(exchange)) {
-            return Ubrix::HttpErrorCancelled;
-        }
-        if (step.error == 0) {
+        Step const step = Begin(request);
+        bool const isAnswered = !step.held || AwaitRelease(exchange);
+        if (isAnswered && step.error == 0) {
             exchange.SetStatus(step.status);
             exchange.AppendBody(step.body.data(), step.body.size());
         }
-        return step.error;
+        std::lock_guard<std::mutex> lock(_mutex);
+        --_underWay;
+        _changed.notify_all();
+        return isAnswered ? step.error : Ubrix::HttpErrorCancelled;
     }
 
+private:
     struct Step {
         int error;
         int status;
@@ -97,25 +74,38 @@ private:
         bool held;
     };
 
-    void Push(Step step) {
+    void Push(Step const& step) {
         std::lock_guard<std::mutex> lock(_mutex);
-        _steps.push_back(std::move(step));
+        _steps.push_back(step);
     }
-    Step Take(std::string const& seen) {
+    template <typename Condition>
+    bool Await(Condition const& condition) {
+        std::unique_lock<std::mutex> lock(_mutex);
+        return _changed.wait_for(lock, std::chrono::seconds(10), condition);
+    }
+    // Writes the request down and takes the next answer.
+    Step Begin(Ubrix::HttpRequest const& request) {
         std::lock_guard<std::mutex> lock(_mutex);
-        _seen.push_back(seen);
-        _changed.notify_all();
-        if (_steps.empty()) {
-            return {Ubrix::HttpErrorCannotConnect, 0, "", false};
+        std::string const port = ":" + std::to_string(request.port);
+        _latest = std::string(request.method) + " " + request.host + port + request.path;
+        for (std::size_t i = 0; i < request.headerCount; ++i) {
+            _latest += std::string("\n") + request.headers[i];
         }
-        Step step = _steps.front();
-        _steps.pop_front();
+        _latest += "\n" + std::string(static_cast<char const*>(request.body), request.bodyLength);
+        _seen.push_back(std::string(request.host) + request.path);
+        ++_underWay;
+        _changed.notify_all();
+        Step step{Ubrix::HttpErrorCannotConnect, 0, "", false};
+        if (!_steps.empty()) {
+            step = _steps.front();
+            _steps.pop_front();
+        }
         return step;
     }
+    // False if the request is cancelled. A request that is held for ten seconds goes on.
     bool AwaitRelease(Ubrix::IHttpExchange& exchange) {
         std::unique_lock<std::mutex> lock(_mutex);
-        auto const limit = std::chrono::steady_clock::now() + kLimit;
-        while (_released == 0 && std::chrono::steady_clock::now() < limit) {
+        for (int looks = 0; _released == 0 && looks < 500; ++looks) {
             if (exchange.IsCancelled()) {
                 return false;
             }

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <list>
+#include <map>
 #include <mutex>
 #include <vector>
 
@@ -30,25 +31,15 @@ public:
         return _now;
     }
     void WaitUntil(Ubrix::Platform::Event& event, long long moment) const override {
-        auto waiter = _waiters.end();
-        {
-            std::lock_guard<std::mutex> lock(_mutex);
-            waiter = _waiters.insert(_waiters.end(), Waiter{&event, moment, false});
-            Wake();
-            _changed.notify_all();
-        }
+        Change([&] { _waiters[&event] = moment; });
         event.Wait();
-        std::lock_guard<std::mutex> lock(_mutex);
-        _waiters.erase(waiter);
-        _changed.notify_all();
+        Change([&] { _waiters.erase(&event); });
     }
 
     // Milliseconds since the start.
     long long Elapsed() const { return MonotonicMilliseconds() - kStart; }
     void Advance(long long milliseconds) {
-        std::lock_guard<std::mutex> lock(_mutex);
-        _now += milliseconds;
-        Wake();
+        Change([&] { _now += milliseconds; });
     }
     // Waits until those who wait do so for exactly these moments since the start (kNever as it is), in rising
     // order. False after ten seconds.
@@ -58,25 +49,24 @@ public:
     }
 
 private:
-    struct Waiter {
-        Ubrix::Platform::Event* event;
-        long long moment;
-        bool woken;
-    };
-    void Wake() const {
-        for (Waiter& waiter : _waiters) {
-            if (!waiter.woken && waiter.moment <= _now) {
-                waiter.woken = true;
-                waiter.event->Set();
+    // Changes the time or the waiters, and wakes those whose moment has come.
+    template <typename Work>
+    void Change(Work const& work) const {
+        std::lock_guard<std::mutex> lock(_mutex);
+        work();
+        for (auto waiter = _waiters.begin(); waiter != _waiters.end();) {
+            bool const isDue = waiter->second <= _now;
+            if (isDue) {
+                waiter->first->Set();
             }
+            waiter = isDue ? _waiters.erase(waiter) : std::next(waiter);
         }
+        _changed.notify_all();
     }
     std::vector<long long> Moments() const {
         std::vector<long long> moments;
-        for (Waiter const& waiter : _waiters) {
-            if (!waiter.woken) {
-                moments.push_back(waiter.moment == kNever ? kNever : waiter.moment - kStart);
-            }
+        for (auto const& waiter : _waiters) {
+            moments.push_back(waiter.second == kNever ? kNever : waiter.second - kStart);
         }
         std::sort(moments.begin(), moments.end());
         return moments;
@@ -84,7 +74,7 @@ private:
 
     mutable std::mutex _mutex;
     mutable std::condition_variable _changed;
-    mutable std::list<Waiter> _waiters;
+    mutable std::map<Ubrix::Platform::Event*, long long> _waiters;
     long long _now = kStart;
 };
 

@@ -7,6 +7,8 @@
 
 #include "Base/Configure/ReportKeeper.h"
 #include "Storage/Bundle/BundleFactoryLoad.h"
+#include "Storage/Log/autobuffer.h"
+#include "Storage/Log/ptrbuffer.h"
 #include "System/WWW/Task/WWWTaskBase.h"
 
 namespace Ubrix {
@@ -20,12 +22,17 @@ public:
         // The logger asks the configuration for its level, which opens its cache.
         _initializer = new UbrixInitializer("Velmor");
         CreateBundleFactory();
+        _blockBuffer = new AutoBuffer(AutoBuffer::kUnit);
+        _blockMemory = new PtrBuffer;
         WWWTaskBase::CreateRegistry();
     }
 
 private:
     // Never deleted: what it started lasts as long as the process.
     UbrixInitializer* _initializer;
+    // The block log's empty buffers. Nothing writes to them.
+    AutoBuffer* _blockBuffer;
+    PtrBuffer* _blockMemory;
 };
 
 LoadSteps const g_loadSteps;

@@ -30,10 +30,23 @@ void WriteWord(unsigned char* bytes, std::uint32_t word) {
     }
 }
 
+std::uint32_t ReadLittleWord(unsigned char const* bytes) {
+    return static_cast<std::uint32_t>(bytes[3]) << 24 | static_cast<std::uint32_t>(bytes[2]) << 16 |
+           static_cast<std::uint32_t>(bytes[1]) << 8 | bytes[0];
+}
+
+void WriteLittleWord(unsigned char* bytes, std::uint32_t word) {
+    for (int i = 0; i < 4; ++i) {
+        bytes[i] = static_cast<unsigned char>(word >> (8 * i));
+    }
+}
+
 struct Key {
-    explicit Key(void const* bytes) {
+    using Reader = std::uint32_t (*)(unsigned char const*);
+
+    explicit Key(void const* bytes, Reader read = ReadWord) {
         for (std::size_t i = 0; i < 4; ++i) {
-            word[i] = ReadWord(static_cast<unsigned char const*>(bytes) + 4 * i);
+            word[i] = read(static_cast<unsigned char const*>(bytes) + 4 * i);
         }
     }
     std::uint32_t word[4];
@@ -129,6 +142,17 @@ void TeaEncryptBlock(void const* in, void const* key, void* out) {
 void TeaDecryptBlock(void const* in, void const* key, void* out) {
     Decrypt(Block::Read(static_cast<unsigned char const*>(in)), Key(key))
         .Write(static_cast<unsigned char*>(out));
+}
+
+void TeaEncryptLittleEndian(void const* in, std::size_t blockCount, void const* key, void* out) {
+    Key const words(key, ReadLittleWord);
+    auto const* next = static_cast<unsigned char const*>(in);
+    auto* to = static_cast<unsigned char*>(out);
+    for (; blockCount > 0; --blockCount, next += kBlock, to += kBlock) {
+        Block const block = Encrypt({ReadLittleWord(next), ReadLittleWord(next + 4)}, words);
+        WriteLittleWord(to, block.y);
+        WriteLittleWord(to + 4, block.z);
+    }
 }
 
 int zk_symmetry_encrypt2_length(int plainLength) {

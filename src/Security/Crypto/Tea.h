@@ -1,9 +1,12 @@
-// The TEA block cipher in 16 rounds with big-endian words, and the padded, doubly chained mode that stored
-// files use. Keys are 16 bytes, blocks 8. All functions are thread-safe; no argument may be null unless said.
+// The TEA block cipher in 16 rounds, and the padded, doubly chained mode that stored files use. Words are
+// big-endian, but for the one function of the block log. Keys are 16 bytes, blocks 8. All functions are
+// thread-safe; no argument may be null unless said.
 //
 // The mode hides content from casual reading. It is no authenticated encryption: its only integrity test is a
 // tail of seven zero bytes.
 #pragma once
+
+#include <cstddef>
 
 namespace Ubrix {
 
@@ -15,6 +18,13 @@ void TeaEncryptBlock(void const* in, void const* key, void* out);
 
 // The inverse of TeaEncryptBlock, with the same arguments.
 void TeaDecryptBlock(void const* in, void const* key, void* out);
+
+// Enciphers blocks with the same rounds, but with little-endian words in block and key, each block by itself.
+// In:  in:         8 * blockCount bytes
+//      blockCount: may be 0
+//      key:        16 bytes, four little-endian words
+// Out: out:        8 * blockCount bytes; may be the same memory as in
+void TeaEncryptLittleEndian(void const* in, std::size_t blockCount, void const* key, void* out);
 
 // Returns: the enciphered size in bytes of plainLength bytes: the least multiple of 8 that is at least
 //          plainLength + 10. 0 if plainLength is negative or the size would not fit an int.

@@ -58,17 +58,16 @@ char const* EncryptedIniFileImpl::EntryName() const {
 
 std::string EncryptedIniFileImpl::JoinedLines() const {
     std::size_t size = 0;
-    for (std::string const& line : _lines.All()) {
-        size += line.size() + 1;
-    }
+    _lines.ForEach([&](std::string const& line) { size += line.size() + 1; });
     // Room for all at once: growing would leave unwiped copies behind.
     std::string text;
     text.reserve(size);
-    for (std::string const& line : _lines.All()) {
-        if (&line != &_lines.All().front()) {
-            text += '\n';
-        }
+    _lines.ForEach([&](std::string const& line) {
         text += line;
+        text += '\n';
+    });
+    if (!text.empty()) {
+        text.pop_back();
     }
     return text;
 }

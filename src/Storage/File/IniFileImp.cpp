@@ -111,10 +111,10 @@ bool CIniFileImpl::SaveChecked() {
     Platform::ScopedLock lock(_lock);
     FileReplacement replacement(_path);
     std::string_view const lineEnd = Platform::kLineEnd;
-    for (std::string const& line : _lines.All()) {
+    _lines.ForEach([&](std::string const& line) {
         replacement.Write(line.data(), line.size());
         replacement.Write(lineEnd.data(), lineEnd.size());
-    }
+    });
     return replacement.Finish() && replacement.Commit();
 }
 

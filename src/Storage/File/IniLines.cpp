@@ -1,8 +1,15 @@
 #include "Storage/File/IniLines.h"
 
+#include <iterator>
+#include <tuple>
+#include <utility>
+
 namespace Ubrix {
 
 namespace {
+
+// Between the orders of neighbours at the end of the file. There is room for 2^36 blocks appended in turn.
+constexpr std::uint64_t kOrderStep = std::uint64_t{1} << 28;
 
 std::string_view Trim(std::string_view text) {
     std::size_t const first = text.find_first_not_of(' ');
@@ -16,29 +23,10 @@ bool BeginsWith(std::string_view text, std::string_view prefix) {
     return text.substr(0, prefix.size()) == prefix;
 }
 
-bool EndsSection(std::string_view line) {
-    return BeginsWith(line, "[");
-}
-
-bool IsHeaderOf(std::string_view line, std::string_view section) {
-    if (!EndsSection(line)) {
-        return false;
-    }
-    std::size_t const close = line.find(']');
-    return close != std::string_view::npos && Trim(line.substr(1, close - 1)) == section;
-}
-
-// The place of the "=" if `line` is the key's line.
-std::size_t KeyLineEquals(std::string_view line, std::string_view key) {
-    std::size_t const place = line.find(key);
-    if (place == std::string_view::npos) {
-        return place;
-    }
-    std::size_t const equals = line.find('=', place);
-    if (equals == std::string_view::npos || Trim(line.substr(0, equals)) != key) {
-        return std::string_view::npos;
-    }
-    return equals;
+// A long text that is compared with itself takes no time.
+int CompareTexts(std::string_view left, std::string_view right) {
+    bool const same = left.data() == right.data() && left.size() == right.size();
+    return same ? 0 : left.compare(right);
 }
 
 std::string KeyLine(std::string_view key, std::string_view value) {
@@ -50,51 +38,127 @@ std::string KeyLine(std::string_view key, std::string_view value) {
 
 }  // namespace
 
-std::size_t IniLines::FindHeader(std::string_view section, std::size_t from) const {
-    for (std::size_t i = from; i < _lines.size(); ++i) {
-        if (IsHeaderOf(_lines[i], section)) {
-            return i;
-        }
+IniLines::Line::Line(std::string content) : text(std::move(content)) {
+    std::size_t const equals = text.find('=');
+    if (equals != std::string::npos) {
+        std::string_view const key = Trim(std::string_view(text).substr(0, equals));
+        keyBegin = key.empty() ? 0 : static_cast<std::size_t>(key.data() - text.data());
+        keySize = key.size();
     }
-    return kNone;
 }
 
-std::size_t IniLines::EndOfSection(std::size_t header) const {
-    std::size_t end = header + 1;
-    while (end < _lines.size() && !EndsSection(_lines[end])) {
-        ++end;
-    }
-    return end;
+IniLines::Names IniLines::NamesAt(Place const& place) {
+    Block const& block = *place.block;
+    bool const isKey = place.line > 0;
+    return {block.section, isKey, isKey ? block.lines[place.line].Key() : std::string_view()};
 }
 
-std::size_t IniLines::FindKey(std::size_t header, std::string_view key) const {
-    for (std::size_t i = header + 1; i < _lines.size() && !EndsSection(_lines[i]); ++i) {
-        if (KeyLineEquals(_lines[i], key) != std::string_view::npos) {
-            return i;
-        }
+int IniLines::Compare(Names const& left, Names const& right) {
+    int const sections = CompareTexts(left.section, right.section);
+    if (sections != 0) {
+        return sections;
     }
-    return kNone;
+    return left.isKey == right.isKey ? CompareTexts(left.key, right.key) : left.isKey - right.isKey;
 }
 
-std::size_t IniLines::FindKeyAnywhere(std::string_view section, std::string_view key) const {
-    std::size_t header = FindHeader(section, 0);
-    while (header != kNone) {
-        std::size_t const line = FindKey(header, key);
-        if (line != kNone) {
-            return line;
-        }
-        header = FindHeader(section, header + 1);
+bool IniLines::IsIndexed(Place const& place) {
+    Block const& block = *place.block;
+    return block.hasHeader && (place.line == 0 || block.lines[place.line].HasKey());
+}
+
+bool IniLines::IndexOrder::operator()(Place const& left, Names const& right) const {
+    return Compare(NamesAt(left), right) < 0;
+}
+
+bool IniLines::IndexOrder::operator()(Place const& left, Place const& right) const {
+    int const names = Compare(NamesAt(left), NamesAt(right));
+    if (names != 0) {
+        return names < 0;
     }
-    return kNone;
+    return std::tie(left.block->order, left.line) < std::tie(right.block->order, right.line);
+}
+
+IniLines::Place const* IniLines::Find(Names const& names) const {
+    auto const found = _index.lower_bound(names);
+    return found != _index.end() && Compare(NamesAt(*found), names) == 0 ? &*found : nullptr;
+}
+
+void IniLines::Index(Blocks::iterator block, std::size_t from) {
+    for (Place place{block, from}; place.line < block->lines.size(); ++place.line) {
+        if (IsIndexed(place)) {
+            _index.insert(place);
+        }
+    }
+}
+
+void IniLines::Unindex(Blocks::iterator block, std::size_t from) {
+    for (Place place{block, from}; place.line < block->lines.size(); ++place.line) {
+        if (IsIndexed(place)) {
+            _index.erase(place);
+        }
+    }
+}
+
+// Where the neighbours leave no room, blocks behind are spread out, as many as it takes to find a gap wider
+// than the square of their number: O(log n) for each new block in the long run (Dietz and Sleator, "Two
+// algorithms for maintaining order in a list", 1987).
+void IniLines::Number(Blocks::iterator block) {
+    std::uint64_t const before = std::prev(block)->order;
+    std::uint64_t count = 1;
+    auto after = std::next(block);
+    while (after != _blocks.end() && after->order - before <= count * count) {
+        ++after;
+        ++count;
+    }
+    std::uint64_t const step = after == _blocks.end() ? kOrderStep : (after->order - before) / (count + 1);
+    std::uint64_t order = before;
+    for (; block != after; ++block) {
+        order += step;
+        block->order = order;
+    }
+}
+
+IniLines::Blocks::iterator IniLines::Add(Blocks::iterator block, Line line) {
+    if (BeginsWith(line.text, "[")) {
+        block = _blocks.emplace(std::next(block));
+        Number(block);
+        std::size_t const close = line.text.find(']');
+        block->hasHeader = close != std::string::npos;
+        if (block->hasHeader) {
+            block->section = Trim(std::string_view(line.text).substr(1, close - 1));
+        }
+    }
+    block->lines.push_back(std::move(line));
+    Index(block, block->lines.size() - 1);
+    return block;
+}
+
+void IniLines::AddToSection(Blocks::iterator block, Line line) {
+    if (std::next(block) == _blocks.end() || block->lines.size() == 1) {
+        Add(block, std::move(line));
+        return;
+    }
+    // In front of the section's last line: where edits made the section, that is the empty line which
+    // separates it from the next.
+    Unindex(block, block->lines.size() - 1);
+    Line last = std::move(block->lines.back());
+    block->lines.pop_back();
+    Add(Add(block, std::move(line)), std::move(last));
+}
+
+void IniLines::Clear() {
+    _index.clear();
+    _blocks.clear();
+    _blocks.emplace_back();
 }
 
 IniLines::Lookup IniLines::Read(std::string_view section, std::string_view key, std::string& value) const {
-    std::size_t const found = FindKeyAnywhere(section, key);
-    if (found == kNone) {
+    Place const* const found = FindKey(section, key);
+    if (found == nullptr) {
         return Lookup::Absent;
     }
-    std::string_view const line = _lines[found];
-    std::size_t const behind = KeyLineEquals(line, key) + 1;
+    std::string_view const line = found->block->lines[found->line].text;
+    std::size_t const behind = line.find('=') + 1;
     if (behind == line.size()) {
         return Lookup::Absent;
     }
@@ -104,80 +168,78 @@ IniLines::Lookup IniLines::Read(std::string_view section, std::string_view key, 
 }
 
 void IniLines::Write(std::string_view section, std::string_view key, std::string_view value) {
-    std::size_t const header = FindHeader(section, 0);
-    if (header == kNone) {
+    Place const* const header = FindHeader(section);
+    if (header == nullptr) {
         std::string head("[");
         head += section;
         head += ']';
-        _lines.emplace_back();
-        _lines.push_back(std::move(head));
-        _lines.push_back(KeyLine(key, value));
+        Append("");
+        Append(head);
+        Append(KeyLine(key, value));
         return;
     }
-    std::size_t const found = FindKey(header, key);
-    if (found != kNone) {
-        std::string& line = _lines[found];
-        std::size_t const behind = KeyLineEquals(line, key) + 1;
-        std::size_t const comment = line.find('#', behind);
-        line.replace(behind, comment == std::string::npos ? comment : comment - behind, value);
+    Place const* const found = FindKey(section, key);
+    if (found == nullptr || found->block != header->block) {
+        AddToSection(header->block, Line(KeyLine(key, value)));
         return;
     }
-    std::size_t place = EndOfSection(header);
-    // In front of the section's last line: where edits made the section, that is the empty line which
-    // separates it from the next.
-    if (place < _lines.size() && place > header + 1) {
-        --place;
-    }
-    _lines.insert(_lines.begin() + static_cast<std::ptrdiff_t>(place), KeyLine(key, value));
+    std::string& line = found->block->lines[found->line].text;
+    std::size_t const behind = line.find('=') + 1;
+    std::size_t const comment = line.find('#', behind);
+    line.replace(behind, comment == std::string::npos ? comment : comment - behind, value);
 }
 
 std::vector<std::string> IniLines::Keys(std::string_view section) const {
     std::vector<std::string> keys;
-    std::size_t const header = FindHeader(section, 0);
-    if (header == kNone) {
+    Place const* const header = FindHeader(section);
+    if (header == nullptr) {
         return keys;
     }
-    std::size_t const end = EndOfSection(header);
-    for (std::size_t i = header + 1; i < end; ++i) {
-        std::string_view const line = _lines[i];
-        std::size_t const equals = line.find('=');
-        if (equals != std::string_view::npos) {
-            keys.emplace_back(Trim(line.substr(0, equals)));
+    Place place = *header;
+    for (++place.line; place.line < place.block->lines.size(); ++place.line) {
+        if (IsIndexed(place)) {
+            keys.emplace_back(NamesAt(place).key);
         }
     }
     return keys;
 }
 
 bool IniLines::HasLineWithPrefix(std::string_view section, std::string_view key) const {
-    std::size_t const header = FindHeader(section, 0);
-    if (header == kNone) {
+    Place const* const header = FindHeader(section);
+    if (header == nullptr) {
         return false;
     }
-    for (std::size_t i = header + 1; i < _lines.size(); ++i) {
-        if (BeginsWith(_lines[i], key)) {
-            return true;
+    std::size_t line = 1;
+    for (Blocks::const_iterator block = header->block; block != _blocks.end(); ++block, line = 0) {
+        for (; line < block->lines.size(); ++line) {
+            if (BeginsWith(block->lines[line].text, key)) {
+                return true;
+            }
         }
     }
     return false;
 }
 
 bool IniLines::RemoveSection(std::string_view section) {
-    std::size_t const header = FindHeader(section, 0);
-    if (header == kNone) {
+    Place const* const header = FindHeader(section);
+    if (header == nullptr) {
         return false;
     }
-    auto const begin = _lines.begin();
-    _lines.erase(begin + static_cast<std::ptrdiff_t>(header),
-                 begin + static_cast<std::ptrdiff_t>(EndOfSection(header)));
+    Blocks::iterator const block = header->block;
+    Unindex(block, 0);
+    _blocks.erase(block);
     return true;
 }
 
 bool IniLines::RemoveKey(std::string_view section, std::string_view key) {
-    std::size_t const found = FindKeyAnywhere(section, key);
-    if (found == kNone) {
+    Place const* const found = FindKey(section, key);
+    if (found == nullptr) {
         return false;
     }
-    _lines.erase(_lines.begin() + static_cast<std::ptrdiff_t>(found));
+    Place const place = *found;
+    Unindex(place.block, place.line);
+    place.block->lines.erase(place.block->lines.begin() + static_cast<std::ptrdiff_t>(place.line));
+    Index(place.block, place.line);
     return true;
 }
 

@@ -2,14 +2,18 @@
 //
 // Section header: a line that begins with "[" and contains a "]"; the name stands between the first of each.
 // Any line that begins with "[" ends the section before it.
-// Key line: a line that contains the key and an "=" at or after the key's first occurrence, where the text
-// before that "=" is the key. The value stands behind it, up to a "#" or the end.
-// Any other line just sits in the list. There are no comment lines: "# a=b" holds the key "# a".
+// Key line: a line with an "="; the key is the text before the first one, so no key contains an "=". The
+// value stands behind it, up to a "#" or the end. Any other line just sits in the list. There are no comment
+// lines: "# a=b" holds the key "# a".
 //
 // Names and values are trimmed of spaces, and of spaces only. All comparisons are exact.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <list>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,14 +21,28 @@
 namespace Ubrix {
 
 // Not thread-safe: the file object guards it.
+//
+// A read or a write costs O(log n) for n lines, whatever the names are: they may come from a server that
+// means harm, which a tree withstands and a hash table, whose collisions can be computed, does not.
 class IniLines {
 public:
     enum class Lookup { Found, Absent };
 
-    // Every byte, line by line; each line is one that came from a file or an edit.
-    std::vector<std::string> const& All() const { return _lines; }
-    void Append(std::string_view line) { _lines.emplace_back(line); }
-    void Clear() { _lines.clear(); }
+    IniLines() : _blocks(1) {}
+    IniLines(IniLines const&) = delete;
+    IniLines& operator=(IniLines const&) = delete;
+
+    // Calls `visit` with each line in turn, every byte of it; each is one that came from a file or an edit.
+    template <typename Visit>
+    void ForEach(Visit visit) const {
+        for (Block const& block : _blocks) {
+            for (Line const& line : block.lines) {
+                visit(line.text);
+            }
+        }
+    }
+    void Append(std::string_view line) { Add(std::prev(_blocks.end()), Line(std::string(line))); }
+    void Clear();
 
     // The value of `key` in the first section of the name that has it. Absent leaves `value` alone. A key
     // with nothing at all behind its "=" is absent.
@@ -32,27 +50,79 @@ public:
     // Sets `key` in the first section of the name: an existing line keeps its spacing before the "=" and its
     // text from a "#" on. A new section goes to the end, behind an empty line.
     void Write(std::string_view section, std::string_view key, std::string_view value);
-    // The names of the first section of the name, in order.
+    // The names of the first section of the name, in order. Walks the section.
     std::vector<std::string> Keys(std::string_view section) const;
-    // Whether a line behind the section's header, in that section or a later one, begins with `key`.
+    // Whether a line behind the section's header, in that section or a later one, begins with `key`. Walks
+    // the lines.
     bool HasLineWithPrefix(std::string_view section, std::string_view key) const;
-    // False if there is nothing to remove.
+    // False if there is nothing to remove. Both cost O(log n) for each line of the section.
     bool RemoveSection(std::string_view section);
     bool RemoveKey(std::string_view section, std::string_view key);
 
 private:
-    static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+    // The key's place is kept, since the index asks for it often and a line may be long.
+    struct Line {
+        explicit Line(std::string content);
+        bool HasKey() const { return keyBegin != std::string::npos; }
+        std::string_view Key() const { return std::string_view(text).substr(keyBegin, keySize); }
 
-    // The first header of the name at or behind line `from`.
-    std::size_t FindHeader(std::string_view section, std::size_t from) const;
-    // The first line behind line `header` that begins with "[", or the number of lines.
-    std::size_t EndOfSection(std::size_t header) const;
-    // The key's line in the section that begins with line `header`.
-    std::size_t FindKey(std::size_t header, std::string_view key) const;
-    // The key's line in any section of the name.
-    std::size_t FindKeyAnywhere(std::string_view section, std::string_view key) const;
+        std::string text;
+        std::size_t keyBegin = std::string::npos;
+        std::size_t keySize = 0;
+    };
+    // A line that begins with "[" and those behind it, up to the next such line. The first block has no line
+    // of that kind, and may have no line at all.
+    struct Block {
+        std::vector<Line> lines;
+        bool hasHeader = false;
+        std::string section;
+        // Rises from block to block, and serves to tell which of two comes first.
+        std::uint64_t order = 0;
+    };
+    using Blocks = std::list<Block>;
 
-    std::vector<std::string> _lines;
+    struct Place {
+        Blocks::iterator block;
+        std::size_t line;
+    };
+    // What the index finds: a section's header, or a key line in a section.
+    struct Names {
+        std::string_view section;
+        bool isKey;
+        std::string_view key;
+    };
+    // By names, and in the order of the file where those are the same.
+    struct IndexOrder {
+        using is_transparent = void;
+        bool operator()(Place const& left, Place const& right) const;
+        bool operator()(Place const& left, Names const& right) const;
+    };
+
+    static Names NamesAt(Place const& place);
+    static int Compare(Names const& left, Names const& right);
+    static bool IsIndexed(Place const& place);
+
+    // The first line of these names, or null.
+    Place const* Find(Names const& names) const;
+    Place const* FindHeader(std::string_view section) const { return Find({section, false, {}}); }
+    Place const* FindKey(std::string_view section, std::string_view key) const {
+        return Find({section, true, key});
+    }
+
+    // Puts a line at the end of `block`, or directly behind the block if it begins one. Gives the line's
+    // block.
+    Blocks::iterator Add(Blocks::iterator block, Line line);
+    void AddToSection(Blocks::iterator block, Line line);
+    // Gives a new block its `order`.
+    void Number(Blocks::iterator block);
+    // Bring lines `from` and up of `block` into the index, and take them out, which comes before any change
+    // of their names or places.
+    void Index(Blocks::iterator block, std::size_t from);
+    void Unindex(Blocks::iterator block, std::size_t from);
+
+    // At least one.
+    Blocks _blocks;
+    std::set<Place, IndexOrder> _index;
 };
 
 }  // namespace Ubrix

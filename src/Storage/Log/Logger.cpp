@@ -3,6 +3,8 @@
 #include <VelmorCore/Clock.h>
 #include <VelmorCore/Configure.h>
 
+#include <cstdarg>
+#include <cstdio>
 #include <cstring>
 
 #include "Base/Ubrix/CoreConfigReader.h"
@@ -43,9 +45,14 @@ int LevelByName(char const* name, int otherwise) {
 
 }  // namespace
 
-Logger::Logger(char const* module) : _module(module) {}
+Logger::Logger(char const* module) : _module(module), _sync(1) {}
 
-Logger::~Logger() = default;
+Logger::Logger(char const* module, LogBlockOptions const& blocks)
+    : _blockOptions(blocks), _module(module), _sync(0) {}
+
+Logger::~Logger() {
+    StopBlocks();
+}
 
 bool Logger::IsAvailable() {
     return true;
@@ -98,6 +105,13 @@ void Logger::Init() {
     VC_LOG(Info, "Ubrix::Logger::Init",
            "log init module %s, logMode %d, sync:%d, use mmap:%d, mmap cost %lld us", _module.c_str(),
            _logMode, _sync, 1, cost);
+    if (_sync != 1) {
+        _blockWriter = LogBlockWriter::Start(_lock, *_fileLogger, _blockOptions);
+        if (_blockWriter == nullptr) {
+            VC_LOG_CONSOLE(Error, "Ubrix::Logger::Init", "log flusher of module %s can't start",
+                           _module.c_str());
+        }
+    }
     _inited = true;
 }
 
@@ -117,18 +131,56 @@ void Logger::Deliver(ALogPriority level, LogText& line) {
     if (_consoleOutput.load(std::memory_order_relaxed) > 0) {
         Platform::WriteConsoleLine(line);
     }
-    if (_fileLogger != nullptr) {
-        // A line that fills its room goes without a line feed.
-        std::size_t const length = std::strlen(line);
-        bool const hasRoom = length + 1 < sizeof line;
-        line[length] = hasRoom ? '\n' : '\0';
-        _fileLogger->Log2File(line, static_cast<unsigned int>(hasRoom ? length + 1 : length));
-        line[length] = '\0';
+    if (_sync == 1) {
+        WriteToFile(line);
+    } else {
+        AppendToBlock(line);
     }
     Platform::ScopedLock lock(_lock);
     if (LogCallback const callback = _callback.load(std::memory_order_acquire)) {
         callback(level, line);
     }
+}
+
+void Logger::WriteToFile(LogText& line) {
+    if (_fileLogger == nullptr) {
+        return;
+    }
+    // A line that fills its room goes without a line feed.
+    std::size_t const length = std::strlen(line);
+    bool const hasRoom = length + 1 < sizeof line;
+    line[length] = hasRoom ? '\n' : '\0';
+    _fileLogger->Log2File(line, static_cast<unsigned int>(hasRoom ? length + 1 : length));
+    line[length] = '\0';
+}
+
+void Logger::AppendToBlock(LogText const& line) {
+    if (_blockWriter == nullptr) {
+        return;
+    }
+    try {
+        _blockWriter->Append(line);
+    } catch (...) {
+        VC_LOG_CONSOLE(Error, "Ubrix::Logger::Log", "XLog AsyncAppend catch Exception.");
+    }
+}
+
+void Logger::StopBlocks() {
+    if (_blockWriter != nullptr) {
+        _blockWriter->Stop();
+    }
+}
+
+void Logger::WriteDetached(char const* format, ...) {
+    if (_blockWriter == nullptr || format == nullptr) {
+        return;
+    }
+    LogText text;
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    _blockWriter->WriteNow(text);
 }
 
 void Logger::LogDetail(ALogPriority level, char const* file, unsigned int line, char const* func,

@@ -9,16 +9,25 @@
 #include "Platform/Mutex.h"
 #include "Storage/Log/AFileLogger.h"
 #include "Storage/Log/ILogger.h"
+#include "Storage/Log/LogBlockWriter.h"
 #include "Storage/Log/LogLine.h"
 
 namespace Ubrix {
 
-// Thread-safe, but for Init. A line is written on the caller's thread; when Log returns it has gone through
-// the file's stream.
+// Thread-safe, but for Init.
+//
+// A synchronous logger writes a line on the caller's thread; when Log returns it has gone through the file's
+// stream. An asynchronous one collects lines in a block, which a thread of its own writes to a file with the
+// extension "xlog" once a third of it is full, once a day, and at StopBlocks. The process-wide logger is
+// synchronous.
 class Logger : public Velmor::ILogger {
 public:
     // `module` stands in every line and names the log directory.
     explicit Logger(char const* module);
+    // An asynchronous logger; Init starts its thread. If the system refuses that, or after StopBlocks, lines
+    // reach the console and the callback only.
+    Logger(char const* module, LogBlockOptions const& blocks);
+    // An asynchronous logger is stopped first.
     virtual ~Logger();
     Logger(Logger const&) = delete;
     Logger& operator=(Logger const&) = delete;
@@ -45,17 +54,30 @@ public:
     void RemoveOldLogFiles(int hours, int maxCount) override;
     void Reserved2(void* a) override;
 
+    // Writes out what waits and ends the thread of an asynchronous logger. Returns when both are done. Not
+    // from a log callback, nor on two threads at once.
+    void StopBlocks();
+    // Formats a text, cuts it to 4095 bytes, and puts it into the file at once, in a block of its own,
+    // without filter, console or callback. Only an asynchronous logger does; another one drops it.
+    void WriteDetached(char const* format, ...) VELMORCORE_PRINTF(2, 3);
+
 private:
     void Deliver(ALogPriority level, LogText& line);
+    void WriteToFile(LogText& line);
+    void AppendToBlock(LogText const& line);
 
-    // Held around the callback, so that it sees one line at a time. Recursive: a callback may log.
+    // Held around the callback, so that it sees one line at a time. Recursive: a callback may log. Also held
+    // for each use of the block in memory, never while the file is written.
     Platform::RecursiveMutex _lock;
     std::unique_ptr<AFileLogger> _fileLogger;
+    std::shared_ptr<LogBlockWriter> _blockWriter;
+    LogBlockOptions const _blockOptions;
     std::atomic<int> _level{ALogPriorityInfo};
     std::atomic<int> _consoleOutput{1};
     std::atomic<LogCallback> _callback{nullptr};
     AString const _module;
-    int const _sync = 1;
+    // 1: lines; 0: blocks.
+    int const _sync;
     int _logMode = 0;
     int _singleSizeLimit = 0;
     int _exceedOperation = 0;

@@ -2,8 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <clocale>
-#include <cmath>
 #include <memory>
 #include <string>
 
@@ -30,10 +28,8 @@ TEST(AString, IsNeverWithoutText) {
     for (int size : {0, 1, 63, 64, 65, 127, 128, 200}) {
         std::string const expected(static_cast<size_t>(size), 'a');
         AString const taken(expected.c_str());
-        AString copy;
-        copy = AString(taken);
-        EXPECT_STREQ(copy.c_str(), expected.c_str());
-        EXPECT_EQ((copy + taken + "z").length(), 2 * size + 1);
+        text = AString(taken);
+        EXPECT_EQ((text + taken + "z").c_str(), expected + expected + "z");
     }
 }
 
@@ -41,7 +37,6 @@ TEST(AString, CountsZeroBytesWhereToldTo) {
     AString const zeros("ab\0cd", 5);
     EXPECT_EQ(zeros.length(), 5);
     EXPECT_TRUE(zeros == "ab");
-    EXPECT_EQ(zeros.at(3), 'c');
     AString all("x");
     all += zeros;
     EXPECT_EQ(Bytes(all), std::string("xab\0cd", 6));
@@ -50,24 +45,15 @@ TEST(AString, CountsZeroBytesWhereToldTo) {
     cut += '\0';
     cut += '!';
     EXPECT_EQ(Bytes(cut), "xaby!");
-    AString doubled("ab");
-    doubled += doubled;
-    doubled.append(doubled.c_str() + 2);
-    EXPECT_EQ(Bytes(doubled), "ababab");
+    cut += cut;
+    cut.append(cut.c_str() + 8);
+    EXPECT_EQ(Bytes(cut), "xaby!xaby!y!");
     EXPECT_STREQ(zeros.Dump("").c_str(), "61,62,00,63,64");
     EXPECT_STREQ(AString("\x01\xAB").Dump(nullptr).c_str(), "0x01,0xab");
-    EXPECT_TRUE(AString().Dump("0x").empty());
-    std::unique_ptr<AObject> const clone(zeros.Clone());
-    EXPECT_EQ(Bytes(static_cast<AString const&>(*clone)), Bytes(zeros));
-}
-
-TEST(AString, EqualsOnlyStrings) {
+    EXPECT_EQ(AString(zeros).length(), 5);
     ANumber const one(1);
-    AString text("1");
-    EXPECT_FALSE(text.IsEqual(&one));
-    EXPECT_FALSE(text.IsEqual(nullptr));
-    EXPECT_TRUE(text != "2");
-    EXPECT_FALSE(static_cast<AString const&>(text) != "1");
+    EXPECT_FALSE(AString("1").IsEqual(&one));
+    EXPECT_FALSE(zeros.IsEqual(nullptr));
 }
 
 TEST(AString, TellsNumbersFromText) {
@@ -77,25 +63,12 @@ TEST(AString, TellsNumbersFromText) {
         long long integer;
         double number;
     } const cases[] = {
-        {"12", true, false, 12, 12},
-        {"-12", true, false, -12, -12},
-        {"1.5", true, true, 1, 1.5},
-        {".5", true, true, 0, 0.5},
-        {"5.", true, true, 5, 5},
-        {"-.", true, true, 0, 0},
-        {"007", true, false, 7, 7},
-        {"1.9", true, true, 1, 1.9},
-        {"9223372036854775808", true, false, LLONG_MAX, 9223372036854775808.0},
-        {"1-2.5", false, true, 0, 0},
-        {"", false, false, 0, 0},
-        {"-", false, false, 0, 0},
-        {".", false, false, 0, 0},
-        {"+5", false, false, 0, 0},
-        {" 5", false, false, 0, 0},
-        {"1e3", false, false, 0, 0},
-        {"1.2.3", false, false, 0, 0},
+        {"12", true, false, 12, 12}, {"-12", true, false, -12, -12}, {"007", true, false, 7, 7},
+        {"1.9", true, true, 1, 1.9}, {".5", true, true, 0, 0.5},     {"5.", true, true, 5, 5},
+        {"-.", true, true, 0, 0},    {"1-2.5", false, true, 0, 0},   {"", false, false, 0, 0},
+        {"-", false, false, 0, 0},   {".", false, false, 0, 0},      {"+5", false, false, 0, 0},
+        {" 5", false, false, 0, 0},  {"1e3", false, false, 0, 0},    {"1.2.3", false, false, 0, 0},
         {"--1", false, false, 0, 0},
-        {"abc", false, false, 0, 0},
     };
     for (auto const& c : cases) {
         AString const text(c.text);
@@ -104,14 +77,9 @@ TEST(AString, TellsNumbersFromText) {
         EXPECT_EQ(text.AsInt64(), c.integer) << c.text;
         EXPECT_DOUBLE_EQ(text.AsDouble(), c.number) << c.text;
     }
-    EXPECT_FALSE(AString::IsNumberic(nullptr));
-    EXPECT_FALSE(AString::IsReal(nullptr));
-    EXPECT_TRUE(AString("1").AsBoolean());
+    EXPECT_EQ(AString("9223372036854775808").AsInt64(), LLONG_MAX);
     EXPECT_FALSE(AString("0.9").AsBoolean());
     EXPECT_FALSE(AString("4294967296").AsBoolean());
-    EXPECT_FALSE(AString("true").AsBoolean());
-    EXPECT_EQ(AString((std::string(400, '9')).c_str()).AsDouble(), HUGE_VAL);
-    EXPECT_EQ(AString(("-0." + std::string(400, '0') + "1").c_str()).AsDouble(), 0.0);
 }
 
 TEST(AString, ComparesEnds) {
@@ -146,10 +114,9 @@ TEST(AString, SplitsLikeStrsep) {
         EXPECT_EQ(joined, c.joined) << c.source;
     }
     AArray pieces;
-    pieces.Add("x y");
     EXPECT_FALSE(AString::Split(&pieces, nullptr, ","));
     EXPECT_FALSE(AString::Split(&pieces, "a", nullptr));
-    EXPECT_FALSE(AString::Split(nullptr, "a", ","));
+    pieces.Add("x y");
     EXPECT_TRUE(AString::Split(&pieces, pieces.FirstCString(), " "));
     EXPECT_EQ(pieces.Count(), 3);
     EXPECT_STREQ(pieces.LastCString(), "y");
@@ -159,17 +126,13 @@ TEST(AString, PrintsAndReadsIntegersToTheirBounds) {
     EXPECT_STREQ(int2str(INT_MIN).c_str(), "-2147483648");
     EXPECT_STREQ(ll2str(LLONG_MIN).c_str(), "-9223372036854775808");
     EXPECT_STREQ(ull2str(ULLONG_MAX).c_str(), "18446744073709551615");
-    EXPECT_STREQ(bool2str(true).c_str(), "true");
-    EXPECT_STREQ(bool2str(false).c_str(), "false");
-    struct {
-        char const* text;
-        int value;
-    } const cases[] = {{" +12x", 12}, {"-3", -3},  {"x", 0},
-                       {"0x10", 0},   {"010", 10}, {"99999999999", INT_MAX}};
-    for (auto const& c : cases) {
-        EXPECT_EQ(str2int(c.text), c.value) << c.text;
-    }
+    std::pair<char const*, int> const cases[] = {
+        {" +12x", 12}, {"-3", -3}, {"x", 0}, {"0x10", 0}, {"010", 10}, {"99999999999", INT_MAX},
+    };
     int kept = 7;
+    for (auto const& [text, value] : cases) {
+        EXPECT_EQ(str2int(text), value) << text;
+    }
     str2int("none", &kept);
     EXPECT_EQ(kept, 7);
 }
@@ -184,21 +147,15 @@ TEST(AStringBuilder, KeepsItsTextTerminated) {
         ASSERT_EQ(builder.ToString(), expected);
     }
     builder.Append(builder.ToString());
-    EXPECT_EQ(builder.ToString(), expected + expected);
     builder = builder.ToString();
     EXPECT_EQ(builder.ToString(), expected + expected);
     builder = AString("new");
     builder.Append(static_cast<AString const*>(nullptr));
     EXPECT_STREQ(builder.ToString(), "new");
-
     std::unique_ptr<AObject> const clone(builder.Clone());
     EXPECT_TRUE(builder.IsEqual(clone.get()));
-    AString const text("new");
-    EXPECT_FALSE(builder.IsEqual(&text));
     builder.Clear();
-    EXPECT_STREQ(builder.ToString(), "");
     EXPECT_FALSE(builder.IsEqual(clone.get()));
-    EXPECT_FALSE(builder.IsEqual(nullptr));
     builder = AStringBuilder(builder);
     EXPECT_STREQ(builder.ToString(), "");
 }

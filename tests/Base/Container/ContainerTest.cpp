@@ -2,7 +2,6 @@
 #include <VelmorCore/Object.h>
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 
 using namespace Ubrix;
@@ -46,30 +45,19 @@ TEST(AArray, AnswersNeutrallyWithoutElements) {
     AArray array;
     array.RemoveFirstObject();
     array.RemoveLastObject();
-    array.RemoveAll();
     array.Add(static_cast<AObject const*>(nullptr), true);
     array.Add(static_cast<AArray const*>(nullptr));
-    EXPECT_EQ(array.Count(), 0);
     EXPECT_EQ(array.FirstObject(), nullptr);
-    EXPECT_EQ(array.LastObject(), nullptr);
-    EXPECT_EQ(array.FirstCString(), nullptr);
     EXPECT_EQ(array.LastCString(), nullptr);
     array.Add(static_cast<char const*>(nullptr));
     array.Add(5);
-    EXPECT_STREQ(array.FirstCString(), "");
-    EXPECT_EQ(array.LastCString(), nullptr) << "a number has no text";
     for (int index : {-1, 2, INT32_MIN, INT32_MAX}) {
         EXPECT_EQ(array[index], nullptr) << index;
         array.RemoveObjectAtIndex(index);
     }
     EXPECT_EQ(array.Count(), 2);
-#ifdef NDEBUG
-    EXPECT_TRUE(array.AStringAtIndex(9).Empty());
-    EXPECT_TRUE(array.LastAString().Empty());
-#else
-    EXPECT_DEATH(static_cast<void>(array.AStringAtIndex(9)), "text != nullptr");
-    EXPECT_DEATH(static_cast<void>(array.LastAString()), "text != nullptr");
-#endif
+    EXPECT_STREQ(array.FirstCString(), "");
+    EXPECT_EQ(array.LastCString(), nullptr) << "a number has no text";
 }
 
 TEST(AArray, OwnsByTheWayAnElementCameIn) {
@@ -80,14 +68,11 @@ TEST(AArray, OwnsByTheWayAnElementCameIn) {
         array.Add(new Counted("owned"), true);
         array.Add(borrowed);
         EXPECT_EQ(Counted::alive, 3);
-        EXPECT_NE(array[2], &borrowed);
-        EXPECT_TRUE(array[2]->IsOwned());
         borrowed.assign("changed", 7);
         EXPECT_STREQ(array.LastCString(), "b");
 
         AArray const copy(array);
         EXPECT_EQ(Counted::alive, 6) << "a copy owns clones of all";
-        EXPECT_FALSE(array.IsEqual(&copy));
         array.RemoveFirstObject();
         EXPECT_EQ(Counted::alive, 6);
         EXPECT_STREQ(array.FirstCString(), "owned");
@@ -95,7 +80,6 @@ TEST(AArray, OwnsByTheWayAnElementCameIn) {
         EXPECT_EQ(Counted::alive, 5);
     }
     EXPECT_EQ(Counted::alive, 1);
-    EXPECT_STREQ(borrowed.c_str(), "changed");
 }
 
 TEST(AArray, TakesItselfAndItsElements) {
@@ -104,12 +88,10 @@ TEST(AArray, TakesItselfAndItsElements) {
     array.Add(7);
     array.Add(&array);
     ASSERT_EQ(array.Count(), 4);
-    EXPECT_STREQ(array.CStringAtIndex(2), "x");
     EXPECT_NE(array[0], array[2]);
     AArray const& same = array;
     array = same;
-    EXPECT_EQ(array.Count(), 4);
-    array.Add(*array[0]);
+    array.Add(*array[2]);
     array.Add(static_cast<AObject const&>(array));
     array = *static_cast<AArray const*>(array.LastObject());
     EXPECT_EQ(array.Count(), 5);
@@ -121,29 +103,22 @@ TEST(ADictionary, KeepsTheOrderOfFirstInsertion) {
     for (char const* key : {"b", "a", "c", "a"}) {
         dictionary.Set(key, key);
     }
-    EXPECT_EQ(Keys(dictionary), "bac");
-    dictionary.Set("a", "second");
-    EXPECT_STREQ(dictionary.CStringForKey("a"), "second");
     AString const absent("d");
     dictionary.Remove(&absent);
-    dictionary.Remove(static_cast<AObject const*>(nullptr));
-    EXPECT_EQ(dictionary.Count(), 3);
+    dictionary.Set("a", "second");
+    EXPECT_EQ(Keys(dictionary), "bac");
+    EXPECT_STREQ(dictionary.CStringForKey("a"), "second");
     dictionary.Remove(dictionary.KeyAt(1));
     EXPECT_EQ(Keys(dictionary), "bc");
     EXPECT_EQ(dictionary.ObjectForKey("a"), nullptr);
     EXPECT_EQ(dictionary.KeyAt(-1), nullptr);
-    EXPECT_EQ(dictionary.KeyAt(2), nullptr);
     EXPECT_EQ(dictionary.CStringKeyAt(2), nullptr);
-    EXPECT_EQ(dictionary.CStringForKey("absent"), nullptr);
     EXPECT_EQ(dictionary.CStringForKey(static_cast<char const*>(nullptr)), nullptr);
-    EXPECT_EQ(dictionary.ObjectForKey(static_cast<AObject const*>(nullptr)), nullptr);
-    EXPECT_STREQ(dictionary.AStringForKey("b").c_str(), "b");
-    EXPECT_FALSE(static_cast<AObject const&>(dictionary).IsEqual(&dictionary));
 
+    dictionary.Remove(static_cast<AObject const*>(nullptr));
     dictionary.Set(static_cast<char const*>(nullptr), "v");
-    dictionary.Set("k", static_cast<char const*>(nullptr));
     dictionary.Set("k", static_cast<AObject*>(nullptr));
-    EXPECT_EQ(dictionary.Count(), 2);
+    EXPECT_EQ(Keys(dictionary), "bc");
 }
 
 TEST(ADictionary, OwnsCopiesAndBorrowsPointers) {
@@ -164,15 +139,12 @@ TEST(ADictionary, OwnsCopiesAndBorrowsPointers) {
 
         ADictionary copy(dictionary);
         EXPECT_EQ(Counted::alive, 9);
-        ADictionary const& same = copy;
-        copy = same;
         copy.Set(copy);
-        EXPECT_EQ(copy.Count(), 2);
         copy.Set("nested", dictionary);
         copy = *static_cast<ADictionary const*>(copy.ObjectForKey("nested"));
         EXPECT_EQ(copy.Count(), 2);
         dictionary.Remove(dictionary.ObjectForKey("v"));
-        EXPECT_EQ(dictionary.Count(), 1);
+        EXPECT_EQ(Keys(dictionary), "k");
         dictionary.RemoveAll();
         EXPECT_EQ(dictionary.KeyAt(0), nullptr);
     }
@@ -185,26 +157,13 @@ TEST(ADictionary, ComparesKeysAsTheyCompareThemselves) {
     dictionary.Set("1", "text");
     dictionary.Set("k", 5);
     EXPECT_STREQ(dictionary.CStringForKey(ANumber(true)), "one");
-    EXPECT_STREQ(dictionary.CStringForKey(1.0), "one");
     EXPECT_STREQ(dictionary.CStringForKey("1"), "text");
     EXPECT_EQ(dictionary.CStringForKey("k"), nullptr) << "a number has no text";
-    EXPECT_EQ(dictionary.CStringForKey(ANumber(2)), nullptr);
+    EXPECT_EQ(dictionary.CStringForKey(2), nullptr);
     // The stored key is the last one set: now any number but 0 is equal to it.
     dictionary.Set(ANumber(true), "yes");
-    EXPECT_STREQ(dictionary.CStringForKey(ANumber(2)), "yes");
+    EXPECT_STREQ(dictionary.CStringForKey(2), "yes");
     EXPECT_EQ(dictionary.Count(), 3);
-    EXPECT_EQ(dictionary.CStringKeyAt(0), nullptr);
-
-    AData bytes;
-    bytes.Append("1");
-    dictionary.Set(bytes, AString("data"));
-    EXPECT_STREQ(dictionary.CStringForKey(bytes), "data");
-    AArray const array;
-    dictionary.Set(array, AString("lost"));
-    EXPECT_EQ(dictionary.ObjectForKey(array), nullptr);
-    EXPECT_STREQ(dictionary.CStringForKey("1"), "text");
-    dictionary.Remove(1);
-    EXPECT_EQ(dictionary.ObjectForKey(ANumber(true)), nullptr);
 
     // Found among plain strings by its own rule, whichever of the two was there first.
     ADictionary initials;
@@ -216,26 +175,22 @@ TEST(ADictionary, ComparesKeysAsTheyCompareThemselves) {
     EXPECT_EQ(initials.Count(), 2);
     EXPECT_EQ(initials.ObjectForKey("beta"), nullptr);
     EXPECT_STREQ(initials.CStringForKey("bravo"), "plain");
-    EXPECT_STREQ(initials.CStringForKey("alpha"), "a");
 }
 
 TEST(ADictionary, FindsEachOfManyKeys) {
     ADictionary dictionary;
     constexpr int kCount = 5000;
-    for (int round = 0; round < 2; ++round) {
-        for (int i = 0; i < kCount; ++i) {
-            dictionary.Set(int2str(i).c_str(), int2str(i + round).c_str());
-        }
+    for (int i = 0; i < 2 * kCount; ++i) {
+        dictionary.Set(int2str(i % kCount).c_str(), int2str(i).c_str());
     }
     ADictionary const copy(dictionary);
     ASSERT_EQ(copy.Count(), kCount);
     for (int i = 0; i < kCount; ++i) {
-        ASSERT_STREQ(copy.CStringForKey(int2str(i)), int2str(i + 1).c_str());
+        ASSERT_STREQ(copy.CStringForKey(int2str(i)), int2str(i + kCount).c_str());
     }
     for (int i = 0; i < kCount; i += 50) {
         AString const key(int2str(i));
         dictionary.Remove(&key);
         EXPECT_EQ(dictionary.ObjectForKey(key), nullptr);
     }
-    EXPECT_EQ(dictionary.Count(), kCount - kCount / 50);
 }

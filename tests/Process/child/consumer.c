@@ -45,6 +45,13 @@ int main(void) {
     failures += file == NULL || VelmorCore_GetDefaultHandler() == NULL;
     VelmorCore_DeleteConfigFile(&file);
     failures += file != NULL;
+    setSarnetSendMessageCallback(NULL), setSarnetSendStructCallback(NULL);
+    setSarnetSendResultCallback(NULL), setSarnetSendResultStructCallback(NULL);
+    setSarnetSendBufferCallback(NULL), setSarnetSendResultBufferCallback(NULL);
+    setSarnetSendResultStructBufferCallback(NULL), setSarnetSendVoidMethodCallback(NULL);
+    setSarnetSendVoidMethodParamCallback(NULL), setSarnetSendVoidMethodBufferCallback(NULL);
+    failures += addPlatformObject(1, "Unknown") || addPlatformObject(1, NULL);
+    removePlatformObject(1);
     velmorcore_releaseInstance();
     printf("%d failures\n", failures);
     return failures;

@@ -28,61 +28,41 @@ struct Curve {
     int id;
 };
 
-inline constexpr Curve kCurves[] = {{"secp160r1", &Ubrix::kSecp160r1, NID_secp160r1},
-                                    {"secp192r1", &Ubrix::kSecp192r1, NID_X9_62_prime192v1},
-                                    {"secp224r1", &Ubrix::kSecp224r1, NID_secp224r1},
-                                    {"secp256r1", &Ubrix::kSecp256r1, NID_X9_62_prime256v1},
-                                    {"secp256k1", &Ubrix::kSecp256k1, NID_secp256k1}};
+// Only the record itself is computed on 64-bit words, a copy on 32-bit words as the other curves are.
+inline Ubrix::CurveRecord const kNarrowSecp256k1 = Ubrix::kSecp256k1;
+inline constexpr Curve kCurves[] = {{"secp160r1 ", &Ubrix::kSecp160r1, NID_secp160r1},
+                                    {"secp192r1 ", &Ubrix::kSecp192r1, NID_X9_62_prime192v1},
+                                    {"secp224r1 ", &Ubrix::kSecp224r1, NID_secp224r1},
+                                    {"secp256r1 ", &Ubrix::kSecp256r1, NID_X9_62_prime256v1},
+                                    {"secp256k1 ", &Ubrix::kSecp256k1, NID_secp256k1},
+                                    {"narrow secp256k1 ", &kNarrowSecp256k1, NID_secp256k1}};
 inline constexpr Curve const& kKoblitz = kCurves[4];
-
-inline std::string BigEndian(unsigned int value, std::size_t size) {
-    std::string bytes(size, '\0');
-    for (std::size_t i = 0; i < 4; ++i) {
-        bytes[size - 1 - i] = static_cast<char>(value >> (8 * i));
-    }
-    return bytes;
-}
-
-inline BigNumber FromBytes(std::string const& bytes) {
-    return BigNumber(BN_bin2bn(reinterpret_cast<unsigned char const*>(bytes.data()),
-                               static_cast<int>(bytes.size()), nullptr));
-}
 
 class Peer {
 public:
-    explicit Peer(Curve const& curve)
-        : _context(BN_CTX_new()),
-          _group(EC_GROUP_new_by_curve_name(curve.id)),
-          _bytes(static_cast<std::size_t>(curve.record->numBytes)) {}
+    explicit Peer(Curve const& curve) : _group(EC_GROUP_new_by_curve_name(curve.id)) {}
 
     // The big-endian scalar times a point, X then Y, or times the base point for an empty one. Empty for the
     // point at infinity, and for a point that isn't on the curve.
-    std::string Multiply(std::string const& scalar, std::string const& point) const {
-        BigNumber const k = FromBytes(scalar);
+    std::string Multiply(std::string const& scalar, std::string const& point = "") const {
+        auto const* scalarBytes = reinterpret_cast<unsigned char const*>(scalar.data());
+        BigNumber const k(BN_bin2bn(scalarBytes, static_cast<int>(scalar.size()), nullptr));
         std::unique_ptr<EC_POINT, Free> const product(EC_POINT_new(_group.get()));
-        int good = 0;
-        if (point.empty()) {
-            good = EC_POINT_mul(_group.get(), product.get(), k.get(), nullptr, nullptr, _context.get());
-        } else {
-            std::string const encoded = "\x04" + point;
-            good = EC_POINT_oct2point(_group.get(), product.get(),
-                                      reinterpret_cast<unsigned char const*>(encoded.data()), encoded.size(),
-                                      _context.get()) &&
-                   EC_POINT_mul(_group.get(), product.get(), nullptr, product.get(), k.get(), _context.get());
-        }
-        if (good == 0 || EC_POINT_is_at_infinity(_group.get(), product.get()) == 1) {
+        EC_POINT_copy(product.get(), EC_GROUP_get0_generator(_group.get()));
+        unsigned char bytes[65] = {POINT_CONVERSION_UNCOMPRESSED};
+        point.copy(reinterpret_cast<char*>(bytes + 1), 64);
+        if (!point.empty() &&
+            EC_POINT_oct2point(_group.get(), product.get(), bytes, 1 + point.size(), nullptr) == 0) {
             return "";
         }
-        std::string encoded(1 + 2 * _bytes, '\0');
-        EC_POINT_point2oct(_group.get(), product.get(), POINT_CONVERSION_UNCOMPRESSED,
-                           reinterpret_cast<unsigned char*>(&encoded[0]), encoded.size(), _context.get());
-        return encoded.substr(1);
+        EC_POINT_mul(_group.get(), product.get(), nullptr, product.get(), k.get(), nullptr);
+        std::size_t const size = EC_POINT_point2oct(
+            _group.get(), product.get(), POINT_CONVERSION_UNCOMPRESSED, bytes, sizeof bytes, nullptr);
+        return {bytes + 1, bytes + size};
     }
 
 private:
-    Context _context;
     std::unique_ptr<EC_GROUP, Free> _group;
-    std::size_t _bytes;
 };
 
 }  // namespace PeerCurve

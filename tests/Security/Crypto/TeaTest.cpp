@@ -13,20 +13,19 @@ using namespace Ubrix;
 
 std::string Bytes(std::string const& hex) {
     std::string bytes(hex.size() / 2, '\0');
-    EXPECT_TRUE(HexToBytes(hex.data(), static_cast<unsigned int>(hex.size()), &bytes[0]));
+    EXPECT_TRUE(HexToBytes(hex.data(), static_cast<unsigned int>(hex.size()), bytes.data()));
     return bytes;
 }
 
-std::string const& Key() {
-    static std::string const key = Bytes("000102030405060708090a0b0c0d0e0f");
-    return key;
+std::string Key() {
+    return Bytes("000102030405060708090a0b0c0d0e0f");
 }
 
 std::string Encrypt(std::string const& plain) {
     int const size = zk_symmetry_encrypt2_length(static_cast<int>(plain.size()));
     std::string cipher(static_cast<std::size_t>(size), '?');
     int length = -1;
-    zk_symmetry_encrypt2(plain.data(), static_cast<int>(plain.size()), Key().data(), &cipher[0], &length);
+    zk_symmetry_encrypt2(plain.data(), static_cast<int>(plain.size()), Key().data(), cipher.data(), &length);
     EXPECT_EQ(length, size);
     return cipher;
 }
@@ -36,31 +35,16 @@ bool Decrypt(std::string const& cipher, std::string const& key, int room, std::s
     std::string out(static_cast<std::size_t>(room) + 1, '\x7E');
     int length = room;
     bool const good =
-        zk_symmetry_decrypt2(cipher.data(), static_cast<int>(cipher.size()), key.data(), &out[0], &length);
+        zk_symmetry_decrypt2(cipher.data(), static_cast<int>(cipher.size()), key.data(), out.data(), &length);
     EXPECT_EQ(out.back(), '\x7E');
     EXPECT_LE(length, room);
     plain = out.substr(0, static_cast<std::size_t>(length));
     return good;
 }
 
-TEST(TeaTest, BlocksMatchVectorsOfAnIndependentProgram) {
-    struct {
-        std::string key, plain, cipher;
-    } const cases[] = {{Key(), Bytes("0123456789abcdef"), Bytes("9b38757c61d7741b")},
-                       {std::string(16, '\0'), std::string(8, '\0'), Bytes("a889f798182d8083")}};
-    for (auto const& each : cases) {
-        char block[8];
-        TeaEncryptBlock(each.plain.data(), each.key.data(), block);
-        EXPECT_EQ(std::string(block, 8), each.cipher);
-        TeaDecryptBlock(block, each.key.data(), block);
-        EXPECT_EQ(std::string(block, 8), each.plain);
-    }
-}
-
 TEST(TeaTest, DeciphersWhatAnIndependentProgramEnciphered) {
     struct {
-        char const* plain;
-        char const* cipher;
+        char const *plain, *cipher;
     } const cases[] = {{"", "a8e613ffe2715f1f440e5fbba46e75e4"},
                        {"1234567", "c978a008321cd648b102c5efac1730aeaec3d01ea5b12199"},
                        {"The quick brown fox jumps",
@@ -72,33 +56,11 @@ TEST(TeaTest, DeciphersWhatAnIndependentProgramEnciphered) {
     }
 }
 
-TEST(TeaTest, EveryLengthComesBackThroughTheFormatAndTwoRunsDiffer) {
+TEST(TeaTest, EveryLengthComesBackIntoExactlyItsRoom) {
+    std::string text;
     for (int length = 0; length <= 64; ++length) {
-        std::string text;
-        for (int i = 0; i < length; ++i) {
-            text += static_cast<char>(200 + 3 * i);
-        }
         std::string const cipher = Encrypt(text);
         EXPECT_EQ(cipher.size(), static_cast<std::size_t>(length + 17) / 8 * 8);
-        EXPECT_NE(cipher, Encrypt(text));
-
-        // The stream read by hand, from the block function alone.
-        std::string stream;
-        std::string before(8, '\0');
-        std::string mixed(8, '\0');
-        for (std::size_t at = 0; at < cipher.size(); at += 8) {
-            for (std::size_t i = 0; i < 8; ++i) {
-                mixed[i] = static_cast<char>(mixed[i] ^ cipher[at + i]);
-            }
-            TeaDecryptBlock(mixed.data(), Key().data(), &mixed[0]);
-            for (std::size_t i = 0; i < 8; ++i) {
-                stream += static_cast<char>(mixed[i] ^ before[i]);
-            }
-            before = cipher.substr(at, 8);
-        }
-        std::size_t const pad = stream[0] & 7;
-        EXPECT_EQ(stream.substr(1 + pad + 2), text + std::string(7, '\0'));
-
         std::string plain;
         EXPECT_TRUE(Decrypt(cipher, Key(), length, plain));
         EXPECT_EQ(plain, text);
@@ -106,22 +68,17 @@ TEST(TeaTest, EveryLengthComesBackThroughTheFormatAndTwoRunsDiffer) {
             EXPECT_FALSE(Decrypt(cipher, Key(), length - 1, plain));
             EXPECT_EQ(plain, std::string(static_cast<std::size_t>(length) - 1, '\x7E'));
         }
+        text += static_cast<char>(200 + 3 * length);
     }
-}
-
-TEST(TeaTest, ThePaddingIsRandom) {
     std::set<std::string> seen;
     for (int i = 0; i < 100; ++i) {
         seen.insert(Encrypt("same").substr(0, 8));
     }
-    EXPECT_EQ(seen.size(), 100U);
+    EXPECT_EQ(seen.size(), 100U) << "the padding is random";
 }
 
 TEST(TeaTest, RefusesBadLengths) {
-    EXPECT_EQ(zk_symmetry_encrypt2_length(6), 16);
-    EXPECT_EQ(zk_symmetry_encrypt2_length(7), 24);
     EXPECT_EQ(zk_symmetry_encrypt2_length(-1), 0);
-    EXPECT_EQ(zk_symmetry_encrypt2_length(INT_MAX - 17), INT_MAX - 7);
     EXPECT_EQ(zk_symmetry_encrypt2_length(INT_MAX - 16), 0);
     std::string plain;
     for (std::size_t const size : {0U, 8U, 15U, 17U, 23U}) {
@@ -132,25 +89,19 @@ TEST(TeaTest, RefusesBadLengths) {
     EXPECT_EQ(length, 0);
     // A first block that names a pad of 7 leaves 16 bytes no room for the tail.
     std::string cipher(16, '\0');
-    TeaEncryptBlock("\x07######", Key().data(), &cipher[0]);
+    TeaEncryptBlock("\x07######", Key().data(), cipher.data());
     EXPECT_FALSE(Decrypt(cipher, Key(), 64, plain));
 }
 
 TEST(TeaTest, ChangedTextAndWrongKeysFail) {
     std::string const cipher = Encrypt("a text that fills some blocks of the cipher");
+    std::string const whole = Key() + cipher;
     std::string plain;
-    int accepted = 0;
-    for (std::size_t bit = 0; bit < cipher.size() * 8; ++bit) {
-        std::string changed = cipher;
+    for (std::size_t bit = 0; bit < whole.size() * 8; ++bit) {
+        std::string changed = whole;
         changed[bit / 8] = static_cast<char>(changed[bit / 8] ^ (1 << bit % 8));
-        accepted += Decrypt(changed, Key(), 64, plain) ? 1 : 0;
+        EXPECT_FALSE(Decrypt(changed.substr(16), changed.substr(0, 16), 64, plain)) << bit;
     }
-    for (std::size_t bit = 0; bit < 128; ++bit) {
-        std::string key = Key();
-        key[bit / 8] = static_cast<char>(key[bit / 8] ^ (1 << bit % 8));
-        accepted += Decrypt(cipher, key, 64, plain) ? 1 : 0;
-    }
-    EXPECT_EQ(accepted, 0);
 }
 
 }  // namespace

@@ -10,13 +10,10 @@
 namespace {
 
 using namespace Ubrix;
-using Test::FileSizeLimit;
-using Test::ReadWholeFile;
-using Test::WriteWholeFile;
 
 TEST(SecurityStoreTest, EntriesStandInOneSectionOfStoreIniAndLast) {
     std::string const path = std::string(CPath::GetCachePath()) + "Store.ini";
-    WriteWholeFile(path, "[Other]\nk=0\n");
+    ::Test::WriteWholeFile(path, "[Other]\nk=0\n");
     {
         SecurityStoreImp store;
         EXPECT_STREQ(store.Get("k", "default").CString(), "default");
@@ -26,12 +23,12 @@ TEST(SecurityStoreTest, EntriesStandInOneSectionOfStoreIniAndLast) {
         EXPECT_STREQ(store.Get("h", "").CString(), "cut");
         store.Set(nullptr, "x");
         EXPECT_FALSE(store.SetChecked(nullptr, "x"));
-        EXPECT_EQ(ReadWholeFile(path), "[Other]\nk=0\n\n[Velmor]\nk=QUI=\nh=cut#off\n");
+        EXPECT_EQ(::Test::ReadWholeFile(path), "[Other]\nk=0\n\n[Velmor]\nk=QUI=\nh=cut#off\n");
     }
     SecurityStoreImp store;
     EXPECT_STREQ(store.Get("k", "").CString(), "QUI=");
     {
-        FileSizeLimit const limit(4);
+        ::Test::FileSizeLimit const limit(4);
         EXPECT_FALSE(store.SetChecked("k", "new"));
         EXPECT_FALSE(store.SetChecked("l", "new"));
     }

@@ -6,17 +6,14 @@
 #include <climits>
 #include <string>
 
-#include "Base/Ubrix/CoreParameters.h"
 #include "Storage/Bundle/BundleImpl.h"
-#include "Storage/Bundle/PlatformMetadata.h"
 #include "Support/Files.h"
 #include "Support/LogCapture.h"
 
 namespace {
 
 using namespace Ubrix;
-using Test::LogCapture;
-using Test::ReadWholeFile;
+using namespace Test;
 
 char const kPath[] = "bundle.config";
 
@@ -27,19 +24,15 @@ TEST(BundleTest, KeepsTypedValuesAsTextAndFindsThemAgain) {
         EXPECT_TRUE(bundle.Set("s", "k", 5));
         EXPECT_STREQ(bundle.Get("s", "k", "").CString(), "5");
         EXPECT_TRUE(bundle.Set("s", "wide", LLONG_MIN));
-        EXPECT_TRUE(bundle.Set("s", "yes", true) && bundle.Set("s", "no", false));
-        EXPECT_TRUE(bundle.Set("own", "kit"));
+        EXPECT_TRUE(bundle.Set("s", "yes", true) && bundle.Set("s", "no", false) && bundle.Set("own", "kit"));
         EXPECT_TRUE(bundle.Set("flag", true) && bundle.Set("int", 7) && bundle.Set("long", 1LL << 40));
         EXPECT_FALSE(bundle.Set("s", nullptr, 1));
     }
     BundleImpl bundle(kPath);
     EXPECT_EQ(bundle.Get("s", "k", 0), 5);
     EXPECT_EQ(bundle.Get("s", "wide", 0LL), LLONG_MIN);
-    EXPECT_TRUE(bundle.Get("s", "yes", false));
-    EXPECT_FALSE(bundle.Get("s", "no", true));
-    EXPECT_STREQ(bundle.Get("Velmor", "own", "").CString(), "kit");
-    EXPECT_STREQ(bundle.Get("own", "").CString(), "kit");
-    EXPECT_TRUE(bundle.Get("flag", false));
+    EXPECT_TRUE(bundle.Get("s", "yes", false) && !bundle.Get("s", "no", true) && bundle.Get("flag", false));
+    EXPECT_STREQ((bundle.Get("Velmor", "own", "") + bundle.Get("own", "")).CString(), "kitkit");
     EXPECT_EQ(bundle.Get("int", 0) + bundle.Get("long", 0LL), 7 + (1LL << 40));
     EXPECT_EQ(bundle.Get("s", "absent", 3) + bundle.Get("absent", 4), 7);
     EXPECT_STREQ(bundle.Get("s", "absent", static_cast<char const*>(nullptr)).CString(), "");
@@ -80,20 +73,15 @@ TEST(BundleTest, StoresObjectsMemberByMember) {
     EXPECT_STREQ(bundle.Get("s", "a", "").CString(), "1,2,3");
 
     Value read;
-    EXPECT_TRUE(bundle.Get("s", read));
-    EXPECT_EQ(read.Size(), 4);
-    EXPECT_EQ(read["a"][2].type(), StringValue);
+    EXPECT_TRUE(bundle.Get("s", read) && read.Size() == 4);
+    EXPECT_TRUE(read["a"][2].isString());
     EXPECT_STREQ(read["a"][2].asCString(), "3");
-    EXPECT_EQ(read["c"], Value(2.5));
-    EXPECT_EQ(read["d"], Value("abc"));
-    EXPECT_EQ(read["e"], Value(25));
+    EXPECT_TRUE(read["c"] == Value(2.5) && read["d"] == Value("abc") && read["e"] == Value(25));
 
     Value array;
-    EXPECT_TRUE(bundle.Get("s", "a", array));
-    EXPECT_TRUE(array.isArray() && array.Size() == 3 && array[0].isString());
+    EXPECT_TRUE(bundle.Get("s", "a", array) && array == read["a"]);
     Value single;
-    EXPECT_TRUE(bundle.Get("s", "e", single));
-    EXPECT_EQ(single["e"], Value(25LL));
+    EXPECT_TRUE(bundle.Get("s", "e", single) && single["e"] == Value(25LL));
     EXPECT_FALSE(bundle.Get("s", "none", single) || bundle.Get("s", nullptr, single));
     EXPECT_FALSE(bundle.Get("none", read) || bundle.Get(nullptr, read));
 
@@ -130,17 +118,14 @@ TEST(BundleTest, WithoutAPathEverythingIsAnsweredNeutrally) {
         "Info", "|Ubrix::IniBundle::IniBundle| CachePath is empty, do not use bundle in JNI_ONLoad!!!"));
     EXPECT_FALSE(bundle.Set("s", "k", 1) || bundle.Save() || bundle.Clear() || bundle.HasKey("s", "k"));
     EXPECT_FALSE(bundle.SetNoSave("s", "k", "v") || bundle.RemoveSection("s"));
-    EXPECT_TRUE(bundle.RemoveKey("s", "k"));
-    EXPECT_EQ(bundle.Get("s", "k", 3), 3);
-    EXPECT_TRUE(bundle.Get("s", "k", true));
+    EXPECT_TRUE(bundle.RemoveKey("s", "k") && bundle.Get("s", "k", true) && bundle.Get("s", "k", 3) == 3);
     EXPECT_STREQ(bundle.Get("s", "k", "d").CString(), "d");
 }
 
 TEST(BundleFactoryTest, OneBundleANameUntilItIsDestroyed) {
     BundleFactory& factory = BundleFactory::GetInstance();
     Bundle& named = factory.GetBundle("named.config");
-    EXPECT_EQ(&named, &factory.GetBundle("named.config"));
-    EXPECT_NE(&named, &factory.GetBundle("other.config"));
+    EXPECT_TRUE(&named == &factory.GetBundle("named.config") && &named != &factory.GetBundle("other.config"));
     named.SetNoSave("s", "k", 1);
     EXPECT_FALSE(CFile::Exist("named.config"));
     factory.DestoryBundle("named.config");
@@ -160,15 +145,6 @@ TEST(BundleFactoryTest, OneBundleANameUntilItIsDestroyed) {
     BundleFactory::ReleaseInstance();
     EXPECT_EQ(BundleFactory::GetInstance().GetBundle("other.config").Get("s", "k", 0), 2);
     EXPECT_EQ(&BundleFactory::GetInstance().GetDefaultBundle(), &standard);
-}
-
-TEST(PlatformMetadataTest, ParametersThatAreSetNeedNoPackage) {
-    CoreParameters::Release();
-    EXPECT_STREQ(GameId().CString(), "");
-    CoreParameters::Set(CoreParameters::Field::GameId, "game");
-    CoreParameters::Set(CoreParameters::Field::TransceiverUrl, "url");
-    EXPECT_STREQ((GameId() + TransceiverUrl()).CString(), "gameurl");
-    CoreParameters::Release();
 }
 
 }  // namespace

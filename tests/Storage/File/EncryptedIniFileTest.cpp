@@ -3,10 +3,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <memory>
 #include <string>
-#include <thread>
-#include <vector>
 
 #include "Security/SecurityStore/SecurityStore.h"
 #include "Storage/File/EncryptedIniFileImp.h"
@@ -15,29 +14,23 @@
 #include "Support/FileSizeLimit.h"
 #include "Support/Files.h"
 #include "Support/LogCapture.h"
+#include "Support/OnThreads.h"
 
 namespace {
 
 using namespace Ubrix;
-using Test::CountFilesWith;
-using Test::Decipher;
-using Test::FileSizeLimit;
-using Test::FromBase64;
-using Test::kHeadSize;
-using Test::LittleEndian;
-using Test::LogCapture;
-using Test::Md5;
-using Test::ReadWholeFile;
-using Test::ServerKey;
-using Test::WriteWholeFile;
+using namespace Test;
 
 char const kPath[] = "./test.config";
 char const kEntry[] = "test.config";
 char const kFunction[] = "|Ubrix::EncryptedIniFileImpl::Load| ";
 
+std::string StoredText() {
+    return CIniFileImpl("Cache/Store.ini").ReadString("Velmor", kEntry, "").CString();
+}
+
 std::string StoredKey() {
-    CIniFileImpl store("Cache/Store.ini");
-    return FromBase64(store.ReadString("Velmor", kEntry, "").CString());
+    return FromBase64(StoredText());
 }
 
 std::string ValueAfterLoad() {
@@ -80,11 +73,9 @@ TEST_F(EncryptedIniFileTest, HasTheDocumentedFormUnderAKeyThatStoreAndServerShar
     std::string const body = _content.substr(kHeadSize);
     EXPECT_EQ(body.size(), (plain.size() + 10 + 7) / 8 * 8);
     struct {
-        std::size_t at, size;
-        std::uint32_t number;
-    } const fields[] = {
-        {0, 2, 0x08E4}, {2, 2, 2},   {4, 4, 98}, {8, 4, static_cast<std::uint32_t>(body.size())},
-        {12, 2, 1},     {14, 2, 64}, {80, 2, 16}};
+        std::size_t at, size, number;
+    } const fields[] = {{0, 2, 0x08E4}, {2, 2, 2},   {4, 4, 98}, {8, 4, body.size()},
+                        {12, 2, 1},     {14, 2, 64}, {80, 2, 16}};
     for (auto const& field : fields) {
         EXPECT_EQ(LittleEndian(head, field.at, field.size), field.number) << field.at;
     }
@@ -92,11 +83,8 @@ TEST_F(EncryptedIniFileTest, HasTheDocumentedFormUnderAKeyThatStoreAndServerShar
     EXPECT_EQ(Decipher(body, StoredKey()), plain);
     std::string const privateKey = ReadWholeFile(VELMORCORE_DEVELOPMENT_KEY).substr(0, 64);
     EXPECT_EQ(ServerKey(privateKey, _content), StoredKey());
-
     for (char const* path : {kPath, "Cache/Store.ini"}) {
-        struct stat status {};
-        ASSERT_EQ(stat(path, &status), 0);
-        EXPECT_EQ(status.st_mode & 0777, 0600u) << path;
+        EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms{0600}) << path;
     }
 }
 
@@ -129,43 +117,41 @@ TEST_F(EncryptedIniFileTest, AFileCutAnywhereIsRefused) {
     EXPECT_TRUE(_file->Load());
 }
 
-// What a head with one changed bit is answered with; empty if it still loads.
-std::string Answer(std::string const& changed, std::size_t at, std::uint32_t bodySize) {
-    auto const field = [&](std::size_t place) { return std::to_string(LittleEndian(changed, place, 2)); };
-    if (at < 2) {
-        return "config file magic not match file magic is " + field(0) + ", program magic is 2276";
+// What a head with a changed bit in byte `at` is answered with; empty if it still loads.
+std::string Answer(std::string const& head, std::size_t at, std::size_t bodySize) {
+    bool const newer = LittleEndian(head, 2, 2) >= 2;
+    bool const longer = LittleEndian(head, 8, 4) > bodySize;
+    struct {
+        std::size_t begin, end;
+        char const* answer;  // with # for the field's number
+    } const fields[] = {
+        {0, 2, "config file magic not match file magic is #, program magic is 2276"},
+        {2, 4, newer ? "" : "config file version not match, file version is #, program version is 2"},
+        {4, 8, "config file read headext failed"},
+        {8, 12, longer ? "config file read body failed!" : "config file md5 check failed!"},
+        {12, 14, "config file Encytion is not TEA, encyption is #"},
+        {14, 16, "config file PubKeyLen is not 64, PubKeyLen is #"},
+        {16, 80, ""},
+        {80, 82, "config file Md5Len is not 16, Md5Len is #"},
+        {82, 98, "config file md5 check failed!"},
+    };
+    auto const* field = fields;
+    while (at >= field->end) {
+        ++field;
     }
-    if (at < 4) {
-        return LittleEndian(changed, 2, 2) >= 2
-                   ? ""
-                   : "config file version not match, file version is " + field(2) + ", program version is 2";
-    }
-    if (at < 8) {
-        return "config file read headext failed";
-    }
-    if (at < 12) {
-        bool const longer = LittleEndian(changed, 8, 4) > bodySize;
-        return longer ? "config file read body failed!" : "config file md5 check failed!";
-    }
-    if (at < 14) {
-        return "config file Encytion is not TEA, encyption is " + field(12);
-    }
-    if (at < 16) {
-        return "config file PubKeyLen is not 64, PubKeyLen is " + field(14);
-    }
-    if (at < 80) {
-        return "";
-    }
-    return at < 82 ? "config file Md5Len is not 16, Md5Len is " + field(80) : "config file md5 check failed!";
+    std::string answer = field->answer;
+    std::size_t const place = answer.find('#');
+    return place == std::string::npos
+               ? answer
+               : answer.replace(place, 1, std::to_string(LittleEndian(head, field->begin, 2)));
 }
 
 TEST_F(EncryptedIniFileTest, EachFlippedBitOfTheHeadGetsItsAnswer) {
-    auto const bodySize = static_cast<std::uint32_t>(_content.size() - kHeadSize);
     for (std::size_t bit = 0; bit < kHeadSize * 8; ++bit) {
         SCOPED_TRACE(bit);
         std::string changed = _content;
         changed[bit / 8] = static_cast<char>(changed[bit / 8] ^ (1 << bit % 8));
-        std::string const answer = Answer(changed, bit / 8, bodySize);
+        std::string const answer = Answer(changed, bit / 8, _content.size() - kHeadSize);
         if (answer.empty()) {
             WriteWholeFile(kPath, changed);
             EXPECT_TRUE(_file->Load());
@@ -193,70 +179,53 @@ TEST_F(EncryptedIniFileTest, AMissingOrDamagedKeyIsRefused) {
 
 TEST_F(EncryptedIniFileTest, APlainFileIsUsableAtOnceAndAMissingOneIsNoError) {
     WriteWholeFile(kPath, "[a]\nk=plain\n");
+    LogCapture const log;
     {
         EncryptedIniFileImpl file(kPath);
-        LogCapture const log;
         EXPECT_FALSE(file.Load());
-        EXPECT_TRUE(
-            log.Has("Error", "config file magic not match file magic is 24923, program magic is 2276"));
+        EXPECT_TRUE(log.Has("Error", "magic not match file magic is 24923, program magic is 2276"));
         EXPECT_STREQ(file.ReadString("a", "k", "").CString(), "plain");
     }
     EXPECT_EQ(ValueAfterLoad(), "plain");
     unlink(kPath);
-    LogCapture const log;
     EXPECT_FALSE(_file->Load());
     EXPECT_TRUE(log.Has("Info", std::string(kFunction) + "config file ./test.config is not exist"));
 }
 
 TEST_F(EncryptedIniFileTest, AFailedSaveLeavesFileAndKeyTogether) {
-    std::string const key = StoredKey();
-    _file->WriteString("a", "k", std::string(5000, 'x').c_str());
-    {
-        FileSizeLimit const limit(4000);
+    std::string const key = StoredText();
+    auto const saveInto = [&](char const* obstacle, std::string const& value, rlim_t room) {
+        FileSizeLimit const limit(room);
+        _file->WriteString("a", "k", value.c_str());
         EXPECT_TRUE(_file->Save());
-    }
-    EXPECT_EQ(ReadWholeFile(kPath), _content) << "no room for the file";
-    EXPECT_EQ(StoredKey(), key);
-
+        EXPECT_EQ(StoredText(), key) << obstacle;
+        EXPECT_STREQ(SecurityStore::GetInstance()->Get(kEntry, "").CString(), key.c_str()) << obstacle;
+    };
+    saveInto("no room for the file", std::string(5000, 'x'), 4000);
+    EXPECT_EQ(ReadWholeFile(kPath), _content);
     SecurityStore::GetInstance()->Set("padding", std::string(5000, 'x').c_str());
-    _file->WriteString("a", "k", "new");
-    {
-        FileSizeLimit const limit(4000);
-        EXPECT_TRUE(_file->Save());
-    }
-    EXPECT_EQ(ReadWholeFile(kPath), _content) << "no room for the key";
-    EXPECT_EQ(StoredKey(), key);
-    EXPECT_STREQ(SecurityStore::GetInstance()->Get(kEntry, "").CString(),
-                 CIniFileImpl("Cache/Store.ini").ReadString("Velmor", kEntry, "").CString());
-
+    saveInto("no room for the key", "new", 4000);
+    EXPECT_EQ(ReadWholeFile(kPath), _content);
     ASSERT_EQ(rename(kPath, "aside"), 0);
     ASSERT_EQ(mkdir(kPath, 0700), 0);
-    EXPECT_TRUE(_file->Save());
+    saveInto("no way to rename", "new", 1000000);
     ASSERT_EQ(rmdir(kPath), 0);
     ASSERT_EQ(rename("aside", kPath), 0);
-    EXPECT_EQ(StoredKey(), key) << "no way to rename";
     EXPECT_EQ(CountFilesWith(".tmp") + CountFilesWith(".tmp", "Cache"), 0);
     EXPECT_EQ(ValueAfterLoad(), "value");
 }
 
 TEST_F(EncryptedIniFileTest, ManyThreadsOnOneFileNeverPartItFromItsKey) {
-    std::vector<std::thread> threads;
-    threads.reserve(4);
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([this, i] {
-            EncryptedIniFileImpl own(kPath);
-            for (int round = 0; round < 10; ++round) {
-                EXPECT_TRUE(own.Load());
-                own.WriteInt("a", "n", i);
-                own.Save();
-                _file->WriteInt("a", "n", round);
-                _file->ReadInt("a", "n", 0);
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    OnThreads(4, [this](int i) {
+        EncryptedIniFileImpl own(kPath);
+        for (int round = 0; round < 10; ++round) {
+            EXPECT_TRUE(own.Load());
+            own.WriteInt("a", "n", i);
+            own.Save();
+            _file->WriteInt("a", "n", round);
+            _file->ReadInt("a", "n", 0);
+        }
+    });
     EXPECT_EQ(ValueAfterLoad(), "value");
 }
 

@@ -1,12 +1,11 @@
 #include <VelmorCore/Timer.h>
 
-#include <mutex>
-#include <thread>
 #include <utility>
 #include <vector>
 
 #include "Platform/Event.h"
 #include "Support/ConsoleCapture.h"
+#include "Support/OnThreads.h"
 #include "Support/SteppedClock.h"
 
 namespace Ubrix {
@@ -21,7 +20,6 @@ protected:
 
     static void Record(unsigned int id, void* self) {
         auto* test = static_cast<Timer*>(self);
-        std::lock_guard<std::mutex> lock(test->_mutex);
         test->_calls.emplace_back(id, test->clock.Elapsed());
         test->clock.Advance(test->callbackTakes);
         if (test->stopFrom != nullptr) {
@@ -32,11 +30,13 @@ protected:
     unsigned int Start(CTimer& timer, unsigned long long intervalMs, bool repeat) {
         return timer.StartTimer(intervalMs, repeat, Record, this);
     }
-    // The calls since the last time it was asked.
-    Calls TakeCalls() {
-        std::lock_guard<std::mutex> lock(_mutex);
-        return std::exchange(_calls, {});
+    // Moves the clock, and waits until the timers wait for these moments.
+    void Advance(long long milliseconds, std::vector<long long> const& moments) {
+        clock.Advance(milliseconds);
+        EXPECT_TRUE(clock.AwaitWaiters(moments)) << testing::PrintToString(moments);
     }
+    // The calls since the last time it was asked. Only while no timer is due.
+    Calls TakeCalls() { return std::exchange(_calls, {}); }
 
     ::Test::SteppedClock& clock = ::Test::SteppedClock::Install();
     ::Test::ConsoleCapture console;
@@ -45,66 +45,58 @@ protected:
     Platform::Event called;
 
 private:
-    std::mutex _mutex;
     Calls _calls;
 };
 
 TEST_F(Timer, OneShotFiresAtTheFirstPollOnceAndStaysUntilStopped) {
     CTimer timer;
-    unsigned int const id = Start(timer, 1200, false);
-    ASSERT_TRUE(clock.AwaitWaiters({1500}));
+    unsigned int const id = Start(timer, 1500, false);
+    Advance(0, {1500});
     clock.Advance(1499);
     EXPECT_EQ(TakeCalls(), Calls{});
-    clock.Advance(1);
-    ASSERT_TRUE(clock.AwaitWaiters({kNever})) << "nothing left to wake for";
+    Advance(1, {kNever});  // nothing left to wake for
     EXPECT_EQ(TakeCalls(), (Calls{{id, 1500}}));
     timer.StopTimer(id + 1000);
-    EXPECT_TRUE(clock.AwaitWaiters({kNever}));
+    Advance(0, {kNever});
     timer.StopTimer(id);
-    EXPECT_TRUE(clock.AwaitWaiters({})) << "a stopped timer's thread ends at once";
+    Advance(0, {});  // a stopped timer's thread ends at once
 }
 
 TEST_F(Timer, PeriodIsRoundedUpToPollsAndDriftsWithTheCallback) {
     CTimer timer;
     unsigned int const id = Start(timer, 700, true);
-    ASSERT_TRUE(clock.AwaitWaiters({1000}));
-    clock.Advance(1000);
-    ASSERT_TRUE(clock.AwaitWaiters({2000}));
+    Advance(0, {1000});
+    Advance(1000, {2000});
     callbackTakes = 30;
-    clock.Advance(1000);
     // Called at 2000, done at 2030, due at 2700: polls at 2530 and 3030.
-    ASSERT_TRUE(clock.AwaitWaiters({3030}));
-    clock.Advance(5000);  // a machine that slept: one call, none made up for
-    ASSERT_TRUE(clock.AwaitWaiters({8060}));
+    Advance(1000, {3030});
+    Advance(5000, {8060});  // a machine that slept: one call, none made up for
     EXPECT_EQ(TakeCalls(), (Calls{{id, 1000}, {id, 2000}, {id, 7030}}));
 }
 
 TEST_F(Timer, ExtremeIntervals) {
     CTimer timer;
     unsigned int const id = Start(timer, 0, true);
-    ASSERT_TRUE(clock.AwaitWaiters({500}));
-    clock.Advance(500);
-    ASSERT_TRUE(clock.AwaitWaiters({1000}));
+    Advance(0, {500});
+    Advance(500, {1000});
     EXPECT_EQ(TakeCalls(), (Calls{{id, 0}, {id, 500}}));
     timer.StopTimer(id);
-    ASSERT_TRUE(clock.AwaitWaiters({}));
+    Advance(0, {});
     Start(timer, 0xFFFFFFFFULL, true);
     Start(timer, 0xFFFFFFFFFFFFFFFFULL, true);
     Start(timer, 0xFFFFFFFEULL, false);
     Start(timer, 0x100000000ULL, false);
-    EXPECT_TRUE(clock.AwaitWaiters({4294968000LL, 4294968000LL, kNever, kNever}));
-    EXPECT_EQ(TakeCalls(), Calls{});
+    Advance(0, {4294968000LL, 4294968000LL, kNever, kNever});
 }
 
 TEST_F(Timer, MayBeStoppedFromItsOwnCallback) {
     CTimer timer;
     stopFrom = &timer;
     unsigned int const id = Start(timer, 400, true);
-    ASSERT_TRUE(clock.AwaitWaiters({500}));
+    Advance(0, {500});
     clock.Advance(500);
     EXPECT_TRUE(called.WaitFor(10000));
-    clock.Advance(5000);
-    EXPECT_TRUE(clock.AwaitWaiters({}));
+    Advance(5000, {});
     EXPECT_EQ(TakeCalls(), (Calls{{id, 500}}));
 }
 
@@ -114,38 +106,28 @@ TEST_F(Timer, DestructorEndsAllAndIdsAreSharedByAllInstances) {
         CTimer two;
         unsigned int const first = Start(one, 400, true);
         unsigned int const second = Start(two, 900, true);
-        EXPECT_NE(first, 0U);
-        EXPECT_EQ(second, first + 1);
-        EXPECT_EQ(Start(one, 1400, false), second + 1);
-        ASSERT_TRUE(clock.AwaitWaiters({500, 1000, 1500}));
+        EXPECT_TRUE(first != 0 && second == first + 1) << first;
+        Advance(0, {500, 1000});
     }
-    clock.Advance(10000);
-    EXPECT_TRUE(clock.AwaitWaiters({}));
+    Advance(10000, {});
     EXPECT_EQ(TakeCalls(), Calls{});
 }
 
 TEST_F(Timer, StartAndStopFromManyThreads) {
     ::Test::SteppedClock::Remove();
     CTimer timer;
-    std::vector<std::thread> threads;
-    threads.reserve(4);
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([&timer] {
-            for (int n = 0; n < 20; ++n) {
-                timer.StopTimer(timer.StartTimer(
-                    0, true, [](unsigned int, void*) {}, nullptr));
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    // Static, since a call under way outlives its timer.
+    static Platform::Event beat;
+    ::Test::OnThreads(4, [&timer](int) {
+        for (int n = 0; n < 20; ++n) {
+            timer.StopTimer(timer.StartTimer(
+                0, true, [](unsigned int, void*) {}, nullptr));
+        }
+    });
     // On the system's clock: two calls, half a second apart.
-    static Platform::Event tick;
     timer.StartTimer(
-        0, true, [](unsigned int, void*) { tick.Set(); }, nullptr);
-    EXPECT_TRUE(tick.WaitFor(10000));
-    EXPECT_TRUE(tick.WaitFor(10000));
+        0, true, [](unsigned int, void*) { beat.Set(); }, nullptr);
+    EXPECT_TRUE(beat.WaitFor(10000) && beat.WaitFor(10000));
 }
 
 }  // namespace

@@ -12,22 +12,6 @@
 
 namespace Test {
 
-struct Outcome {
-    int errorCode;
-    int httpStatus;
-    bool hasData;
-    std::string body;
-
-    bool operator==(Outcome const& other) const {
-        return errorCode == other.errorCode && httpStatus == other.httpStatus && hasData == other.hasData &&
-               body == other.body;
-    }
-    friend std::ostream& operator<<(std::ostream& out, Outcome const& outcome) {
-        return out << "error " << outcome.errorCode << ", status " << outcome.httpStatus << ", "
-                   << outcome.body.size() << " bytes: " << outcome.body.substr(0, 200);
-    }
-};
-
 class OutcomeListener : public Ubrix::DataTask::Listener {
 public:
     // Runs inside the call, before the outcome counts.
@@ -35,27 +19,24 @@ public:
 
     void OnDataTaskFinished(Ubrix::DataTask* task, int errorCode, int httpStatus, char const* data,
                             std::uint64_t length) override {
-        if (data != nullptr) {
-            EXPECT_EQ(data[length], '\0');
-        }
-        Outcome const outcome{errorCode, httpStatus, data != nullptr,
-                              data != nullptr ? std::string(data, length) : std::string()};
+        EXPECT_TRUE(data == nullptr || data[length] == '\0');
+        std::string const body = data != nullptr ? std::string(data, length) : "null";
         if (inside) {
             inside(task);
         }
         std::lock_guard<std::mutex> lock(_mutex);
-        _outcomes.push_back(outcome);
+        _outcomes.push_back(std::to_string(errorCode) + " " + std::to_string(httpStatus) + " " + body);
         _came.notify_all();
     }
 
-    // The outcome number `count`, from 1. A failed test after a minute.
-    Outcome Await(std::size_t count = 1) {
+    // The outcome number `count`, from 1: error code, status and body, with a blank between them; the body is
+    // "null" where no data came. A failed test after a minute.
+    std::string Await(std::size_t count = 1) {
         std::unique_lock<std::mutex> lock(_mutex);
-        if (!_came.wait_for(lock, std::chrono::seconds(60), [&] { return _outcomes.size() >= count; })) {
-            ADD_FAILURE() << "no outcome " << count;
-            return {-1, -1, false, ""};
-        }
-        return _outcomes[count - 1];
+        bool const came =
+            _came.wait_for(lock, std::chrono::seconds(60), [&] { return _outcomes.size() >= count; });
+        EXPECT_TRUE(came);
+        return came ? _outcomes[count - 1] : "no outcome";
     }
     std::size_t Count() {
         std::lock_guard<std::mutex> lock(_mutex);
@@ -65,7 +46,7 @@ public:
 private:
     std::mutex _mutex;
     std::condition_variable _came;
-    std::vector<Outcome> _outcomes;
+    std::vector<std::string> _outcomes;
 };
 
 }  // namespace Test

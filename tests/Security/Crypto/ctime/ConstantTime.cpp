@@ -6,9 +6,8 @@
 #include <cstring>
 #include <initializer_list>
 
-#include "Security/Crypto/CurveLadder.h"
+#include "Security/Crypto/CurveRecord.h"
 #include "Security/Crypto/Ecc.h"
-#include "Security/Crypto/Secp256k1Wide.h"
 
 namespace {
 
@@ -28,21 +27,6 @@ bool FixedRandom(void* bytes, unsigned int length) {
     return true;
 }
 
-void MultiplyOn(CurveRecord const& curve) {
-    CurvePoint point = {};
-    WordsSet(point.x, curve.G, curve.numWords);
-    WordsSet(point.y, curve.G + kMaxCurveWords, curve.numWords);
-    Word scalar[kMaxCurveWords] = {0x1234567, 0x89ABCDE};
-    Word startingZ[kMaxCurveWords] = {0x7654321};
-    MarkSecret(scalar, sizeof scalar);
-    MarkSecret(startingZ, sizeof startingZ);
-    CurvePoint product;
-    LadderMultiply(product, point, scalar, startingZ, curve);
-    if constexpr (kHasWideWords) {
-        Secp256k1Multiply(product, point, scalar, startingZ);
-    }
-}
-
 // The two operations of the agreement; their answers are public.
 void Agree(CurveRecord const& curve) {
     unsigned char privateKey[32];
@@ -52,15 +36,14 @@ void Agree(CurveRecord const& curve) {
     MarkSecret(privateKey, sizeof privateKey);
     int answer = EccPublicKey(privateKey, publicKey, &curve);
     MarkPublic(publicKey, sizeof publicKey);
+    answer += EccSharedSecret(publicKey, privateKey, secret, &curve);
     MarkPublic(&answer, sizeof answer);
-    int answerOfSecret = EccSharedSecret(publicKey, privateKey, secret, &curve);
-    MarkPublic(&answerOfSecret, sizeof answerOfSecret);
-    if (answer != 1 || answerOfSecret != 1) {
+    if (answer != 2) {
         std::puts("the agreement failed");
     }
 }
 
-// A lookup such as the arithmetic must never make: it proves that the errors are counted.
+// A lookup such as the arithmetic must never make: it proves that valgrind runs and counts the errors.
 int LeakOnPurpose() {
     static int const table[2] = {3, 4};
     volatile unsigned int secret = 1;
@@ -71,13 +54,11 @@ int LeakOnPurpose() {
 }  // namespace
 
 int main() {
-    if (RUNNING_ON_VALGRIND == 0) {
-        std::puts("to be run under valgrind");
-        return 2;
-    }
     EccSetRandom(FixedRandom);
-    for (CurveRecord const* curve : {&kSecp160r1, &kSecp192r1, &kSecp224r1, &kSecp256r1, &kSecp256k1}) {
-        MultiplyOn(*curve);
+    // Only the record itself is computed on 64-bit words, a copy on 32-bit words as the other curves are.
+    CurveRecord const narrow = kSecp256k1;
+    for (CurveRecord const* curve :
+         {&kSecp160r1, &kSecp192r1, &kSecp224r1, &kSecp256r1, &kSecp256k1, &narrow}) {
         Agree(*curve);
     }
     auto const found = VALGRIND_COUNT_ERRORS;

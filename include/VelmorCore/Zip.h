@@ -1,0 +1,39 @@
+// Packs files into a new zip archive.
+//
+// The format is that of PKWARE's APPNOTE: each entry is deflated (RFC 1951) at zlib's default level, and
+// carries no date, no attributes, no comment and no extra field; any zip tool reads it.
+#pragma once
+
+#include <VelmorCore/Export.h>
+
+namespace Ubrix {
+
+// One archive while it is written. An instance belongs to one thread at a time. Paths are zero-terminated
+// byte strings, handed to the system's narrow functions unchanged. Nothing here logs or throws.
+class VELMORCORE_API ZipArchive {
+public:
+    // No archive is open.
+    ZipArchive();
+    // Closes the archive.
+    ~ZipArchive();
+    ZipArchive(ZipArchive const&) = delete;
+    ZipArchive& operator=(ZipArchive const&) = delete;
+
+    // Makes a new file at `path`, in place of any that stands there. False if it can't be made, and for null.
+    // An archive that is still open is forgotten, not closed, and its file stays unreadable: close first.
+    bool CreateZipFile(char const* path);
+    // Adds the content of the file at `sourcePath` under `nameInZip`, bytes as they stand, at most 65535 of
+    // them; two entries may have one name. False if no archive is open, if either is null, or if the name is
+    // too long: nothing is added then. False also if the source can't be opened, which leaves an empty entry,
+    // or if the archive can't be written, which leaves a cut one. A source that breaks off or vanishes while
+    // it is copied ends there, as a shorter file would. Below 4 GiB; the archive itself is no source for it.
+    bool AddFileToZip(char const* sourcePath, char const* nameInZip);
+    // Writes the archive's directory and closes the file. False if no archive is open or if writing failed;
+    // no archive is open afterwards.
+    bool CloseZipFile();
+
+private:
+    void* _handle;
+};
+
+}  // namespace Ubrix

@@ -1,0 +1,223 @@
+// The search of a block file by hour.
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "Storage/Log/LogCrypt.h"
+
+namespace Ubrix {
+
+namespace {
+
+using Layout = LogBlockLayout;
+
+constexpr long long kHeader = Layout::kHeaderSize;
+constexpr long long kTail = Layout::kTailSize;
+
+struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+template <typename... Arguments>
+std::string Message(char const* format, Arguments... arguments) {
+    char text[1024];
+    std::snprintf(text, sizeof text, format, arguments...);
+    return text;
+}
+
+char const* SystemError() {
+    return std::strerror(errno);
+}
+
+// A file read mostly forwards. Heads come from a piece in memory, so that junk costs no system call a byte.
+class PieceReader {
+public:
+    PieceReader(std::FILE* file, long long size) : _file(file), _size(size) {
+        // The piece is buffer enough.
+        std::setvbuf(_file, nullptr, _IONBF, 0);
+    }
+
+    long long Size() const { return _size; }
+    // The head at `position`; null if it can't be read.
+    char const* HeadAt(long long position) {
+        if (!Holds(position, kHeader) && !Load(position)) {
+            return nullptr;
+        }
+        return _piece + (position - _begin);
+    }
+    // Goes to a byte that ByteThere then reads. Both answer false if the system refuses.
+    bool GoTo(long long position) {
+        _there = position;
+        return Holds(position, 1) || std::fseek(_file, static_cast<long>(position), SEEK_SET) == 0;
+    }
+    bool ByteThere(char& byte) {
+        if (Holds(_there, 1)) {
+            byte = _piece[_there - _begin];
+            return true;
+        }
+        return std::fread(&byte, 1, 1, _file) == 1;
+    }
+
+private:
+    bool Holds(long long position, long long count) const {
+        return position >= _begin && position + count <= _end;
+    }
+    bool Load(long long position) {
+        _begin = _end = position;
+        if (std::fseek(_file, static_cast<long>(position), SEEK_SET) != 0) {
+            return false;
+        }
+        _end += static_cast<long long>(std::fread(_piece, 1, sizeof _piece, _file));
+        return Holds(position, kHeader);
+    }
+
+    std::FILE* const _file;
+    long long const _size;
+    long long _begin = 0;
+    long long _end = 0;
+    long long _there = 0;
+    char _piece[4096];
+};
+
+// Takes the blocks of a file in their order, and keeps the range that holds the hours asked for.
+class HourRange {
+public:
+    HourRange(int beginHour, int endHour) : _beginHour(beginHour), _endHour(endHour) {}
+
+    void Take(long long from, long long to, int begin, int end) {
+        if (end < begin) {
+            // Over midnight: the block counts as of the later day.
+            begin = end;
+        }
+        if (!_found && Opens(begin, end)) {
+            _beginPos = from;
+            _found = true;
+        }
+        if (_found) {
+            if (begin < _endHour && _endHour <= end) {
+                _endPos = to;
+            }
+            if (_lastEnd < _endHour && _endHour <= begin) {
+                _endPos = _lastEndPos;
+            }
+        }
+        _lastEnd = end;
+        _lastEndPos = to;
+    }
+    void Finish(long long fileSize) {
+        if (_found && _lastEnd < _endHour) {
+            _endPos = fileSize;
+        }
+    }
+    long long BeginPos() const { return _beginPos; }
+    long long EndPos() const { return _endPos; }
+
+private:
+    bool Opens(int begin, int end) const {
+        return (begin < _beginHour && _beginHour <= end) || (_lastEnd < _beginHour && _beginHour <= begin);
+    }
+
+    int const _beginHour;
+    int const _endHour;
+    bool _found = false;
+    int _lastEnd = -1;
+    long long _lastEndPos = 0;
+    long long _beginPos = 0;
+    long long _endPos = 0;
+};
+
+enum class Step { Sound, Damaged, Stop };
+
+// Whether a block starts at `position`, and where it ends. `note` says why a scan stops.
+Step ReadBlock(PieceReader& file, long long position, long long& end, char const*& head, std::string& note) {
+    if (position + kHeader + kTail > file.Size()) {
+        note = "ftell(file) + __GetHeaderLen() + sizeof(kMagicEnd)) > file_size error";
+        return Step::Stop;
+    }
+    auto const before = static_cast<long>(position);
+    head = file.HeadAt(position);
+    if (head == nullptr) {
+        note = Message("fread(buff.Ptr(), 1, __GetHeaderLen(), file) error:%s, before_len:%ld.",
+                       SystemError(), before);
+        return Step::Stop;
+    }
+    int begin = 0;
+    int last = 0;
+    std::uint32_t const length = LogCrypt::GetBodyLength(head, Layout::kHeaderSize);
+    end = position + kHeader + kTail + length;
+    if (!LogCrypt::ReadHours(head, Layout::kHeaderSize, begin, last) || end > file.Size()) {
+        return Step::Damaged;
+    }
+    if (!file.GoTo(end - kTail)) {
+        note =
+            Message("fseek(file, len, SEEK_CUR):%s, before_len:%ld, len:%u.", SystemError(), before, length);
+        return Step::Stop;
+    }
+    char endByte = 0;
+    if (!file.ByteThere(endByte)) {
+        note =
+            Message("fread(&end, 1, 1, file) err:%s, before_len:%ld, len:%u.", SystemError(), before, length);
+        return Step::Stop;
+    }
+    return endByte == LogCrypt::kMagicEnd ? Step::Sound : Step::Damaged;
+}
+
+// Each turn goes ahead by a byte at least, so the file's size bounds them.
+std::string ScanBlocks(PieceReader& file, HourRange& range) {
+    std::string note;
+    for (long long position = 0;;) {
+        long long end = 0;
+        char const* head = nullptr;
+        Step const step = ReadBlock(file, position, end, head, note);
+        if (step == Step::Stop) {
+            return note;
+        }
+        if (step == Step::Damaged) {
+            ++position;
+            continue;
+        }
+        int begin = 0;
+        int last = 0;
+        LogCrypt::ReadHours(head, Layout::kHeaderSize, begin, last);
+        range.Take(position, end, begin, last);
+        position = end;
+    }
+}
+
+}  // namespace
+
+bool LogCrypt::FindHourRange(char const* logPath, int beginHour, int endHour, unsigned long& beginPos,
+                             unsigned long& endPos, std::string& errorText) {
+    if (logPath == nullptr || endHour <= beginHour) {
+        errorText += Message("NULL == _logPath || _endHour <= _beginHour, %d, %d", beginHour, endHour);
+        return false;
+    }
+    std::unique_ptr<std::FILE, CloseFile> const file(std::fopen(logPath, "rb"));
+    if (file == nullptr) {
+        errorText += Message("open file fail:%s", SystemError());
+        return false;
+    }
+    long const size = std::fseek(file.get(), 0, SEEK_END) == 0 ? std::ftell(file.get()) : -1;
+    if (size < 0) {
+        errorText += Message("fseek(file, 0, SEEK_END):%s", SystemError());
+        return false;
+    }
+    if (std::fseek(file.get(), 0, SEEK_SET) != 0) {
+        errorText += Message("fseek(file, 0, SEEK_SET) error:%s", SystemError());
+        return false;
+    }
+    PieceReader reader(file.get(), size);
+    HourRange range(beginHour, endHour);
+    std::string const note = ScanBlocks(reader, range);
+    range.Finish(size);
+    beginPos = static_cast<unsigned long>(range.BeginPos());
+    endPos = static_cast<unsigned long>(range.EndPos());
+    if (beginPos < endPos) {
+        return true;
+    }
+    errorText += note + Message("begintpos:%lu, endpos:%lu, filesize:%ld.", beginPos, endPos, size);
+    return false;
+}
+
+}  // namespace Ubrix

@@ -1,0 +1,46 @@
+// A byte buffer over memory that it doesn't own.
+#pragma once
+
+#include <cstddef>
+
+#include "Storage/Log/BufferRules.h"
+
+namespace Ubrix {
+
+// The interface of AutoBuffer, without growth: what doesn't fit the memory isn't stored, and nothing tells
+// it. No lock: one thread at a time.
+class PtrBuffer {
+public:
+    // Over no memory.
+    PtrBuffer() = default;
+    // Over `maxLength` bytes, of which the first `length` count as content. The caller owns them, and keeps
+    // them as long as the buffer is used.
+    PtrBuffer(void* memory, std::size_t length, std::size_t maxLength);
+    PtrBuffer(PtrBuffer const&) = delete;
+    PtrBuffer& operator=(PtrBuffer const&) = delete;
+
+    // Stores what fits at the position, which moves on by `length`, but not beyond the content.
+    void Write(void const* data, std::size_t length);
+    std::size_t Read(void* out, std::size_t length);
+    void Seek(long long offset, BufferOrigin origin);
+    // As AutoBuffer's; what an insertion pushes out of the memory is lost.
+    void Move(long long count);
+    // Sets both. `position` is at most `length`; neither exceeds the memory.
+    void Length(std::size_t position, std::size_t length);
+    // Lets go of the memory.
+    void Reset();
+
+    char* Ptr() { return pointer_; }
+    char const* Ptr() const { return pointer_; }
+    std::size_t Pos() const { return pos_; }
+    std::size_t Length() const { return length_; }
+    std::size_t MaxLength() const { return max_length_; }
+
+private:
+    char* pointer_ = nullptr;
+    std::size_t pos_ = 0;
+    std::size_t length_ = 0;
+    std::size_t max_length_ = 0;
+};
+
+}  // namespace Ubrix

@@ -1,0 +1,98 @@
+#include "Base/Configure/FilePattern.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+namespace {
+
+using namespace Velmor;
+
+std::string Repeated(std::string const& text, int count) {
+    std::string all;
+    for (int i = 0; i < count; ++i) {
+        all += text;
+    }
+    return all;
+}
+
+// Pattern, name, result.
+constexpr char kRows[] = R"rows(
+    LOG game.log 8      ^log game.log -1     ^a|m game -1         log$ a.log.log 9     log$ a.log.1 -1
+    a|^g game 1         e^ game -1           a$b a$b -1           ^a* aaab 3           ^a*? aaab 0
+    ^a+? aaab 1         ^a??b ab 2           ^a?b b 1             a+b b -1             ^.*b abab 4
+    ^.*?b abab 2        ^(ab)*a ababa 5      ^(ab)*?a ababa 1     ^(a*)*$ aaa 3        ^(a*)+b aab 3
+    ^(a|ab)(c|bcd)$ abcd 4   ^(a|b)+?b$ abb 3     ^(|a)+b ab 2    (a??)*b aab 3        ^((a)|b)*c abac 4
+    ^[a-c]+ AbCd 3      ^[^a-c]+ xYbz 2      ^[X\x2d\]]+$ x-]X 4  ^[.*$(|]+$ .*$(| 5   ^[-a]+$ -a 2
+    ^[a-]+$ -a 2        ^[\d_]+$ 2026_11 7   ^[A-z]$ m 1          ^[a-Z]$ M 1          [0-9][0-9]\.l a_22.log 6
+    () a -1             a() a -1             a()*b ab 2           x|() x 1             a||b c 0
+    (|)c c 1            \^\$\(\)\.\[\]\*\+\?\|\\ ^$().[]*+?|\ 12  \x41\x7a aZ 2        a[|]b a|b 3
+    * a -2   ^+ a -2    a|? a -2   (*a) a -2   a** a -2   a??? a -2   $* a -2   (a a -3   a) a -3   a] a -3
+    [a a -5  [] a -5    [^] a -5   [b-a] a -5  [\d-z] a -5  [a-\d] a -5   \ a -6  \q a -6   \- a -6  \D a -6
+    \x4 a -6  \xg0 a -6  [\w] a -6)rows";
+
+TEST(FilePatternTest, AnswersTheOffsetBehindTheMatch) {
+    std::istringstream rows(kRows);
+    std::string pattern;
+    std::string name;
+    int result = 0;
+    while (rows >> pattern >> name >> result) {
+        EXPECT_EQ(MatchPattern(pattern, name), result) << pattern << " on " << name;
+    }
+    EXPECT_TRUE(rows.eof());
+    struct {
+        char const *pattern, *name;
+        int result;
+    } const blanks[] = {{"", "", 0},
+                        {"", "abc", 0},
+                        {"^$", "", 0},
+                        {"a.c", "a\nc", 3},
+                        {"\xC4", "\xE4", -1},
+                        {"\\s", "\x1F", -1},
+                        {"[^\\s]", " \t", -1},
+                        {"[^\\S]", "a b", 2},
+                        {"\\S\\s\\d", "a 7", 3},
+                        {"\\b\\f\\n\\r\\t\\v", "\b\f\n\r\t\v", 6}};
+    for (auto const& row : blanks) {
+        EXPECT_EQ(MatchPattern(row.pattern, row.name), row.result) << row.pattern << " on " << row.name;
+    }
+}
+
+TEST(FilePatternTest, CapturesWhatTheLastTurnTook) {
+    PatternCapture captures[3];
+    EXPECT_EQ(MatchPattern("(a|(x))*-(b+)", "zaaa-bb", captures, 3), 7);
+    std::string seen;
+    for (PatternCapture const& one : captures) {
+        seen += std::to_string(one.begin) + "," + std::to_string(one.length) + " ";
+    }
+    EXPECT_EQ(seen, "3,1 -1,0 5,2 ");
+    EXPECT_EQ(MatchPattern("(a)(b)", "ab", captures, 1), kPatternTooFewCaptures);
+}
+
+TEST(FilePatternTest, KeepsItsLimits) {
+    EXPECT_EQ(MatchPattern(Repeated("(a)", 99), Repeated("a", 99)), 99);
+    EXPECT_EQ(MatchPattern(Repeated("(", 99) + "a" + Repeated(")", 99), "a"), 1);
+    EXPECT_EQ(MatchPattern(Repeated("(a)", 100), "a"), kPatternTooManyGroups);
+    EXPECT_EQ(MatchPattern(Repeated("b|", 100) + "a[|]", "xa|"), 3);
+    EXPECT_EQ(MatchPattern(Repeated("b|", 101), "b"), kPatternTooManyBars);
+    // The longest name that a file can bear.
+    EXPECT_EQ(MatchPattern("^((a))*$", Repeated("a", 255)), 255);
+    EXPECT_EQ(MatchPattern("^.*_.*\\.log$", Repeated("a_", 125) + ".log"), 254);
+}
+
+TEST(FilePatternTest, GivesHostilePatternsUp) {
+    std::string const patterns[] = {"(a*)*(a*)*b",
+                                    "(a|a)*(a|aa)+b",
+                                    "^(((a*)*)*)*b",
+                                    "a*a*a*a*a*b",
+                                    "(.*?)*?x.*x",
+                                    Repeated("a?", 500000) + "b",
+                                    "[" + Repeated("b", 1000000) + "]*c"};
+    for (std::string const& pattern : patterns) {
+        EXPECT_EQ(MatchPattern(pattern, Repeated("a", 255)), kPatternInternalError) << pattern.substr(0, 20);
+    }
+    EXPECT_EQ(MatchPattern("(a)*b", Repeated("a", 100000)), kPatternInternalError);
+}
+
+}  // namespace

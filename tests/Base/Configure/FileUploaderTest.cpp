@@ -1,0 +1,204 @@
+#include <VelmorCore/File.h>
+#include <VelmorCore/FileUploader.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <thread>
+
+#include "Base/Configure/ConfigureImpl.h"
+#include "Support/Files.h"
+#include "Support/LogCapture.h"
+#include "Support/ScriptedTransport.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using ::Test::WriteWholeFile;
+using Velmor::ConfigureImpl;
+using Velmor::FileUploader;
+
+// Keeps what it is told until the test ends the upload.
+struct HeldTask final : OzkCUploadTask {
+    ~HeldTask() override { latest = nullptr; }
+    void Upload(char const* uploadId, char const* filePath, std::int64_t partSize, char const* url) override {
+        told = std::string(uploadId) + " " + filePath + " " + std::to_string(partSize) + " " + url;
+        path = filePath;
+    }
+    char const* GetUploadId() override { return ""; }
+    char const* GetFilePath() override { return path.c_str(); }
+    void SetComParams(char const* given) override { params = given; }
+    void SetListener(Listener* given) override { listener = given; }
+
+    static OzkCUploadTask* Make(void*) {
+        ++made;
+        return latest = new HeldTask;
+    }
+    static inline HeldTask* latest = nullptr;
+    static inline int made = 0;
+
+    std::string told, path, params;
+    Listener* listener = nullptr;
+};
+
+class FileUploaderTest : public testing::Test {
+protected:
+    FileUploaderTest() : _server(::Test::ScriptedTransport::Install()) {
+        Ubrix::CPath::GetCachePath();
+        fs::remove_all("logs");
+        fs::create_directory("logs");
+        HeldTask::made = 0;
+        Ubrix::SetOzkUploadTaskFactory(HeldTask::Make, nullptr);
+    }
+    ~FileUploaderTest() override {
+        Finish(2);
+        Ubrix::SetOzkUploadTaskFactory(nullptr, nullptr);
+        ConfigureImpl::ReleaseInstance();
+    }
+
+    // Lets the server hand out `keys` as section "Upload".
+    void Fetch(std::string const& keys) {
+        _server.Answer(R"({"biz_data":{"rule_id":1,"merged_cfg":{"Upload":{)" + keys + "}}}}");
+        ConfigureImpl::Instance()->SetUrl("https://config.velmor.example");
+        auto const limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (ConfigureImpl::Instance()->CurrentState() != ConfigureImpl::kFinished &&
+               std::chrono::steady_clock::now() < limit) {
+            std::this_thread::yield();
+        }
+        EXPECT_EQ(ConfigureImpl::Instance()->CurrentState(), ConfigureImpl::kFinished);
+        EXPECT_TRUE(_server.AwaitQuiet());
+    }
+    static void Refresh() { FileUploader::GetInstance()->OnConfigureRefreshed(nullptr); }
+    static void Finish(int result) {
+        if (HeldTask::latest != nullptr) {
+            HeldTask::latest->listener->OnUploadFinished(HeldTask::latest, result);
+        }
+    }
+    static std::string Names(std::string const& archive) {
+        std::string const command = "unzip -tq " + archive + " >checked && unzip -Z1 " + archive + " >names";
+        EXPECT_EQ(std::system(command.c_str()), 0);
+        return ::Test::ReadWholeFile("names");
+    }
+
+    ::Test::LogCapture _log;
+    ::Test::ScriptedTransport& _server;
+};
+
+TEST_F(FileUploaderTest, ARefreshPacksWhatIsOrderedAndUploadsIt) {
+    WriteWholeFile("logs/a.log", "first");
+    WriteWholeFile("logs/B.LOG", "second");
+    WriteWholeFile("logs/c.txt", "third");
+    WriteWholeFile("Cache/order1.zip", "older");
+    FileUploader::Join();
+    Fetch(
+        R"("file_path":"gone|logs|VELMOR_CORE_LOG_DIR and more","file_pattern":"^a|\\.log$","upload_id":"order1",)"
+        R"("part_size":4096)");
+    ASSERT_TRUE(_log.Await("Info", "|Velmor::FileUploader::OnConfigureRefreshed| _Upload zip file."));
+    std::string const archive = std::string(Ubrix::CPath::GetCachePath()) + "/order1.zip";
+    std::string const names = Names(archive);
+    EXPECT_EQ(names.substr(0, 18), "B.LOG\na.log\na.log\n");
+    EXPECT_NE(names.find("VelmorCore_20"), std::string::npos);
+    EXPECT_TRUE(_log.Has("Error", "search path gone is not exit"));
+    EXPECT_TRUE(_log.Has("Warning", "fileName c.txt dismatch filePattern ^a"));
+    EXPECT_TRUE(_log.Has("Info", "order1.zip already exist! need to delete")) << _log.Text();
+
+    ASSERT_NE(HeldTask::latest, nullptr);
+    EXPECT_EQ(HeldTask::latest->told, "order1 " + archive + " 4096 https://config.velmor.example");
+    EXPECT_EQ(HeldTask::latest->params.substr(0, 11), "{\"app_ver\":");
+
+    ::Velmor::Configure::GetInstance()->RemoveObserver("Upload");
+    Refresh();
+    EXPECT_TRUE(_log.Has("Warning", "|Velmor::FileUploader::OnConfigureRefreshed| _isUploading..."));
+    EXPECT_EQ(HeldTask::made, 1);
+    for (int const result : {2, 1, 0}) {
+        Finish(result);
+        EXPECT_EQ(fs::exists(archive), result == 2) << result;
+        Refresh();
+    }
+    EXPECT_EQ(HeldTask::made, 4);
+}
+
+TEST_F(FileUploaderTest, RefusesWhatItMayNotDo) {
+    WriteWholeFile("logs/a.log", "x");
+    WriteWholeFile("Cache/kept.zip", "older");
+    std::string const all = R"("file_path":"logs","upload_id":")";
+    std::string const refused = "the upload id is no file name, order refused";
+    struct {
+        std::string keys;
+        char const* level;
+        std::string line;
+    } const rows[] = {
+        {"", "Error", "search path  is not exit"},
+        {all + R"(kept","manual_upload":1)", "Info", "manual upload"},
+        {all + R"(kept","file_pattern":"nothing|(")", "Info", "total match 0 files."},
+        {all + "../kept\"", "Error", refused},
+        {all + R"(a\\kept")", "Error", refused},
+        {all + std::string(129, 'i') + "\"", "Error", refused},
+        {R"("file_path":"logs/a.log","upload_id":"kept")", "Info", "total match 0 files."},
+    };
+    for (auto const& row : rows) {
+        int const before = _log.Count(row.level, row.line);
+        Fetch(row.keys);
+        Refresh();
+        EXPECT_EQ(_log.Count(row.level, row.line), before + 1) << row.keys << "\n" << _log.Text();
+    }
+    EXPECT_EQ(HeldTask::made, 0);
+    EXPECT_EQ(::Test::ReadWholeFile("Cache/kept.zip"), "older");
+    Fetch(all + std::string(128, 'i') + "\"");
+    Refresh();
+    EXPECT_EQ(HeldTask::made, 1);
+}
+
+TEST_F(FileUploaderTest, PacksOnlyFilesOfTheDirectoryAndNeverTheArchive) {
+    WriteWholeFile("outside", "secret");
+    WriteWholeFile("logs/f", "content");
+    WriteWholeFile("Cache/links.zip", "older");
+    fs::create_directory("logs/sub");
+    WriteWholeFile("logs/sub/g", "below");
+    fs::create_symlink("../outside", "logs/out");
+    fs::create_symlink(fs::absolute("logs/sub/g"), "logs/in");
+    fs::create_symlink("nowhere", "logs/dangling");
+    fs::create_directory("logsX");
+    WriteWholeFile("logsX/h", "neighbour");
+    fs::create_symlink("../logsX/h", "logs/neighbour");
+    ASSERT_EQ(mkfifo("logs/pipe", 0600), 0);
+    fs::create_directory_symlink("logs", "link to logs");
+    Fetch(
+        R"("file_path":"link to logs|Cache","file_pattern":"^[a-h]|^in$|links|^out|pipe|sub|neigh","upload_id":"links")");
+    Refresh();
+    ASSERT_NE(HeldTask::latest, nullptr);
+    EXPECT_EQ(Names("Cache/links.zip"), "f\nin\n");
+    for (char const* line : {"/out leads out of its directory, left out", "/pipe can't be read, left out",
+                             "/neighbour leads out of its directory, left out",
+                             "/dangling can't be read, left out", "/sub can't be read, left out"}) {
+        EXPECT_EQ(_log.Count("Warning", line), 1) << line << "\n" << _log.Text();
+    }
+}
+
+TEST_F(FileUploaderTest, StartsFiveUploadsOfAnId) {
+    WriteWholeFile("logs/f", "content");
+    std::string const path = R"("file_path":"logs","upload_id":)";
+    Fetch(path + "\"often\"");
+    Ubrix::SetOzkUploadTaskFactory([](void*) -> OzkCUploadTask* { return nullptr; }, nullptr);
+    Refresh();
+    EXPECT_TRUE(_log.Has("Error", "|Velmor::FileUploader::_Upload| no upload task to be had"));
+    Ubrix::SetOzkUploadTaskFactory(HeldTask::Make, nullptr);
+    for (int i = 0; i < 6; ++i) {
+        Refresh();
+        Finish(0);
+    }
+    EXPECT_EQ(HeldTask::made, 5);
+    EXPECT_EQ(_log.Count("Info", "_Upload zip file."), 7);
+    EXPECT_TRUE(fs::exists("Cache/often.zip"));
+    Fetch(path + "\"else\"");
+    Refresh();
+    EXPECT_EQ(HeldTask::made, 6);
+    EXPECT_NE(HeldTask::latest->told.find("else.zip 0 https"), std::string::npos);
+    FileUploader::GetInstance()->OnUploadFinished(nullptr, 0);
+    EXPECT_TRUE(fs::exists("Cache/else.zip"));
+}
+
+}  // namespace

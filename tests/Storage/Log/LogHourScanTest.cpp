@@ -1,0 +1,77 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "Storage/Log/log_buffer.h"
+#include "Support/Files.h"
+
+namespace {
+
+using namespace Ubrix;
+
+// A block of 80 bytes, or with a body length other than its own.
+std::string Block(int begin, int end, char start = 8,
+                  std::string const& length = std::string("\6\0\0\0", 4)) {
+    return start + std::string("\1\0", 2) + static_cast<char>(begin) + static_cast<char>(end) + length +
+           std::string(64, 'k') + std::string("123456\0", 7);
+}
+
+std::string Found(std::string const& file, int beginHour, int endHour) {
+    ::Test::WriteWholeFile("blocks", file);
+    unsigned long begin = 77;
+    unsigned long end = 77;
+    std::string error;
+    bool const found = LogBuffer::FindHourRange("blocks", beginHour, endHour, begin, end, error);
+    EXPECT_EQ(found, error.empty());
+    return found ? std::to_string(begin) + "-" + std::to_string(end) : error;
+}
+
+constexpr char kRanOut[] = "ftell(file) + __GetHeaderLen() + sizeof(kMagicEnd)) > file_size error";
+
+TEST(LogHourScanTest, FindsTheRangeOfWholeHours) {
+    std::string const day = Block(5, 5, 6) + Block(6, 7, 7) + Block(9, 9, 9);
+    std::string const junk(100, '\x9');
+    std::string const huge = Block(1, 1, 8, "\xFF\xFF\xFF\xFF");
+    struct {
+        std::string file;
+        int begin;
+        int end;
+        std::string found;
+    } const rows[] = {
+        {day, 5, 6, "0-80"},
+        {day, 5, 7, "0-160"},
+        {day, 6, 9, "80-160"},
+        {day, 8, 24, "160-240"},
+        {day, 10, 11, std::string(kRanOut) + "begintpos:0, endpos:0, filesize:240."},
+        {Block(23, 0) + Block(1, 1), 0, 1, "0-80"},
+        {Block(5, 5) + junk + Block(6, 6), 6, 7, "180-260"},
+        {junk + Block(6, 6) + junk, 6, 7, "100-280"},
+        {Block(5, 5) + Block(6, 6).substr(0, 79), 5, 6, "0-159"},
+        {huge + Block(3, 3), 3, 4, "80-160"},
+        {Block(-128, 127) + Block(99, 99), 3, 4, "0-80"},
+        {"", 1, 2, std::string(kRanOut) + "begintpos:0, endpos:0, filesize:0."},
+        {day, 5, 5, "NULL == _logPath || _endHour <= _beginHour, 5, 5"},
+    };
+    for (auto const& row : rows) {
+        EXPECT_EQ(Found(row.file, row.begin, row.end), row.found) << &row - rows;
+    }
+    unsigned long position = 0;
+    std::string error;
+    EXPECT_FALSE(LogCrypt::FindHourRange("missing", 1, 2, position, position, error));
+    EXPECT_EQ(error, "open file fail:No such file or directory");
+}
+
+TEST(LogHourScanTest, ACutAnywhereLeavesTheBlocksBefore) {
+    // Longer than what is read at a time.
+    std::string const file = Block(4, 4, 8, std::string("\x06\x20\0\0", 4)).substr(0, 79) +
+                             std::string(0x2000, '\7') + std::string(1, '\0') + Block(5, 5) + Block(6, 6);
+    std::size_t const second = 80 + 0x2000;
+    for (std::size_t cut = second - 100; cut <= file.size(); ++cut) {
+        std::string const end = std::to_string(cut >= second + 160 ? second + 80 : cut);
+        std::string const text = Found(file.substr(0, cut), 4, 6);
+        EXPECT_EQ(text.find(cut < second ? kRanOut : "0-" + end), 0U) << cut << " " << text;
+    }
+}
+
+}  // namespace

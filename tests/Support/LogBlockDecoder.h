@@ -1,0 +1,93 @@
+// Reads log blocks by their documented form alone, with nothing of the library's own code: what a support
+// desk that holds the private key does.
+#pragma once
+
+#include <zlib.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "Support/EncipheredFileDecoder.h"
+
+namespace Test {
+
+struct LogBlock {
+    unsigned int start = 0;
+    unsigned int sequence = 0;
+    unsigned int beginHour = 0;
+    unsigned int endHour = 0;
+    std::string publicKey;
+    std::string body;  // as it stands
+    std::string text;
+};
+
+inline std::uint32_t TeaWord(std::string const& bytes, std::size_t at) {
+    return LittleEndian(bytes, at, 4);
+}
+
+inline std::string DecipherUnits(std::string const& body, std::string const& key) {
+    std::string plain;
+    for (std::size_t at = 0; at + 8 <= body.size(); at += 8) {
+        std::uint32_t y = TeaWord(body, at);
+        std::uint32_t z = TeaWord(body, at + 4);
+        for (std::uint32_t round = 16; round > 0; --round) {
+            std::uint32_t const sum = round * 0x9E3779B9u;
+            z -= ((y << 4) + TeaWord(key, 8)) ^ (y + sum) ^ ((y >> 5) + TeaWord(key, 12));
+            y -= ((z << 4) + TeaWord(key, 0)) ^ (z + sum) ^ ((z >> 5) + TeaWord(key, 4));
+        }
+        for (unsigned int shift = 0; shift < 64; shift += 8) {
+            plain += static_cast<char>((std::uint64_t{z} << 32 | y) >> shift);
+        }
+    }
+    return plain + body.substr(plain.size());
+}
+
+// A stream that simply stops at a flush is whole.
+inline std::string InflateRaw(std::string const& body) {
+    z_stream stream{};
+    inflateInit2(&stream, -15);
+    std::string text(body.size() * 1100 + 64, '\0');
+    std::string input = body;
+    stream.next_in = reinterpret_cast<Bytef*>(input.data());
+    stream.avail_in = static_cast<uInt>(input.size());
+    stream.next_out = reinterpret_cast<Bytef*>(text.data());
+    stream.avail_out = static_cast<uInt>(text.size());
+    int const result = inflate(&stream, Z_SYNC_FLUSH);
+    text.resize(stream.total_out);
+    inflateEnd(&stream);
+    return result == Z_OK || result == Z_BUF_ERROR ? text : "bad stream";
+}
+
+// All blocks of a sound file; one with the text "bad block" ends the list where the file isn't sound.
+inline std::vector<LogBlock> DecodeBlocks(std::string const& file, std::string const& privateKeyHex = "") {
+    std::vector<LogBlock> blocks;
+    for (std::size_t at = 0; at < file.size();) {
+        LogBlock block;
+        std::string const rest = file.substr(at);
+        std::size_t const length = rest.size() < 74 ? file.size() : LittleEndian(rest, 5, 4);
+        if (length > rest.size() - 74 || rest[73 + length] != '\0') {
+            block.text = "bad block";
+            blocks.push_back(block);
+            break;
+        }
+        block.start = LittleEndian(rest, 0, 1);
+        block.sequence = LittleEndian(rest, 1, 2);
+        block.beginHour = LittleEndian(rest, 3, 1);
+        block.endHour = LittleEndian(rest, 4, 1);
+        block.publicKey = rest.substr(9, 64);
+        block.body = block.text = rest.substr(73, length);
+        // The helper looks for the public key 16 bytes in.
+        if (block.start == 6 || block.start == 7) {
+            block.text = DecipherUnits(block.body, ServerKey(privateKeyHex, std::string(7, ' ') + rest));
+        }
+        if (block.start == 7 || block.start == 9) {
+            block.text = InflateRaw(block.text);
+        }
+        blocks.push_back(block);
+        at += 74 + length;
+    }
+    return blocks;
+}
+
+}  // namespace Test

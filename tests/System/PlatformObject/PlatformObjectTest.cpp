@@ -1,0 +1,222 @@
+#include <VelmorCore/velmorcore.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Base/Ubrix/IBase.h"
+#include "Platform/Event.h"
+#include "Support/LogCapture.h"
+#include "System/PlatformObject/CPlatformClassRegistry.h"
+#include "System/PlatformObject/CPlatformObject.h"
+#include "System/PlatformObject/IPlatformObjectCreator.h"
+#include "System/PlatformObject/PlatformObjects.h"
+
+namespace Ubrix {
+namespace {
+
+std::mutex g_guard;
+std::string g_deleted;
+std::atomic<int> g_living{0};
+
+class Twin : public CPlatformObject {
+public:
+    Twin() { ++g_living; }
+    ~Twin() override {
+        std::lock_guard<std::mutex> const lock(g_guard);
+        g_deleted += (className != nullptr ? className : "?") + std::to_string(objectId) + " ";
+        --g_living;
+    }
+};
+
+class Foreign : public IPlatformObject {};
+
+class Creator : public IPlatformObjectCreator {
+public:
+    IPlatformObject* CreateObject() override { return new Twin; }
+} g_twins;
+
+using Role = PlatformObjectRole;
+
+std::string NameOf(Role role, long long id) {
+    IPlatformObject const* const object = PlatformObjectManager(role)->GetObject(id);
+    return object == nullptr
+               ? "none"
+               : (object->className != nullptr ? object->className : "?") + std::to_string(object->objectId);
+}
+
+class PlatformObjects : public testing::Test {
+protected:
+    PlatformObjects() { g_deleted.clear(); }
+    ~PlatformObjects() override { ReleasePlatformObjects(); }
+    CPlatformClassRegistry& _registry = CPlatformClassRegistry::GetInstance();
+};
+
+TEST_F(PlatformObjects, AreMadeByNameAndKeptByRole) {
+    for (char const* name : {"Main", "Pair.REQ", "Pair.RESP", "Ask.REQ", "All", "All.REQ", "All.RESP"}) {
+        _registry.RegisterCreator(name, &g_twins);
+    }
+    _registry.RegisterCreator(nullptr, &g_twins);
+    _registry.RegisterCreator("Pair", nullptr);
+    Foreign foreign;
+    _registry.RegisterSharedObject("Foreign.REQ", &foreign);
+    std::string const huge(1 << 20, 'x');
+    _registry.RegisterCreator((huge + ".RESP").c_str(), &g_twins);
+    // The objects of the three roles, and whether the call was true.
+    std::vector<std::pair<char const*, std::string>> const rows = {
+        {nullptr, "none none none 0"},           {"", "none none none 0"},
+        {"Foreign", "none none none 0"},         {"Main", "Main4 none none 0"},
+        {"Pair", "none Pair.REQ5 Pair.RESP5 1"}, {"Ask", "none Ask.REQ6 none 1"},
+        {"All", "All7 All.REQ7 All.RESP7 1"},    {huge.c_str(), "none none " + huge + ".RESP8 1"},
+    };
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        auto const id = static_cast<long long>(i + 1);
+        bool const added = addPlatformObject(id, rows[i].first);
+        EXPECT_EQ(NameOf(Role::Main, id) + " " + NameOf(Role::Request, id) + " " +
+                      NameOf(Role::Response, id) + " " + (added ? "1" : "0"),
+                  rows[i].second);
+    }
+    removePlatformObject(7);
+    removePlatformObject(7);
+    removePlatformObject(8);
+    PlatformObjectManager(Role::Main)->AddObject(7, nullptr);
+    ReleasePlatformObjects();
+    EXPECT_EQ(g_deleted, "All.REQ7 All.RESP7 " + huge + ".RESP8 Main4 All7 Pair.REQ5 Ask.REQ6 Pair.RESP5 ");
+}
+
+TEST_F(PlatformObjects, ASharedOneGoesOnceWithItsLastId) {
+    auto* const shared = new Twin;
+    _registry.RegisterCreator("Shared.REQ", &g_twins);
+    _registry.RegisterSharedObject("Shared.REQ", shared);
+    _registry.RegisterSharedObject("Shared.RESP", shared);
+    addPlatformObject(1, "Shared");
+    addPlatformObject(2, "Shared");
+    EXPECT_EQ(NameOf(Role::Request, 1) + NameOf(Role::Response, 2), "?2?2");
+    removePlatformObject(1);
+    EXPECT_EQ(g_living, 1);
+    removePlatformObject(2);
+    EXPECT_EQ(g_deleted, "?2 ");
+    // The creator of that name is reached again, and the other name is unknown.
+    addPlatformObject(3, "Shared");
+    EXPECT_EQ(NameOf(Role::Request, 3) + NameOf(Role::Response, 3), "Shared.REQ3none");
+}
+
+std::string g_heard;
+
+template <int kTag, class... Words>
+void Hear(std::int64_t id, Words... words) {
+    g_heard += std::to_string(kTag) + ":" + std::to_string(id);
+    ((g_heard += "," + std::to_string(words)), ...);
+    g_heard += ' ';
+}
+
+void SendAll(CPlatformObject const& object) {
+    g_heard.clear();
+    object.SendMessage(1, 2);
+    object.SendStruct(3, 4);
+    object.SendResult(5, 6);
+    object.SendResultStruct(7, 8, 9);
+    object.SendBuffer(10, 11, 12);
+    object.SendResultBuffer(13, 14, 15, 16);
+    object.SendResultStructBuffer(17, 18, 19, 20, 21);
+    object.SendVoidMethod(22);
+    object.SendVoidMethodParam(23, 24);
+    object.SendVoidMethodBuffer(25, 26, INTPTR_MIN);
+}
+
+TEST_F(PlatformObjects, SendThroughTheirCallbacksUntilTheTeardown) {
+    Twin twin;
+    twin.objectId = INT64_MIN;
+    setSarnetSendMessageCallback(Hear<0>);
+    setSarnetSendStructCallback(Hear<1>);
+    setSarnetSendResultCallback(Hear<2>);
+    setSarnetSendResultStructCallback(Hear<3>);
+    setSarnetSendBufferCallback(Hear<4>);
+    setSarnetSendResultBufferCallback(Hear<5>);
+    setSarnetSendResultStructBufferCallback(Hear<6>);
+    setSarnetSendVoidMethodCallback(Hear<7>);
+    setSarnetSendVoidMethodParamCallback(Hear<8>);
+    setSarnetSendVoidMethodBufferCallback(Hear<9>);
+    SendAll(twin);
+    std::string const id = ":" + std::to_string(INT64_MIN) + ",";
+    EXPECT_EQ(g_heard, "0" + id + "1,2 1" + id + "3,4 2" + id + "5,6 3" + id + "7,8,9 4" + id + "10,11,12 5" +
+                           id + "13,14,15,16 6" + id + "17,18,19,20,21 7" + id + "22 8" + id + "23,24 9" +
+                           id + "25,26," + std::to_string(INTPTR_MIN) + " ");
+    ::Test::LogCapture const log;
+    _registry.RegisterCreator("Late", &g_twins);
+    addPlatformObject(1, "Late");
+    IBase::Release();
+    EXPECT_EQ(g_deleted, "Late1 ");
+    EXPECT_TRUE(log.Has("Info", "Release| ISarnetObjectManager::DestroyAll"));
+    EXPECT_TRUE(log.Has("Info", "Release| CPlatformObject::ClearEnvironment"));
+    SendAll(twin);
+    EXPECT_EQ(g_heard, "");
+}
+
+Platform::Event g_entered, g_leave;
+std::atomic<bool> g_inside{false};
+
+void Linger(std::int64_t, CPlatformObject::Word) {
+    g_inside = true;
+    g_entered.Set();
+    g_leave.WaitFor(10000);
+    g_inside = false;
+}
+
+TEST_F(PlatformObjects, ASetterWaitsForACallOnAnotherThreadButNotInsideOne) {
+    Twin const twin;
+    setSarnetSendVoidMethodCallback(Linger);
+    std::thread sender([&] { twin.SendVoidMethod(1); });
+    ASSERT_TRUE(g_entered.WaitFor(10000));
+    // Inside another callback nothing is waited for, or the two could wait for each other.
+    setSarnetSendMessageCallback([](std::int64_t, CPlatformObject::Word, CPlatformObject::Word) {
+        setSarnetSendVoidMethodCallback(nullptr);
+        EXPECT_TRUE(g_inside);
+    });
+    twin.SendMessage(1, 2);
+    std::thread opener([] { g_leave.Set(); });
+    setSarnetSendVoidMethodCallback(nullptr);
+    EXPECT_FALSE(g_inside);
+    opener.join();
+    sender.join();
+}
+
+std::atomic<int> g_stale{0};
+std::atomic<bool> g_withdrawn{false};
+
+TEST_F(PlatformObjects, ManyThreadsMayAddSendSetAndRemoveAtOnce) {
+    _registry.RegisterCreator("Busy.REQ", &g_twins);
+    std::atomic<bool> stop{false};
+    std::thread sender([&] {
+        Twin const twin;
+        while (!stop) {
+            twin.SendVoidMethod(1);
+        }
+    });
+    std::thread adder([&] {
+        for (int i = 0; i < 300; ++i) {
+            EXPECT_TRUE(addPlatformObject(i, "Busy"));
+            removePlatformObject(i);
+        }
+    });
+    for (int i = 0; i < 300; ++i) {
+        g_withdrawn = false;
+        setSarnetSendVoidMethodCallback(
+            [](std::int64_t, CPlatformObject::Word) { g_stale += g_withdrawn ? 1 : 0; });
+        setSarnetSendVoidMethodCallback(nullptr);
+        g_withdrawn = true;
+        ReleasePlatformObjects();
+    }
+    stop = true;
+    sender.join();
+    adder.join();
+    ReleasePlatformObjects();
+    EXPECT_EQ(g_stale, 0);
+    EXPECT_EQ(g_living, 0);
+}
+
+}  // namespace
+}  // namespace Ubrix
