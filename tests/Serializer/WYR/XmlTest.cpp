@@ -130,19 +130,17 @@ TEST(WyrXmlReader, BoundsTheDepthBeforeParsing) {
         char const* open;
         char const* close;
         bool nests;
-    } const forms[] = {
-        {"<a>", "</a>", true},
-        {"<a b='/>' c=\"'\">", "</a>", true},
-        {"<a\"b>", "</a>", true},
-        {"<a<b>", "</>", true},
-        {"<!--</a></a>--><a>", "</a>", true},
-        {"<![CDATA[</a></a>]]><a>", "</a>", true},
-        {"<?p </a>?><a>", "</a>", true},
-        {"<!X</a><a>", "</a>", true},
-        {"<a b='>'/>", "", false},
-        {"<!-- <a> -->", "", false},
-        {"<a></a>", "", false},
-    };
+    } const forms[] = {{"<a>", "</a>", true},
+                       {"<a b='/>' c=\"'\">", "</a>", true},
+                       {"<a\"b>", "</a>", true},
+                       {"<a<b>", "</>", true},
+                       {"<!--</a></a>--><a>", "</a>", true},
+                       {"<![CDATA[</a></a>]]><a>", "</a>", true},
+                       {"<?p </a>?><a>", "</a>", true},
+                       {"<!X</a><a>", "</a>", true},
+                       {"<a b='>'/>", "", false},
+                       {"<!-- <a> -->", "", false},
+                       {"<a></a>", "", false}};
     for (auto const& form : forms) {
         auto nested = [&](int depth) {
             return "<r>" + Repeated(form.open, depth - 1) + Repeated(form.close, depth - 1) + "</r>";
