@@ -67,12 +67,23 @@ private:
     sigset_t _before{};
 };
 
+// What OpenSSL keeps for a thread goes with the request, not with the thread: a thread that ends behind its
+// request's outcome would free it while the process may be exiting already, and OpenSSL is cleaned up.
+class OpenSslThreadState {
+public:
+    OpenSslThreadState() = default;
+    ~OpenSslThreadState() { OPENSSL_thread_stop(); }
+    OpenSslThreadState(OpenSslThreadState const&) = delete;
+    OpenSslThreadState& operator=(OpenSslThreadState const&) = delete;
+};
+
 class CurlTransport : public IHttpTransport {
 public:
     int Perform(HttpRequest const& request, IHttpExchange& exchange) override {
         if (!SetUpLibraries()) {
             return HttpErrorInternal;
         }
+        OpenSslThreadState const state;
         BrokenPipeBlocker const blocker;
         Utf8Locale const locale;
         HttpSettings const settings = CurrentHttpSettings();

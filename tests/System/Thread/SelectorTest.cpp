@@ -209,6 +209,7 @@ TEST(SelectorsDeathTest, RoadOfAPostedCall) {
 TEST_F(Selectors, PostPumpAndReleaseRunAtOnce) {
     EnableUiUpdate();
     static std::atomic<int> runs;
+    runs = 0;
     CSelector count;
     count.function0 = [] { ++runs; };
     ::Test::OnThreads(4, [&count](int role) {
