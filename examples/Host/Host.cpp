@@ -8,6 +8,7 @@
 #include <VelmorCore/HttpTransport.h>
 #include <VelmorCore/Log.h>
 #include <VelmorCore/Network.h>
+#include <VelmorCore/Operation.h>
 #include <VelmorCore/Timer.h>
 #include <VelmorCore/velmorcore.h>
 
@@ -77,6 +78,28 @@ void OnTimer(unsigned int id, void* userData) {
     call->id = id;
 }
 
+struct PoolCall {
+    Journal* journal;
+    std::thread::id thread{};
+    bool repeats = true;
+    std::atomic<int> runs{0};
+};
+
+void OnPool(Ubrix::Operation* operation, void* data) {
+    auto* const call = static_cast<PoolCall*>(data);
+    call->journal->Say("operation " + Number(static_cast<long long>(operation->SequenceNumber())) + " runs");
+    call->thread = std::this_thread::get_id();
+    call->repeats = operation->Repeats();
+    ++call->runs;
+}
+
+std::atomic<int> g_sent{0};
+
+// What a managed class would take from its native twin.
+void OnSent(std::int64_t /*objectId*/, std::intptr_t /*first*/, std::intptr_t /*second*/) {
+    ++g_sent;
+}
+
 }  // namespace
 
 GameHost::GameHost(CommandLine const& line, Journal& journal)
@@ -116,6 +139,9 @@ void GameHost::PlayOnline() {
     KeepSettings();
     WaitForTimer();
     ReceivePostedCall();
+    _journal.Begin("The pool, and the bridge to managed code");
+    UsePool();
+    CrossBridge();
     _journal.Begin("Released, and started again");
     StartAgain();
     Release();
@@ -280,6 +306,29 @@ void GameHost::ReceivePostedCall() {
     _journal.Check(observer.Changes() == 0, "nobody heard of them before the next frame");
     Wait([&observer] { return observer.Changes() == 2; }, "both were heard");
     _journal.Check(observer.OnGameThread(), "and on the game's thread");
+}
+
+void GameHost::UsePool() {
+    // Static, since an operation that came too late may still run.
+    static PoolCall call{&_journal};
+    Ubrix::OperationQueue::GetInstance()->AddOperation(OnPool, &call, false);
+    bool const ran = Wait([] { return call.runs > 0; }, "an operation ran in the pool");
+    _journal.Check(ran && call.thread != std::this_thread::get_id() && !call.repeats && call.runs == 1,
+                   "once, and on a thread of the pool");
+}
+
+// The library by itself knows no class; a module that is built on it brings them, and only their objects
+// send.
+void GameHost::CrossBridge() {
+    constexpr std::int64_t kTwin = 4711;
+    setSarnetSendMessageCallback(OnSent);
+    setSarnetSendResultCallback(OnSent);
+    _journal.Check(!addPlatformObject(kTwin, "HostTwin"),
+                   "bridge: two callbacks set; an object is refused, as no module here brings its class");
+    removePlatformObject(kTwin);
+    setSarnetSendMessageCallback(nullptr);
+    setSarnetSendResultCallback(nullptr);
+    _journal.Check(g_sent == 0, "bridge: removed and cleared; nothing was sent, a game itself can't send");
 }
 
 void GameHost::Release() {

@@ -44,6 +44,8 @@ private:
     void KeepSettings();
     void WaitForTimer();
     void ReceivePostedCall();
+    void UsePool();
+    void CrossBridge();
     void Release();
     void StartAgain();
 
