@@ -13,7 +13,8 @@ namespace Ubrix::Platform {
 
 namespace {
 
-// Once a process, at the first request. OpenSSL's tables stay at exit: a request may still be in flight then.
+// Once a process, at the first request. A request may still be in flight at exit, so that OpenSSL is to leave
+// its tables alone then; where another library has set it up before, that one's choice holds.
 bool SetUpLibraries() {
     static bool const isSetUp = [] {
         OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr);
