@@ -67,7 +67,8 @@ private:
         std::vector<std::string> lines;
     };
     static Shared& All() {
-        static Shared all;
+        // Never destroyed: a thread may log to the very end of the process.
+        static Shared& all = *new Shared;
         return all;
     }
     static int CountLocked(std::string const& level, std::string const& message) {
