@@ -14,9 +14,8 @@ public:
     // Whole files go into `directory`.
     explicit UploadStore(std::string directory) : _directory(std::move(directory)) {}
 
-    // Takes a part: number `part` of `parts`, counted from 0 and in order; part 0 begins anew. The last one
-    // writes
-    // "<id>.zip". Answers why it can't, or an empty text.
+    // Takes a part: number `part` of `parts`, counted from 0 and in order. The first begins anew, the last
+    // writes "<id>.zip". Answers why it can't, or an empty text.
     std::string Take(SeenRequest const& request);
 
 private:
