@@ -68,7 +68,15 @@ bool AFileLogger::EnsureFile(bool newHour, Platform::CalendarTime const& now) {
         return false;
     }
     _lastTime = std::make_unique<Platform::CalendarTime>(now);
-    return OpenFileOfHour();
+    if (!OpenFileOfHour()) {
+        return false;
+    }
+    // Somebody may have deleted it again at once.
+    if (!_file->Exist()) {
+        VC_LOG_CONSOLE(Error, kLogFunction, "_logFile is null or file not exist");
+        return false;
+    }
+    return true;
 }
 
 bool AFileLogger::EnsureDirectory() {
