@@ -25,6 +25,15 @@ enum class Holder { Both, ThreadOnly, OwnerOnly };
 
 char const kProcName[] = "Ubrix::CThreadBase::onThreadProc";
 
+// Logs an attempt to resume, and passes on whether it is possible.
+bool TellResume(bool possible) {
+    VC_LOG(Info, "Ubrix::CThreadBase::Resume", "CThreadBase::Resume");
+    if (!possible) {
+        VC_LOG(Error, "Ubrix::CThreadBase::Resume", "Thread is not running..");
+    }
+    return possible;
+}
+
 }  // namespace
 
 // What the object and its thread share. The thread keeps it to its very end, so it may signal here when the
@@ -34,6 +43,16 @@ struct CThreadBase::Body {
 
     // True while the thread is to work.
     bool ToRun() const { return m_bThreadRun.Get() && !stopped.Get(); }
+
+    // A thread in the paused state leaves it once it is woken.
+    void LetGoOn() {
+        resumeDue.Set(true);
+        pause.Set(false);
+    }
+    void Wake() {
+        startEvent.Set();
+        pauseEvent.Set();
+    }
 
     CThreadBase* const object;
     void* handle = nullptr;
@@ -83,9 +102,12 @@ void CThreadBase::Start() {
     // From the moment that the thread may run, it may also destroy the object.
     std::shared_ptr<Body> const body = _body;
     VC_LOG(Info, "Ubrix::CThreadBase::Start", "Thread: CThreadBase: Start:%p", static_cast<void*>(this));
+    if (TellResume(!body->selfDelete.Get())) {
+        // Before the thread may run, so that its first turn finds it, and no later one does.
+        body->LetGoOn();
+    }
     body->m_bThreadRun.Set(true);
-    // Sets the start event, too.
-    ResumeBody(*body);
+    body->Wake();
     Platform::SleepFor(0);
 }
 
@@ -98,30 +120,21 @@ void CThreadBase::Pause() {
 
 void CThreadBase::Resume(bool yield) {
     std::shared_ptr<Body> const body = _body;
-    if (ResumeBody(*body) && yield) {
+    if (!TellResume(body->m_bThreadRun.Get() && !body->selfDelete.Get())) {
+        return;
+    }
+    body->LetGoOn();
+    body->Wake();
+    if (yield) {
         Platform::SleepFor(0);
     }
-}
-
-bool CThreadBase::ResumeBody(Body& body) {
-    VC_LOG(Info, "Ubrix::CThreadBase::Resume", "CThreadBase::Resume");
-    if (!body.m_bThreadRun.Get() || body.selfDelete.Get()) {
-        VC_LOG(Error, "Ubrix::CThreadBase::Resume", "Thread is not running..");
-        return false;
-    }
-    body.resumeDue.Set(true);
-    body.pause.Set(false);
-    body.startEvent.Set();
-    body.pauseEvent.Set();
-    return true;
 }
 
 void CThreadBase::Stop() {
     _body->stopped.Set(true);
     _body->m_bThreadRun.Set(false);
     _body->pause.Set(false);
-    _body->startEvent.Set();
-    _body->pauseEvent.Set();
+    _body->Wake();
 }
 
 void CThreadBase::Destroy(CThreadBase*& thread, bool detach) {

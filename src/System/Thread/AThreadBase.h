@@ -79,7 +79,6 @@ private:
 
     static void onThreadProc(void* argument);
     static void AwaitStart(Body& body);
-    static bool ResumeBody(Body& body);
     static void LeaveObject(Body& body, CThreadBase* object);
     void Run();
     void RunLoop();
