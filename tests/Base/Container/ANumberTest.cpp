@@ -100,7 +100,8 @@ TEST(RealText, ReadsAsTheStandardDoes) {
                                       "1e+5",  "1E-5",    "0x1.8p1",   "0x",       "0xg",     "1,5",
                                       "1e999", "-1e-999", "0x1p-9999", "0x1p9999", "4.9e-324"};
     texts.insert(texts.end(), {"1" + zeros, "." + zeros + "1", "1" + zeros + "e-400", "." + zeros + "1e401",
-                               "123456789.123456789", "2.2250738585072011e-308", "1.7976931348623157e308"});
+                               "123456789.123456789", "2.2250738585072011e-308", "1.7976931348623157e308",
+                               "." + zeros + "1.5e500", "." + zeros + "1fe500", "0xinf", "0xap+-5p9"});
     for (auto const& text : texts) {
         double const expected = std::strtod(text.c_str(), nullptr);
         double const read = Ubrix::TextToReal(text.c_str());

@@ -10,16 +10,34 @@ namespace Ubrix {
 
 namespace {
 
-// Whether a positive number in text, which is beyond the range of a double, is too large and not too near 0.
-bool IsTooLarge(char const* text, bool hexadecimal) {
-    char const exponentMark = hexadecimal ? 'p' : 'e';
+bool IsExponentMark(char character, bool hexadecimal) {
+    return (character | 0x20) == (hexadecimal ? 'p' : 'e');
+}
+
+// The end of the longest number at `text`, which has no sign; `text` itself if there is none. Looked for
+// here, since the conversion below reads "0xinf" and an exponent of "+-5", too.
+char const* NumberEnd(char const* text, bool hexadecimal) {
+    char const* const digits = hexadecimal ? "0123456789abcdefABCDEF" : "0123456789";
+    text += std::strspn(text, digits);
+    if (*text == '.') {
+        ++text;
+        text += std::strspn(text, digits);
+    }
+    if (!IsExponentMark(*text, hexadecimal)) {
+        return text;
+    }
+    char const* const exponent = text + (text[1] == '+' || text[1] == '-' ? 2 : 1);
+    size_t const length = std::strspn(exponent, "0123456789");
+    return length > 0 ? exponent + length : text;
+}
+
+// Whether the positive number up to `end`, which is beyond the range of a double, is too large and not too
+// near 0.
+bool IsTooLarge(char const* text, char const* end, bool hexadecimal) {
     long long place = 0;
     bool seenPoint = false;
     bool seenDigit = false;
-    for (; *text == '.' || std::isxdigit(static_cast<unsigned char>(*text)) != 0; ++text) {
-        if ((*text | 0x20) == exponentMark) {
-            break;
-        }
+    for (; text != end && !IsExponentMark(*text, hexadecimal); ++text) {
         seenPoint = seenPoint || *text == '.';
         seenDigit = seenDigit || (*text != '.' && *text != '0');
         // The place of the first digit that isn't 0: digits before the point, or less the zeros behind it.
@@ -27,7 +45,7 @@ bool IsTooLarge(char const* text, bool hexadecimal) {
             place += seenDigit ? 1 : -1;
         }
     }
-    long long const exponent = (*text | 0x20) == exponentMark ? std::strtoll(text + 1, nullptr, 10) : 0;
+    long long const exponent = text != end ? std::strtoll(text + 1, nullptr, 10) : 0;
     return exponent > -place * (hexadecimal ? 4 : 1);
 }
 
@@ -50,17 +68,16 @@ bool ReadReal(char const* text, double& value) {
     if (hexadecimal) {
         text += 2;
     }
-    if (*text == '-') {
-        return false;
-    }
+    bool const isWord = !hexadecimal && std::isalpha(static_cast<unsigned char>(*text)) != 0;
+    char const* const end = isWord ? text + std::strlen(text) : NumberEnd(text, hexadecimal);
     auto const format = hexadecimal ? std::chars_format::hex : std::chars_format::general;
     double read = 0.0;
-    auto const result = std::from_chars(text, text + std::strlen(text), read, format);
+    auto const result = std::from_chars(text, end, read, format);
     if (result.ec == std::errc::invalid_argument) {
         return false;
     }
     if (result.ec == std::errc::result_out_of_range) {
-        read = IsTooLarge(text, hexadecimal) ? HUGE_VAL : 0.0;
+        read = IsTooLarge(text, end, hexadecimal) ? HUGE_VAL : 0.0;
     }
     value = negative ? -read : read;
     return true;
