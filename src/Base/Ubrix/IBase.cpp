@@ -23,12 +23,15 @@ ReleaseList& TheReleaseList() {
     return *list;
 }
 
-// Takes the callback at `index` out; false behind the end. The size is read anew each time, and the place
-// left empty: a callback may register, and a service that one of them makes anew may register again.
+// Takes the callback at `index` out. False behind the end, which empties the list. The size is read anew each
+// time, and the place left empty: a callback may register, and a service that one of them makes anew may
+// register again.
 bool TakeCallback(std::size_t index, IBase::ReleaseCallback& callback) {
     ReleaseList& list = TheReleaseList();
     Platform::ScopedLock lock(list.lock);
     if (index >= list.callbacks.size()) {
+        // In one hold of the lock with the look: whoever registers later, on any thread, stays for next time.
+        list.callbacks.clear();
         return false;
     }
     callback = std::exchange(list.callbacks[index], nullptr);
@@ -66,9 +69,6 @@ void IBase::RunReleaseCallbacks() {
     for (std::size_t index = 0; TakeCallback(index, release); ++index) {
         release();
     }
-    ReleaseList& list = TheReleaseList();
-    Platform::ScopedLock lock(list.lock);
-    list.callbacks.clear();
 }
 
 }  // namespace Ubrix
