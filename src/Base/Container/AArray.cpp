@@ -52,12 +52,14 @@ void AArray::Add(AArray const* other) {
     if (other == nullptr) {
         return;
     }
-    // By index and to the count from before: the other array may be this one, and grow.
-    int const count = other->Count();
-    _items->list.reserve(_items->list.size() + static_cast<size_t>(count));
-    for (int i = 0; i < count; ++i) {
-        Add(*other->ObjectAtIndex(i));
+    // All copies first: the other array may be this one, and a copy may fail.
+    AArray copies;
+    for (AObject const* object : other->_items->list) {
+        copies.Add(*object);
     }
+    std::vector<AObject*>& added = copies._items->list;
+    _items->list.insert(_items->list.end(), added.begin(), added.end());
+    added.clear();
 }
 
 AArray& AArray::operator=(AArray const& other) {

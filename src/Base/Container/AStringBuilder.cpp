@@ -60,14 +60,18 @@ AStringBuilder& AStringBuilder::operator=(char const* text) {
 }
 
 AStringBuilder& AStringBuilder::operator=(AString const& text) {
-    _data.Clear();
-    Append(text);
+    if (text.Empty()) {
+        _data.Clear();
+    } else {
+        _data.Assign(AsBytes(text.CString()), text.GetLength());
+    }
     return *this;
 }
 
 AStringBuilder& AStringBuilder::operator=(AStringBuilder const& other) {
-    if (this != &other) {
+    if (other._data.Empty()) {
         _data.Clear();
+    } else if (this != &other) {
         _data = other._data;
     }
     return *this;
