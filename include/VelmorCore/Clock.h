@@ -20,7 +20,8 @@ public:
     // `a` minus `b`, two times in seconds.
     static long long GetTimeDiff(long long a, long long b);
 
-    // The same moment as GetTimeTick in two numbers: whole seconds, and microseconds in steps of 1000.
+    // The same moment as GetTimeTick in two numbers: whole seconds, and microseconds in steps of 1000. The
+    // seconds, and with them GetTimeTick, are right up to January 2038, where 32 bits end.
     static void GetTimeOfDay(int& seconds, int& microseconds);
 
 private:

@@ -53,7 +53,9 @@ private:
 // named "Velmor". A further one overwrites the name and sweeps once more.
 class VELMORCORE_API UbrixInitializer {
 public:
+    // Names the kit "Velmor".
     UbrixInitializer();
+    // Copies `name`; null gives an empty name.
     explicit UbrixInitializer(char const* name);
 };
 

@@ -37,7 +37,8 @@ public:
     };
 
     AObject();
-    // Both copy the kind and the ownership mark. The classes of this family copy neither from their source.
+    // Both copy the kind and the ownership mark. Of the classes below only AStringBuilder, as it is copied,
+    // takes the mark over; all others leave it out.
     AObject(AObject const& other);
     AObject& operator=(AObject const& other);
 
@@ -225,7 +226,7 @@ public:
 
     // Cuts `source` at each byte that stands in `delimiters` and appends the pieces to `out`, which owns
     // them. Neighbouring delimiters give empty pieces, and n delimiters always n + 1 pieces. False, with
-    // `out` as it was, if any argument is null.
+    // `out` as it was, if any argument is null. If memory runs out, `out` keeps the pieces so far.
     static bool Split(AArray* out, char const* source, char const* delimiters);
 
     // All bytes in lower-case hexadecimal for logs: `prefix` before each, a comma between ("0x01,0xab"). Null
