@@ -42,9 +42,9 @@ VELMORCORE_API VelmorCoreObject* velmorcore_getInstance(void);
 /* Makes the core if need be. Always 0. */
 VELMORCORE_API int velmorcore_init(void);
 /* Takes the core and all services down, in order, on the calling thread; no transfer is waited for. Harmless
- * without a core. The core may be made again afterwards. */
+ * without a core. The core may be made again afterwards. Allowed in every callback but the log's. */
 VELMORCORE_API void velmorcore_releaseInstance(void);
-/* Makes the core if need be and sets the log level. */
+/* Makes the core if need be and sets the log level: 0 Debug, 1 Info, 2 Warning, 3 Event, 4 Error, 5 None. */
 VELMORCORE_API void velmorcore_setLogLevel(int level);
 
 /* Sets the log level if `module` is exactly "VelmorCore"; any other name, or null, is ignored. */
