@@ -83,20 +83,20 @@ ANetworkChecker& ANetworkChecker::GetInstance() {
 void ANetworkChecker::ReleaseInstance() {
     CheckerHolder& holder = Holder();
     ANetworkChecker* released = nullptr;
+    // The lines go with their checker: those of the next one are none of this release's business.
+    std::set<char*> dropped;
     {
         ScopedLock const lock(holder.mutex);
         released = std::exchange(holder.instance, nullptr);
+        dropped.swap(holder.onTheirWay);
     }
-    if (released == nullptr) {
-        return;
+    if (released != nullptr) {
+        RemoveSelectorsFromAllQueues(released);
+        delete released;
     }
-    RemoveSelectorsFromAllQueues(released);
-    delete released;
-    ScopedLock const lock(holder.mutex);
-    for (char* const text : holder.onTheirWay) {
-        HeapText const dropped(text);
+    for (char* const text : dropped) {
+        std::free(text);
     }
-    holder.onTheirWay.clear();
 }
 
 ANetworkChecker::ANetworkChecker() : CTargetBase(false) {
