@@ -6,6 +6,8 @@
 
 #include <VelmorCore/Export.h>
 
+#include <cstdio>
+
 namespace Ubrix {
 
 // One archive while it is written. An instance belongs to one thread at a time. Paths are zero-terminated
@@ -26,8 +28,13 @@ public:
     // them; two entries may have one name. False if no archive is open, if either is null, or if the name is
     // too long: nothing is added then. False also if the source can't be opened, which leaves an empty entry,
     // or if the archive can't be written, which leaves a cut one. A source that breaks off or vanishes while
-    // it is copied ends there, as a shorter file would. Below 4 GiB; the archive itself is no source for it.
+    // it is copied ends there, as a shorter file would. One of more than 4080 MiB is cut there, and the
+    // answer is false: larger entries need a format that not every tool reads. The archive itself is no
+    // source for it.
     bool AddFileToZip(char const* sourcePath, char const* nameInZip);
+    // As AddFileToZip, from a stream that is open for binary reading, from where it stands to its end. The
+    // stream stays the caller's; null adds nothing.
+    bool AddStreamToZip(std::FILE* source, char const* nameInZip);
     // Writes the archive's directory and closes the file. False if no archive is open or if writing failed;
     // no archive is open afterwards.
     bool CloseZipFile();
