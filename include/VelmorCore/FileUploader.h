@@ -10,7 +10,9 @@ namespace Velmor {
 
 // Carries out the orders in section "Upload": "file_path", "file_pattern", "upload_id", "part_size",
 // "manual_upload". One upload at a time, and at most five of one upload id in a process; an order that comes
-// during an upload is dropped. Nothing outside the directories that the order names is packed. Thread-safe.
+// during an upload is dropped. Nothing outside the directories that the order names is packed, and no file of
+// the key store. Thread-safe, but for two orders carried out at once under one upload id, which would write
+// the same archive; the configuration never does that.
 class VELMORCORE_API FileUploader final : public ConfigureObserver, public OzkCUploadTask::Listener {
 public:
     // The one instance, made at first use and never deleted.

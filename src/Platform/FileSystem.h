@@ -32,10 +32,18 @@ enum class FileReach {
     LeadsOut,    // something outside of that directory
     Unreadable,  // anything else: nothing, a directory, a device, a file that may not be read
 };
-// Looks at `name` in `directory`. Opens nothing: what stands there may change right after the call.
-FileReach ReachOf(char const* directory, char const* name);
-// True if both paths lead to the same existing file.
-bool IsSameFile(char const* first, char const* second);
+// A file that was reached by its name in a directory.
+struct ReachedFile {
+    FileReach reach;
+    std::FILE* stream;  // if Readable: open for binary reading, the receiver's to close; otherwise null
+    std::string name;   // if Readable: the bare name under which the file stands, every link followed
+};
+// Opens what `name` in `directory` leads to. The answer is the open file's own: it stood below the directory
+// while it was opened, and no link put in the way meanwhile was followed. Neither devices nor pipes are
+// opened.
+ReachedFile OpenWithin(char const* directory, char const* name);
+// True if `stream` is open on the file at `path`, whatever its name was.
+bool IsOpenOn(std::FILE* stream, char const* path);
 // Opens a stream for binary output, truncating, on a file that only the user may read or write. Null on
 // failure. The caller closes it.
 std::FILE* OpenPrivateForWriting(char const* path);

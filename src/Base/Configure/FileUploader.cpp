@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstdio>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@
 #include "BuildConstants.h"
 #include "Platform/FileSystem.h"
 #include "Platform/Mutex.h"
+#include "Security/SecurityStore/SecurityStore.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Velmor {
@@ -45,9 +47,9 @@ struct Match {
     std::string name;
 };
 
+// Up to a NUL, if the text holds one: everything that is done with it sees the same.
 std::string TextOf(char const* key) {
-    AString const text = Configure::GetInstance()->GetString(kSection, key, "");
-    return {text.c_str(), static_cast<std::size_t>(text.length())};
+    return Configure::GetInstance()->GetString(kSection, key, "").c_str();
 }
 
 Order ReadOrder() {
@@ -63,8 +65,8 @@ Order ReadOrder() {
 
 // The id becomes a file name in the cache directory: it must not lead anywhere else.
 bool IsFileName(std::string const& id) {
-    return id.size() <= kMaxIdLength && id.find('\0') == std::string::npos &&
-           id.find_first_of("/\\") == std::string::npos && id.find("..") == std::string::npos;
+    return id.size() <= kMaxIdLength && id.find_first_of("/\\") == std::string::npos &&
+           id.find("..") == std::string::npos;
 }
 
 std::vector<std::string> SplitAtBars(std::string const& text) {
@@ -143,28 +145,35 @@ std::vector<Match> Search(Order const& order) {
     return matches;
 }
 
-// A file that leads elsewhere must not be packed. Neither must the archive itself, which would grow for ever.
-bool IsFit(Match const& match, std::string const& path, std::string const& archivePath) {
-    switch (Platform::ReachOf(match.directory.c_str(), match.name.c_str())) {
-        case Platform::FileReach::LeadsOut:
-            VC_LOG(Warning, kRefreshed, "%s leads out of its directory, left out", path.c_str());
-            return false;
-        case Platform::FileReach::Unreadable:
-            VC_LOG(Warning, kRefreshed, "%s can't be read, left out", path.c_str());
-            return false;
-        case Platform::FileReach::Readable:
-            break;
-    }
-    return !Platform::IsSameFile(path.c_str(), archivePath.c_str());
+bool HoldsKeys(Platform::ReachedFile const& file) {
+    std::string const store = std::string(CPath::GetCachePath()) + Ubrix::kSecurityStoreFile;
+    return file.name.rfind(Ubrix::kSecurityStoreFile, 0) == 0 ||
+           Platform::IsOpenOn(file.stream, store.c_str());
 }
 
-void AddFiles(std::vector<Match> const& matches, std::string const& archivePath, Ubrix::ZipArchive& archive) {
-    for (Match const& match : matches) {
-        std::string const path = match.directory + "/" + match.name;
-        if (IsFit(match, path, archivePath)) {
-            archive.AddFileToZip(path.c_str(), match.name.c_str());
-        }
+// Why a file must not be packed; null if it may. The archive itself would grow for ever.
+char const* ObjectionTo(Platform::ReachedFile const& file, std::string const& archivePath) {
+    if (file.reach == Platform::FileReach::LeadsOut) {
+        return "leads out of its directory";
     }
+    if (file.reach == Platform::FileReach::Unreadable) {
+        return "can't be read";
+    }
+    if (HoldsKeys(file)) {
+        return "holds keys";
+    }
+    return Platform::IsOpenOn(file.stream, archivePath.c_str()) ? "is the archive itself" : nullptr;
+}
+
+void AddFile(Match const& match, std::string const& archivePath, Ubrix::ZipArchive& archive) {
+    Platform::ReachedFile const file = Platform::OpenWithin(match.directory.c_str(), match.name.c_str());
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> const closer(file.stream, std::fclose);
+    if (char const* const objection = ObjectionTo(file, archivePath)) {
+        VC_LOG(Warning, kRefreshed, "%s/%s %s, left out", match.directory.c_str(), match.name.c_str(),
+               objection);
+        return;
+    }
+    archive.AddStreamToZip(file.stream, match.name.c_str());
 }
 
 void RemoveOlderArchive(std::string const& archivePath, std::string const& uploadId) {
@@ -189,7 +198,9 @@ bool Pack(std::vector<Match> const& matches, std::string const& archivePath, std
         return false;
     }
     VC_LOG(Debug, kRefreshed, "add files to zip file");
-    AddFiles(matches, archivePath, archive);
+    for (Match const& match : matches) {
+        AddFile(match, archivePath, archive);
+    }
     if (!archive.CloseZipFile()) {
         VC_LOG(Error, kRefreshed, "Close Zip File Failed!");
         return false;

@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 
@@ -18,16 +17,6 @@ char const* const kLineEnd = "\n";
 bool PathExists(char const* path) {
     return access(path, F_OK) == 0;
 }
-
-namespace {
-
-// The path without links and dots; empty if there is nothing to be seen.
-std::string ResolvedPath(char const* path) {
-    std::unique_ptr<char, void (*)(void*)> const resolved(realpath(path, nullptr), std::free);
-    return resolved != nullptr ? resolved.get() : "";
-}
-
-}  // namespace
 
 bool IsDirectory(char const* path) {
     struct stat status {};
@@ -72,30 +61,6 @@ bool WorkingDirectory(std::string& path) {
     buffer.resize(std::strlen(buffer.c_str()));
     path.swap(buffer);
     return true;
-}
-
-FileReach ReachOf(char const* directory, char const* name) {
-    std::string root = ResolvedPath(directory);
-    std::string const path = ResolvedPath((std::string(directory) + "/" + name).c_str());
-    if (root.empty() || path.empty()) {
-        return FileReach::Unreadable;
-    }
-    if (root.back() != '/') {
-        root += '/';
-    }
-    if (path.compare(0, root.size(), root) != 0) {
-        return FileReach::LeadsOut;
-    }
-    struct stat status {};
-    bool const isFile = stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
-    return isFile && access(path.c_str(), R_OK) == 0 ? FileReach::Readable : FileReach::Unreadable;
-}
-
-bool IsSameFile(char const* first, char const* second) {
-    struct stat one {};
-    struct stat other {};
-    return stat(first, &one) == 0 && stat(second, &other) == 0 && one.st_dev == other.st_dev &&
-           one.st_ino == other.st_ino;
 }
 
 std::FILE* OpenPrivateForWriting(char const* path) {

@@ -6,6 +6,9 @@
 
 namespace Ubrix {
 
+// The store's file in the cache directory. While it is saved, files whose names begin so stand beside it.
+constexpr char kSecurityStoreFile[] = "Store.ini";
+
 // Every operation may be called on any thread.
 class SecurityStore {
 public:

@@ -25,7 +25,7 @@ SecurityStoreImp::SecurityStoreImp() {
         return;
     }
     AString path;
-    CPath::GetSubPath(path, cache, "Store.ini");
+    CPath::GetSubPath(path, cache, kSecurityStoreFile);
     _file = std::make_unique<CIniFileImpl>(path.CString());
 }
 

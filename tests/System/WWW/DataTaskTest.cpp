@@ -1,7 +1,9 @@
 #include <VelmorCore/Http.h>
+#include <VelmorCore/UploadTask.h>
 #include <gtest/gtest.h>
 
 #include <map>
+#include <memory>
 
 #include "Platform/Event.h"
 #include "Platform/Thread.h"
@@ -64,22 +66,26 @@ TEST_F(DataTaskTest, TheFactoryTakesNullAndTheRegistryKnowsWhoLives) {
     EXPECT_TRUE(Ubrix::WWWTaskBase::IsObjectRelease(base));
 }
 
-TEST_F(DataTaskTest, ADownloadKeepsWhatItIsGivenAndSendsNothing) {
-    EXPECT_EQ(WWW::DownloadFile(nullptr, "path"), nullptr);
-    EXPECT_EQ(WWW::DownloadFile(kUrl, nullptr), nullptr);
+TEST_F(DataTaskTest, DownloadsAndUploadsKeepWhatTheyAreGivenAndSendNothing) {
+    EXPECT_FALSE(WWW::DownloadFile(nullptr, "path") != nullptr ||
+                 WWW::DownloadFile(kUrl, nullptr) != nullptr);
     Ubrix::DownloadFileTask* const task = WWW::DownloadFile(kUrl, "file\xB9");
     auto* const impl = static_cast<Ubrix::DownloadFileTaskImpl*>(task);
     // Only the address of a listener is looked at.
     task->SetListener(reinterpret_cast<Ubrix::DownloadFileTask::Listener*>(impl));
     EXPECT_NE(impl->GetListener(), nullptr);
     task->Start();
-    EXPECT_TRUE(_server.Seen().empty());
     EXPECT_EQ(std::string(task->GetFilePath()) + task->GetUrl(), std::string("file\xB9") + kUrl);
     task->RemoveListener(nullptr);
     EXPECT_EQ(impl->GetListener(), nullptr);
     Ubrix::WWWTaskBase const* const base = impl;
     WWW::Destroy(task);
     EXPECT_TRUE(Ubrix::WWWTaskBase::IsObjectRelease(base));
+
+    std::unique_ptr<OzkCUploadTask> const upload(WWW::GetOzkUploadTask());
+    upload->Upload("id", "path", 1, kUrl);
+    EXPECT_EQ(std::string(upload->GetUploadId()) + upload->GetFilePath(), "idpath");
+    EXPECT_TRUE(_server.Seen().empty());
 }
 
 TEST_F(DataTaskTest, WhatGoesOutIsWhatWasSet) {
