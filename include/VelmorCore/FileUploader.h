@@ -22,7 +22,8 @@ public:
     static void Join();
 
     // Carries out the order that the configuration holds now, whatever `keys` is: searches and packs on the
-    // calling thread, the transfer's, and returns when the upload task has been started.
+    // calling thread, the transfer's, and returns when the upload task has been started. A release of the
+    // core waits for it.
     void OnConfigureRefreshed(IStringIterator* keys) override;
     // Deletes the archive if `result` is 0 or 1, deletes `task` in any case, and is ready for the next order.
     // A null task only does the last.
