@@ -21,7 +21,8 @@ public:
     ZipArchive(ZipArchive const&) = delete;
     ZipArchive& operator=(ZipArchive const&) = delete;
 
-    // Makes a new file at `path`, in place of any that stands there. False if it can't be made, and for null.
+    // Makes a new file at `path`, in place of any that stands there, for the user's eyes only. False if it
+    // can't be made, and for null.
     // An archive that is still open is forgotten, not closed, and its file stays unreadable: close first.
     bool CreateZipFile(char const* path);
     // Adds the content of the file at `sourcePath` under `nameInZip`, bytes as they stand, at most 65535 of

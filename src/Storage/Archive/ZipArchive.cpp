@@ -6,6 +6,8 @@
 #include <cstring>
 #include <memory>
 
+#include "Platform/FileSystem.h"
+
 namespace Ubrix {
 
 namespace {
@@ -14,6 +16,12 @@ constexpr std::size_t kMaxNameLength = 65535;
 constexpr std::size_t kCopyPiece = 1024;
 // Its deflated form, which may be a little larger, stays below 4 GiB as well.
 constexpr std::uint64_t kMaxEntrySize = std::uint64_t{4080} << 20U;
+
+// Opening it for the archive keeps its mode.
+bool MakePrivateFile(char const* path) {
+    std::FILE* const file = Platform::OpenPrivateForWriting(path);
+    return file != nullptr && std::fclose(file) == 0;
+}
 
 bool OpenEntry(zipFile archive, char const* name) {
     return archive != nullptr && name != nullptr && std::strlen(name) <= kMaxNameLength &&
@@ -43,7 +51,7 @@ ZipArchive::~ZipArchive() {
 }
 
 bool ZipArchive::CreateZipFile(char const* path) {
-    _handle = path != nullptr ? zipOpen(path, APPEND_STATUS_CREATE) : nullptr;
+    _handle = path != nullptr && MakePrivateFile(path) ? zipOpen(path, APPEND_STATUS_CREATE) : nullptr;
     return _handle != nullptr;
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
 #include "Support/FileSizeLimit.h"
@@ -39,6 +40,7 @@ TEST(ZipArchiveTest, WhatItWritesAnyToolReads) {
 
     EXPECT_EQ(Unzip("-Z1 a.zip"), "logs/large.log\nmissing\n");
     EXPECT_EQ(Unzip("-p a.zip"), large);
+    EXPECT_EQ(std::filesystem::status("a.zip").permissions(), std::filesystem::perms{0600});
     // The first entry's head: signature, version 20, flags, method 8, no time and no date.
     std::string const bytes = ReadWholeFile("a.zip");
     EXPECT_EQ(bytes.substr(0, 6), std::string("PK\3\4\x14\0", 6));
