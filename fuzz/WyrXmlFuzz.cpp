@@ -9,10 +9,28 @@
 
 using namespace Ubrix;
 
+namespace {
+
+// Whatever stands before them, more levels than any stack holds are refused: nothing hides them.
+void CheckDepth(std::string text) {
+    if (text.find('\0') != std::string::npos) {
+        return;
+    }
+    for (int i = 0; i < 100000; ++i) {
+        text += "<a>";
+    }
+    if (WyrXmlReader(text.data(), WYR_XML_ELEMENTS).state() != WyrError::WYR_ERR_XML_PARSE) {
+        std::abort();
+    }
+}
+
+}  // namespace
+
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size) {
     if (size < 2) {
         return 0;
     }
+    CheckDepth(std::string(reinterpret_cast<char const*>(data) + 2, size - 2));
     WyrXmlReader reader(reinterpret_cast<char const*>(data) + 2, size - 2, data[0] & 1);
     if (reader.state() != 0) {
         if (reader.state() != WyrError::WYR_ERR_XML_PARSE) {

@@ -50,25 +50,62 @@ char const* BehindDeclaration(char const* text) {
     return Behind(text, ">");
 }
 
+char const* BehindSpace(char const* text) {
+    while (IsSpace(*text)) {
+        ++text;
+    }
+    return text;
+}
+
+// Quotes and '<' may be parts of a name.
+bool EndsName(char c) {
+    return c == '\0' || c == '>' || c == '/' || c == '?' || IsSpace(c);
+}
+
+bool EndsAttributeName(char c) {
+    return EndsName(c) || c == '<' || c == '=' || c == '!';
+}
+
+char const* BehindName(char const* text) {
+    while (!EndsName(*text)) {
+        ++text;
+    }
+    return BehindSpace(text);
+}
+
+char const* BehindAttribute(char const* text) {
+    while (!EndsAttributeName(*text)) {
+        ++text;
+    }
+    text = BehindSpace(text);
+    if (*text != '=') {
+        return nullptr;
+    }
+    text = BehindSpace(text + 1);
+    if (*text != '"' && *text != '\'') {
+        return nullptr;
+    }
+    text = std::strchr(text + 1, *text);
+    return text == nullptr ? nullptr : BehindSpace(text + 1);
+}
+
 // `text` stands at the name of a start tag. `change` becomes 1 for an element that stays open.
 char const* BehindStartTag(char const* text, int* change) {
-    // A name may hold what means something further on, such as quotes.
-    while (*text != '\0' && *text != '>' && *text != '/' && *text != '?' && !IsSpace(*text)) {
-        ++text;
+    text = BehindName(text);
+    while (text != nullptr && !EndsAttributeName(*text)) {
+        text = BehindAttribute(text);
     }
-    while (*text != '\0' && *text != '>' && *text != '/') {
-        if (*text == '"' || *text == '\'') {
-            text = std::strchr(text + 1, *text);
-            if (text == nullptr) {
-                return nullptr;
-            }
-        }
-        ++text;
-    }
-    if (*text == '>') {
+    if (text != nullptr && *text == '>') {
         *change = 1;
+        return text + 1;
     }
-    return *text == '\0' ? nullptr : text + 1;
+    return text != nullptr && Begins(text, "/>") ? text + 2 : nullptr;
+}
+
+// `text` stands behind "</".
+char const* BehindEndTag(char const* text) {
+    text = BehindName(text);
+    return *text == '>' ? text + 1 : nullptr;
 }
 
 }  // namespace
@@ -83,6 +120,7 @@ bool IsWithinXmlDepth(char const* text) {
         ++text;
         int change = 0;
         if (*text == '/') {
+            text = BehindEndTag(text + 1);
             change = -1;
         } else if (*text == '?') {
             text = Behind(text + 1, "?>");

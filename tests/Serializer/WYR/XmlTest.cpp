@@ -133,14 +133,16 @@ TEST(WyrXmlReader, BoundsTheDepthBeforeParsing) {
     } const forms[] = {{"<a>", "</a>", true},
                        {"<a b='/>' c=\"'\">", "</a>", true},
                        {"<a\"b>", "</a>", true},
+                       {"<a \"b='x'>", "</a>", true},
                        {"<a<b>", "</>", true},
+                       {"<b></<!--><a>", "</a>", true},
                        {"<!--</a></a>--><a>", "</a>", true},
                        {"<![CDATA[</a></a>]]><a>", "</a>", true},
-                       {"<?p </a>?><a>", "</a>", true},
+                       {"<?p ></a>?><a>", "</a>", true},
                        {"<!X</a><a>", "</a>", true},
                        {"<a b='>'/>", "", false},
                        {"<!-- <a> -->", "", false},
-                       {"<a></a>", "", false}};
+                       {"<a></<a>", "", false}};
     for (auto const& form : forms) {
         auto nested = [&](int depth) {
             return "<r>" + Repeated(form.open, depth - 1) + Repeated(form.close, depth - 1) + "</r>";
