@@ -2,6 +2,7 @@
 
 #include <pthread.h>
 
+#include <climits>
 #include <ctime>
 
 namespace Ubrix::Platform {
@@ -45,7 +46,7 @@ long long CalendarToEpoch(CalendarTime const& time, DaylightSaving daylightSavin
 bool EpochToCalendar(long long seconds, CalendarTime& time) {
     time_t const moment = seconds;
     tm local{};
-    if (localtime_r(&moment, &local) == nullptr) {
+    if (localtime_r(&moment, &local) == nullptr || local.tm_year > INT_MAX - 1900) {
         return false;
     }
     time = {
