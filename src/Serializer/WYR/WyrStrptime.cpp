@@ -4,6 +4,8 @@
 #include <climits>
 #include <cstdlib>
 
+#include "Serializer/WYR/WyrSpace.h"
+
 namespace Ubrix {
 
 namespace {
@@ -15,10 +17,6 @@ constexpr char const* kMonths[] = {"January", "February", "March",     "April", 
                                    "Jan",     "Feb",      "Mar",       "Apr",     "May",      "Jun",
                                    "Jul",     "Aug",      "Sep",       "Oct",     "Nov",      "Dec"};
 constexpr char const* kHalves[] = {"am", "pm"};
-
-bool IsSpace(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
 
 char Lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
@@ -52,7 +50,7 @@ public:
 
     bool run(char const* format) {
         while (*format != '\0') {
-            if (IsSpace(*format)) {
+            if (IsWyrSpace(*format)) {
                 skipSpace();
                 ++format;
                 continue;
@@ -78,7 +76,7 @@ public:
 
 private:
     void skipSpace() {
-        while (IsSpace(*_input)) {
+        while (IsWyrSpace(*_input)) {
             ++_input;
         }
     }

@@ -9,6 +9,7 @@
 
 #include "Platform/Clock.h"
 #include "Serializer/WYR/WyrError.h"
+#include "Serializer/WYR/WyrSpace.h"
 #include "Serializer/WYR/WyrStrptime.h"
 
 namespace Ubrix {
@@ -26,10 +27,6 @@ struct IpBytes {
 
 bool IsDigit(char c) {
     return c >= '0' && c <= '9';
-}
-
-bool EndsAddress(char c) {
-    return c == '\0' || c == ' ' || (c >= '\t' && c <= '\r');
 }
 
 // One part of an address, and `text` behind it.
@@ -64,7 +61,7 @@ bool ReadAddress(char const* text, unsigned long long* address) {
         ++text;
     }
     *address = whole | part;
-    return EndsAddress(*text) && part < 1ULL << bits;
+    return (*text == '\0' || IsWyrSpace(*text)) && part < 1ULL << bits;
 }
 
 int Checked(int written, size_t size) {

@@ -1,7 +1,6 @@
 #include "Serializer/WYR/WyrXmlReader.h"
 
 #include <cassert>
-#include <cctype>
 #include <cstdint>
 #include <cstring>
 #include <new>
@@ -13,6 +12,7 @@
 #include <rapidxml/rapidxml.hpp>
 
 #include "Serializer/WYR/WyrError.h"
+#include "Serializer/WYR/WyrSpace.h"
 #include "Serializer/WYR/WyrXmlDepth.h"
 
 namespace Ubrix {
@@ -125,16 +125,16 @@ char const* WyrXmlReader::value(char const* name) {
 
 char const* WyrXmlReader::trim(char* head, size_t size) {
     char* end = head + size;
-    while (head < end && std::isspace(static_cast<unsigned char>(*head)) != 0) {
+    while (head < end && IsWyrSpace(*head)) {
         ++head;
     }
     if (head == end) {
         return nullptr;
     }
-    if (std::isspace(static_cast<unsigned char>(end[-1])) != 0) {
+    if (IsWyrSpace(end[-1])) {
         do {
             --end;
-        } while (std::isspace(static_cast<unsigned char>(end[-1])) != 0);
+        } while (IsWyrSpace(end[-1]));
         *end = '\0';
     }
     return *head == '\0' ? nullptr : head;
