@@ -55,7 +55,7 @@ public:
     IntegerReader(WyrParse::Callback callback, void* context) : _callback(callback), _context(context) {}
 
     template <class Integer>
-    int read(Integer* dest, char const* word) const {
+    int operator()(Integer* dest, char const* word) const {
         return BeginsNumber(*word) ? number(dest, word) : macro(dest, word);
     }
 
@@ -171,124 +171,126 @@ auto Constant(Value value) {
 template <class Value>
 auto Text(char const* text, int (*read)(Value*, char const*)) {
     return [text, read](Value* dest) {
+        if (text != nullptr) {
+            return read(dest, text);
+        }
         *dest = 0;
-        return text == nullptr ? kOk : read(dest, text);
+        return kOk;
     };
 }
 
 template <class Integer>
-auto Reader(WyrParse::Callback callback, void* context) {
-    return [reader = IntegerReader(callback, context)](Integer* dest, char const* word) {
-        return reader.read(dest, word);
-    };
+int ParseInteger(Integer* dest, char* src, unsigned* found, Integer defaultValue, WyrParse::Callback callback,
+                 void* context) {
+    return ParseScalar(dest, src, found, IntegerReader(callback, context), Constant(defaultValue));
+}
+
+template <class Integer>
+int ParseIntegers(Integer* dest, unsigned count, char* src, unsigned* found, Integer defaultValue,
+                  WyrParse::Callback callback, void* context) {
+    return ParseArray(dest, count, src, found, IntegerReader(callback, context), Constant(defaultValue));
 }
 
 }  // namespace
 
 int WyrParse::parseByte(unsigned char* dest, char* src, unsigned* found, unsigned char defaultValue,
                         Callback callback, void* context) {
-    return ParseScalar(dest, src, found, Reader<unsigned char>(callback, context), Constant(defaultValue));
+    return ParseInteger(dest, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseByteArray(unsigned char* dest, unsigned count, char* src, unsigned* found,
                              unsigned char defaultValue, Callback callback, void* context) {
-    return ParseArray(dest, count, src, found, Reader<unsigned char>(callback, context),
-                      Constant(defaultValue));
+    return ParseIntegers(dest, count, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseChar(char* dest, char* src, unsigned* found, char defaultValue, Callback callback,
                         void* context) {
-    return ParseScalar(dest, src, found, Reader<char>(callback, context), Constant(defaultValue));
+    return ParseInteger(dest, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseCharArray(char* dest, unsigned count, char* src, unsigned* found, char defaultValue,
                              Callback callback, void* context) {
-    return ParseArray(dest, count, src, found, Reader<char>(callback, context), Constant(defaultValue));
+    return ParseIntegers(dest, count, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseInt8(signed char* dest, char* src, unsigned* found, signed char defaultValue,
                         Callback callback, void* context) {
-    return ParseScalar(dest, src, found, Reader<signed char>(callback, context), Constant(defaultValue));
+    return ParseInteger(dest, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseInt8Array(signed char* dest, unsigned count, char* src, unsigned* found,
                              signed char defaultValue, Callback callback, void* context) {
-    return ParseArray(dest, count, src, found, Reader<signed char>(callback, context),
-                      Constant(defaultValue));
+    return ParseIntegers(dest, count, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseUInt8(unsigned char* dest, char* src, unsigned* found, unsigned char defaultValue,
                          Callback callback, void* context) {
-    return ParseScalar(dest, src, found, Reader<unsigned char>(callback, context), Constant(defaultValue));
+    return ParseInteger(dest, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseUInt8Array(unsigned char* dest, unsigned count, char* src, unsigned* found,
                               unsigned char defaultValue, Callback callback, void* context) {
-    return ParseArray(dest, count, src, found, Reader<unsigned char>(callback, context),
-                      Constant(defaultValue));
+    return ParseIntegers(dest, count, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseUInt16(unsigned short* dest, char* src, unsigned* found, unsigned short defaultValue,
                           Callback callback, void* context) {
-    return ParseScalar(dest, src, found, Reader<unsigned short>(callback, context), Constant(defaultValue));
+    return ParseInteger(dest, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseUInt16Array(unsigned short* dest, unsigned count, char* src, unsigned* found,
                                unsigned short defaultValue, Callback callback, void* context) {
-    return ParseArray(dest, count, src, found, Reader<unsigned short>(callback, context),
-                      Constant(defaultValue));
+    return ParseIntegers(dest, count, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseInt16(short* dest, char* src, unsigned* found, short defaultValue, Callback callback,
                          void* context) {
-    return ParseScalar(dest, src, found, Reader<short>(callback, context), Constant(defaultValue));
+    return ParseInteger(dest, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseInt16Array(short* dest, unsigned count, char* src, unsigned* found, short defaultValue,
                               Callback callback, void* context) {
-    return ParseArray(dest, count, src, found, Reader<short>(callback, context), Constant(defaultValue));
+    return ParseIntegers(dest, count, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseUInt32(unsigned* dest, char* src, unsigned* found, unsigned defaultValue,
                           Callback callback, void* context) {
-    return ParseScalar(dest, src, found, Reader<unsigned>(callback, context), Constant(defaultValue));
+    return ParseInteger(dest, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseUInt32Array(unsigned* dest, unsigned count, char* src, unsigned* found,
                                unsigned defaultValue, Callback callback, void* context) {
-    return ParseArray(dest, count, src, found, Reader<unsigned>(callback, context), Constant(defaultValue));
+    return ParseIntegers(dest, count, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseInt32(int* dest, char* src, unsigned* found, int defaultValue, Callback callback,
                          void* context) {
-    return ParseScalar(dest, src, found, Reader<int>(callback, context), Constant(defaultValue));
+    return ParseInteger(dest, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseInt32Array(int* dest, unsigned count, char* src, unsigned* found, int defaultValue,
                               Callback callback, void* context) {
-    return ParseArray(dest, count, src, found, Reader<int>(callback, context), Constant(defaultValue));
+    return ParseIntegers(dest, count, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseUInt64(unsigned long long* dest, char* src, unsigned* found,
                           unsigned long long defaultValue, Callback callback, void* context) {
-    return ParseScalar(dest, src, found, Reader<unsigned long long>(callback, context),
-                       Constant(defaultValue));
+    return ParseInteger(dest, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseUInt64Array(unsigned long long* dest, unsigned count, char* src, unsigned* found,
                                unsigned long long defaultValue, Callback callback, void* context) {
-    return ParseArray(dest, count, src, found, Reader<unsigned long long>(callback, context),
-                      Constant(defaultValue));
+    return ParseIntegers(dest, count, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseInt64(long long* dest, char* src, unsigned* found, long long defaultValue,
                          Callback callback, void* context) {
-    return ParseScalar(dest, src, found, Reader<long long>(callback, context), Constant(defaultValue));
+    return ParseInteger(dest, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseInt64Array(long long* dest, unsigned count, char* src, unsigned* found,
                               long long defaultValue, Callback callback, void* context) {
-    return ParseArray(dest, count, src, found, Reader<long long>(callback, context), Constant(defaultValue));
+    return ParseIntegers(dest, count, src, found, defaultValue, callback, context);
 }
 
 int WyrParse::parseFloat(float* dest, char* src, unsigned* found, float defaultValue) {

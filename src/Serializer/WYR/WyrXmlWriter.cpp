@@ -10,8 +10,6 @@ namespace Ubrix {
 
 namespace {
 
-constexpr size_t kValueSize = 64;
-
 char const* EntityOf(char c) {
     switch (c) {
         case '<':
@@ -45,11 +43,6 @@ void WyrXmlWriter::goShallower() {
     if (_depth >= 0 && _depth < kMaxIndent) {
         _indent[_depth] = '\0';
     }
-}
-
-int WyrXmlWriter::fail(int code) {
-    _state = code;
-    return _state;
 }
 
 int WyrXmlWriter::beginField(char const* name) {
@@ -117,28 +110,32 @@ int WyrXmlWriter::writePlain(char const* text, bool blank) {
     return blank ? printf("%s ", text) : printf("%s", text);
 }
 
+template <class Value>
+int WyrXmlWriter::writeValue(int (*show)(char*, size_t, Value), Value v, bool blank) {
+    assert(WyrError::WYR_NO_ERROR == _state);
+    char text[64];
+    int const result = show(text, sizeof text, v);
+    if (result != WyrError::WYR_NO_ERROR) {
+        _state = result;
+        return _state;
+    }
+    return writePlain(text, blank);
+}
+
 int WyrXmlWriter::writeIp(wyr_ip_t v, bool blank) {
-    char text[kValueSize];
-    int const result = WyrTypeUtil::ip2str(text, sizeof text, v);
-    return result == WyrError::WYR_NO_ERROR ? writePlain(text, blank) : fail(result);
+    return writeValue(WyrTypeUtil::ip2str, v, blank);
 }
 
 int WyrXmlWriter::writeDate(wyr_date_t v, bool blank) {
-    char text[kValueSize];
-    int const result = WyrTypeUtil::date2str(text, sizeof text, v);
-    return result == WyrError::WYR_NO_ERROR ? writePlain(text, blank) : fail(result);
+    return writeValue(WyrTypeUtil::date2str, v, blank);
 }
 
 int WyrXmlWriter::writeTime(wyr_time_t v, bool blank) {
-    char text[kValueSize];
-    int const result = WyrTypeUtil::time2str(text, sizeof text, v);
-    return result == WyrError::WYR_NO_ERROR ? writePlain(text, blank) : fail(result);
+    return writeValue(WyrTypeUtil::time2str, v, blank);
 }
 
 int WyrXmlWriter::writeDateTime(wyr_datetime_t v, bool blank) {
-    char text[kValueSize];
-    int const result = WyrTypeUtil::datetime2str(text, sizeof text, v);
-    return result == WyrError::WYR_NO_ERROR ? writePlain(text, blank) : fail(result);
+    return writeValue(WyrTypeUtil::datetime2str, v, blank);
 }
 
 }  // namespace Ubrix

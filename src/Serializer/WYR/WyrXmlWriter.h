@@ -37,9 +37,11 @@ private:
     bool writesAttributes() const { return _style == WYR_XML_ATTRIBUTES; }
     void goDeeper();
     void goShallower();
-    int fail(int code);
     // Text that needs no entities.
     int writePlain(char const* text, bool blank);
+    // A value in its text form.
+    template <class Value>
+    int writeValue(int (*show)(char*, size_t, Value), Value v, bool blank);
 
     int _style;
     bool _isSimple = false;          // a field is open
