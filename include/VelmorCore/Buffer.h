@@ -7,15 +7,16 @@
 //   char, short,        1, 2, 4 and 8 bytes, big-endian, two's complement
 //   int, long long
 //   AString             the length in 4 bytes, then so many bytes, without a terminator
-//   char const*         the length with the terminator, then the text and the terminator; an empty text is
-//   the
-//                       length 0 alone. Read as an AString it ends in a zero byte
+//   char const*         the length with the terminator, then the text and the terminator; of an empty
+//                       text the length 0 alone. Read as an AString it ends in a zero byte
 //   bytes               the length, then so many bytes
 //   AArray              the number of elements in 4 bytes, then each as an object
-//   ADictionary         the number of entries in 4 bytes, then for each, by position, key and value as
-//   objects a nested structure  its own bytes, with no length an object           AString, AArray,
-//   ADictionary and structures as above; an ANumber as bool, 1, 4 or 8 bytes by
-//                       its kind; nothing for null, AData, and a number that is real or Null
+//   ADictionary         the number of entries in 4 bytes, then for each, by position, key and value
+//                       as objects
+//   a nested structure  its own bytes, with no length
+//   an object           AString, AArray, ADictionary and structures as above; an ANumber as bool, 1,
+//                       4 or 8 bytes by its kind; nothing for null, AData, and a number that is real
+//                       or Null
 //
 // There is no error state. A reader never reads past its bytes: what is missing leaves its target as it was,
 // or an empty text. Nothing here throws, but for std::bad_alloc.

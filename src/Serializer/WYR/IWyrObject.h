@@ -44,7 +44,15 @@ public:
 
     // The tagged form: a tag, a length and a value a field, so that a reader can pass over what it doesn't
     // know. The forms on a buffer carry the fields alone, the forms on memory begin with the mark of a tagged
-    // message.
+    // message. Wyr has no layout and no helpers for it: the mark, and how a tag and a length stand in bytes,
+    // are a choice of the record classes, which must be one for all that nest in each other. Whatever they
+    // choose,
+    // - packing writes the fields that the cut version covers, and of a union the member that `selector`
+    //   names; -37 for an array that is null but has a count;
+    // - unpacking takes the `length` bytes from the position, and not one more. It passes over tags that it
+    //   doesn't know, and tells in `*selector` which member of a union it found. -32 without the mark, -34
+    //   for a length that fits neither its field nor what is left, -35 for a kind of value that doesn't
+    //   exist, -36 if a required field is missing at the end.
     virtual int packTlv(WyrBuf& buf, long long selector, int cutVersion) const;
     virtual int packTlvMemory(char* memory, size_t size, size_t* usedSize, long long selector,
                               int cutVersion) const;

@@ -8,7 +8,7 @@
 
 namespace Ubrix {
 
-// No state: any thread may call. Results are WyrError codes; a failure leaves the output alone.
+// No state: any thread may call. Results are WyrError codes; a failed reading leaves its output alone.
 class WyrTypeUtil {
 public:
     WyrTypeUtil() = delete;
@@ -25,7 +25,7 @@ public:
 
     // Dotted form, cut to `size`. Always 0.
     static int ip2str(char* text, size_t size, wyr_ip_t ip);
-    // -19 for null or a size of 0, -1 if the text with its terminator doesn't fit.
+    // -19 for null or a size of 0; -1 if the text with its terminator doesn't fit, with a part of it written.
     static int date2str(char* text, size_t size, wyr_date_t v);
     static int time2str(char* text, size_t size, wyr_time_t v);
     static int datetime2str(char* text, size_t size, wyr_datetime_t v);
