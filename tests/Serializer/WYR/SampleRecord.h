@@ -12,22 +12,21 @@
 #include "Serializer/WYR/WyrParse.h"
 #include "Serializer/WYR/WyrTypeUtil.h"
 
-namespace Ubrix {
+// Passes the first failure on.
+#define SAMPLE_TRY(step)                      \
+    if (int const code = (step); code != 0) { \
+        return code;                          \
+    }
 
-// The first code that isn't 0.
-template <class... Steps>
-int FirstFailure(Steps... steps) {
-    int result = 0;
-    ((result = result == 0 ? steps() : result), ...);
-    return result;
-}
+namespace Ubrix {
 
 // A field as an element or as an attribute of the open tag; `write` puts the value.
 template <class Write>
 int WriteField(WyrXmlWriter& writer, char const* name, Write write) {
     bool const asAttribute = writer.style() == WYR_XML_ATTRIBUTES;
-    return FirstFailure([&] { return asAttribute ? writer.printf(" %s=\"", name) : writer.beginField(name); },
-                        write, [&] { return asAttribute ? writer.printf("\"") : writer.endField(name); });
+    SAMPLE_TRY(asAttribute ? writer.printf(" %s=\"", name) : writer.beginField(name));
+    SAMPLE_TRY(write());
+    return asAttribute ? writer.printf("\"") : writer.endField(name);
 }
 
 // The value of a field to be parsed; an empty text for one that is missing.
@@ -39,23 +38,21 @@ inline std::string FieldText(WyrXmlReader& reader, char const* name) {
 class SamplePlace : public IWyrObject {
 public:
     int pack(WyrBuf& buf, int) const override {
-        return FirstFailure([&] { return buf.writeBytes(&ip, sizeof ip); },
-                            [&] { return WyrPack::writeWideString(buf, label, 8); });
+        SAMPLE_TRY(buf.writeBytes(&ip, sizeof ip));
+        return WyrPack::writeWideString(buf, label, 8);
     }
     int unpack(WyrBuf& buf, int) override {
-        return FirstFailure([&] { return buf.readBytes(&ip, sizeof ip); },
-                            [&] { return WyrPack::readWideString(buf, label, 8); });
+        SAMPLE_TRY(buf.readBytes(&ip, sizeof ip));
+        return WyrPack::readWideString(buf, label, 8);
     }
     int visualize(WyrBuf& buf, int indent, char separator) const override {
-        return FirstFailure(
-            [&] { return WyrBufUtil::printIp(buf, indent, separator, "ip", ip); },
-            [&] { return WyrBufUtil::printWideString(buf, indent, separator, "label", label); });
+        SAMPLE_TRY(WyrBufUtil::printIp(buf, indent, separator, "ip", ip));
+        return WyrBufUtil::printWideString(buf, indent, separator, "label", label);
     }
     int toXml(WyrXmlWriter& writer, char const* name, int) const override {
-        return FirstFailure(
-            [&] { return writer.beginRecord(name); },
-            [&] { return WriteField(writer, "ip", [&] { return writer.writeIp(ip, false); }); },
-            [&] { return writer.endRecord(name); });
+        SAMPLE_TRY(writer.beginRecord(name));
+        SAMPLE_TRY(WriteField(writer, "ip", [&] { return writer.writeIp(ip, false); }));
+        return writer.endRecord(name);
     }
     int fromXml(WyrXmlReader& reader, char const* name, int) override {
         if (reader.enter(name) != 0) {
@@ -72,74 +69,68 @@ public:
 
 class SampleRecord : public IWyrObject {
 public:
-    static constexpr unsigned kScores = 4;
-
     int currentVersion() const override { return 2; }
-    char const* identity() const override { return "sample.Record"; }
 
     int pack(WyrBuf& buf, int cutVersion) const override {
         int version = 0;
-        return FirstFailure(
-            [&] { return WyrPack::chooseVersion(cutVersion, baseVersion(), currentVersion(), &version); },
-            [&] { return WyrPack::checkRefer(scoreCount, kScores); },
-            [&] { return WyrPack::writeInteger(buf, static_cast<std::uint8_t>(version)); },
-            [&] { return WyrPack::writeInteger(buf, static_cast<std::uint16_t>(level)); },
-            [&] { return WyrPack::writeString(buf, name, sizeof name); },
-            [&] { return WyrPack::writeInteger(buf, date); },
-            [&] { return WyrPack::writeInteger(buf, time); }, [&] { return place.pack(buf, version); },
-            [&] { return version < 2 ? 0 : packScores(buf); });
+        SAMPLE_TRY(WyrPack::chooseVersion(cutVersion, baseVersion(), currentVersion(), &version));
+        SAMPLE_TRY(WyrPack::checkRefer(scoreCount, kScores));
+        SAMPLE_TRY(WyrPack::writeInteger(buf, static_cast<std::uint8_t>(version)));
+        SAMPLE_TRY(WyrPack::writeInteger(buf, static_cast<std::uint16_t>(level)));
+        SAMPLE_TRY(WyrPack::writeString(buf, name, sizeof name));
+        SAMPLE_TRY(WyrPack::writeInteger(buf, date));
+        SAMPLE_TRY(WyrPack::writeInteger(buf, time));
+        SAMPLE_TRY(place.pack(buf, version));
+        return version < 2 ? 0 : packScores(buf);
     }
     int unpack(WyrBuf& buf, int) override {
         std::uint8_t version = 0;
         std::uint16_t bits = 0;
-        int const result = FirstFailure(
-            [&] { return WyrPack::readInteger(buf, &version); },
-            [&] { return WyrPack::checkVersionFromNet(version, baseVersion(), currentVersion()); },
-            [&] { return WyrPack::readInteger(buf, &bits); },
-            [&] { return WyrPack::readString(buf, name, sizeof name); },
-            [&] { return WyrPack::readInteger(buf, &date); },
-            [&] { return WyrPack::readInteger(buf, &time); }, [&] { return place.unpack(buf, version); },
-            [&] { return version < 2 ? 0 : unpackScores(buf); });
+        SAMPLE_TRY(WyrPack::readInteger(buf, &version));
+        SAMPLE_TRY(WyrPack::checkVersionFromNet(version, baseVersion(), currentVersion()));
+        SAMPLE_TRY(WyrPack::readInteger(buf, &bits));
+        SAMPLE_TRY(WyrPack::readString(buf, name, sizeof name));
+        SAMPLE_TRY(WyrPack::readInteger(buf, &date));
+        SAMPLE_TRY(WyrPack::readInteger(buf, &time));
+        SAMPLE_TRY(place.unpack(buf, version));
         level = static_cast<short>(bits);
-        return result;
+        return version < 2 ? 0 : unpackScores(buf);
     }
     int visualize(WyrBuf& buf, int indent, char separator) const override {
-        return FirstFailure(
-            [&] { return WyrBufUtil::printValue(buf, indent, separator, "level", "%d", level); },
-            [&] { return WyrBufUtil::printString(buf, indent, separator, "name", name); },
-            [&] { return WyrBufUtil::printDate(buf, indent, separator, "date", date); },
-            [&] { return WyrBufUtil::printTime(buf, indent, separator, "time", time); },
-            [&] { return WyrBufUtil::printName(buf, indent, separator, "place", true); },
-            [&] { return place.visualize(buf, indent + 1, separator); },
-            [&] {
-                return WyrBufUtil::printArrayName(buf, indent, "scores", static_cast<size_t>(scoreCount));
-            },
-            [&] { return buf.writeCharWithNull(separator); },
-            [&] { return printScores(buf, indent, separator); });
+        SAMPLE_TRY(WyrBufUtil::printValue(buf, indent, separator, "level", "%d", level));
+        SAMPLE_TRY(WyrBufUtil::printString(buf, indent, separator, "name", name));
+        SAMPLE_TRY(WyrBufUtil::printDate(buf, indent, separator, "date", date));
+        SAMPLE_TRY(WyrBufUtil::printTime(buf, indent, separator, "time", time));
+        SAMPLE_TRY(WyrBufUtil::printName(buf, indent, separator, "place", true));
+        SAMPLE_TRY(place.visualize(buf, indent + 1, separator));
+        SAMPLE_TRY(WyrBufUtil::printArrayName(buf, indent, "scores", static_cast<size_t>(scoreCount)));
+        SAMPLE_TRY(buf.writeCharWithNull(separator));
+        for (unsigned i = 0; i < static_cast<unsigned>(scoreCount); ++i) {
+            SAMPLE_TRY(WyrBufUtil::printValue(buf, indent + 1, separator, "scores", i, "%d", scores[i]));
+        }
+        return 0;
     }
     int visualizeFile(std::FILE* file, int indent, char separator) const override {
         char memory[512];
         WyrBuf buf(memory, sizeof memory);
-        WyrOutput output(file);
-        int const result = visualize(buf, indent, separator);
-        return result == 0 ? output.write(memory, buf.position) : result;
+        SAMPLE_TRY(visualize(buf, indent, separator));
+        return WyrOutput(file).write(memory, buf.position);
     }
     int toXml(WyrXmlWriter& writer, char const* element, int cutVersion) const override {
-        return FirstFailure(
-            [&] { return writer.beginRecord(element); },
-            [&] { return WriteField(writer, "level", [&] { return writer.printf("%d", level); }); },
-            [&] { return WriteField(writer, "name", [&] { return writer.writeText(name, false); }); },
-            [&] { return WriteField(writer, "date", [&] { return writer.writeDate(date, false); }); },
-            [&] { return WriteField(writer, "time", [&] { return writer.writeTime(time, false); }); },
-            [&] { return WriteField(writer, "scores", [&] { return writeScores(writer); }); },
-            [&] { return place.toXml(writer, "place", cutVersion); },
-            [&] { return writer.endRecord(element); });
+        SAMPLE_TRY(writer.beginRecord(element));
+        SAMPLE_TRY(WriteField(writer, "level", [&] { return writer.printf("%d", level); }));
+        SAMPLE_TRY(WriteField(writer, "name", [&] { return writer.writeText(name, false); }));
+        SAMPLE_TRY(WriteField(writer, "date", [&] { return writer.writeDate(date, false); }));
+        SAMPLE_TRY(WriteField(writer, "time", [&] { return writer.writeTime(time, false); }));
+        SAMPLE_TRY(WriteField(writer, "scores", [&] { return writeScores(writer); }));
+        SAMPLE_TRY(place.toXml(writer, "place", cutVersion));
+        return writer.endRecord(element);
     }
     int toXmlMemory(char* memory, size_t size, size_t* usedSize, int style, int cutVersion) const override {
         WyrXmlWriter writer(memory, size, style);
-        int const result = toXml(writer, "record", cutVersion);
+        SAMPLE_TRY(toXml(writer, "record", cutVersion));
         *usedSize = writer.used();
-        return result;
+        return 0;
     }
     int fromXmlMemory(char const* text, size_t size, int style, int cutVersion) override {
         WyrXmlReader reader(text, size, style);
@@ -151,22 +142,19 @@ public:
         }
         std::snprintf(name, sizeof name, "%s", FieldText(reader, "name").c_str());
         unsigned found = 0;
-        int const result = FirstFailure(
-            [&] {
-                return WyrParse::parseInt16(&level, FieldText(reader, "level").data(), nullptr, 1, nullptr,
-                                            nullptr);
-            },
-            [&] { return WyrParse::parseDate(&date, FieldText(reader, "date").data(), nullptr, nullptr); },
-            [&] { return WyrParse::parseTime(&time, FieldText(reader, "time").data(), nullptr, nullptr); },
-            [&] {
-                return WyrParse::parseInt32Array(scores, kScores, FieldText(reader, "scores").data(), &found,
-                                                 0, nullptr, nullptr);
-            },
-            [&] { return place.fromXml(reader, "place", cutVersion); });
+        std::string text = FieldText(reader, "level");
+        SAMPLE_TRY(WyrParse::parseInt16(&level, text.data(), nullptr, 1, nullptr, nullptr));
+        SAMPLE_TRY(WyrParse::parseDate(&date, FieldText(reader, "date").data(), nullptr, nullptr));
+        SAMPLE_TRY(WyrParse::parseTime(&time, FieldText(reader, "time").data(), nullptr, nullptr));
+        text = FieldText(reader, "scores");
+        SAMPLE_TRY(WyrParse::parseInt32Array(scores, kScores, text.data(), &found, 0, nullptr, nullptr));
         scoreCount = static_cast<int>(found);
+        SAMPLE_TRY(place.fromXml(reader, "place", cutVersion));
         reader.leave(element);
-        return result;
+        return 0;
     }
+
+    static constexpr unsigned kScores = 4;
 
     short level = 0;
     char name[16] = {};
@@ -186,29 +174,20 @@ private:
     }
     int unpackScores(WyrBuf& buf) {
         std::uint32_t bits = 0;
-        int result = FirstFailure([&] { return WyrPack::readInteger(buf, &bits); },
-                                  [&] { return WyrPack::checkRefer(static_cast<int>(bits), kScores); });
-        scoreCount = result == 0 ? static_cast<int>(bits) : 0;
-        for (int i = 0; i < scoreCount && result == 0; ++i) {
-            result = WyrPack::readInteger(buf, &bits);
+        SAMPLE_TRY(WyrPack::readInteger(buf, &bits));
+        SAMPLE_TRY(WyrPack::checkRefer(static_cast<int>(bits), kScores));
+        scoreCount = static_cast<int>(bits);
+        for (int i = 0; i < scoreCount; ++i) {
+            SAMPLE_TRY(WyrPack::readInteger(buf, &bits));
             scores[i] = static_cast<int>(bits);
         }
-        return result;
-    }
-    int printScores(WyrBuf& buf, int indent, char separator) const {
-        int result = 0;
-        for (int i = 0; i < scoreCount && result == 0; ++i) {
-            result = WyrBufUtil::printValue(buf, indent + 1, separator, "scores", static_cast<unsigned>(i),
-                                            "%d", scores[i]);
-        }
-        return result;
+        return 0;
     }
     int writeScores(WyrXmlWriter& writer) const {
-        int result = 0;
-        for (int i = 0; i < scoreCount && result == 0; ++i) {
-            result = writer.writeText(std::to_string(scores[i]).c_str(), true);
+        for (int i = 0; i < scoreCount; ++i) {
+            SAMPLE_TRY(writer.writeText(std::to_string(scores[i]).c_str(), true));
         }
-        return result;
+        return 0;
     }
 };
 
