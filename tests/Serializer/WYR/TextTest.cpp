@@ -106,10 +106,10 @@ TEST(WyrParse, ReadsArraysAndTheirDefaults) {
     EXPECT_EQ(parsed("1 2", true), (std::vector<long>{0, 2, 1, 2, 77}));
     EXPECT_EQ(parsed("1\t2\n3 4", true), (std::vector<long>{0, 3, 1, 2, 3}));
     EXPECT_EQ(parsed("1 - 3", true), (std::vector<long>{-29, 99, 1, 77, 77}));
-    double reals[4];
-    char numbers[] = " 1.5 -2e3x 0x1p4";
-    EXPECT_EQ(WyrParse::parseDoubleArray(reals, 4, numbers, nullptr, 0.25), 0);
-    EXPECT_EQ(std::vector<double>(reals, reals + 4), (std::vector<double>{1.5, -2000, 16, 0.25}));
+    double reals[5];
+    char numbers[] = " 1.5 -2e3x 0x1p4 0xinf";
+    EXPECT_EQ(WyrParse::parseDoubleArray(reals, 5, numbers, nullptr, 0.25), 0);
+    EXPECT_EQ(std::vector<double>(reals, reals + 5), (std::vector<double>{1.5, -2000, 16, 0, 0.25}));
     float real = 0;
     char noNumber[] = "abc";
     EXPECT_EQ(WyrParse::parseFloat(&real, noNumber, nullptr, 1), -29);

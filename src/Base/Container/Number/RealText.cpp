@@ -49,6 +49,12 @@ bool IsTooLarge(char const* text, char const* end, bool hexadecimal) {
     return exponent > -place * (hexadecimal ? 4 : 1);
 }
 
+// Without a digit behind it, "0x" is a 0 and something else.
+bool BeginsHexadecimal(char const* text) {
+    char const first = text[0] == '0' && (text[1] | 0x20) == 'x' ? text[2] : '\0';
+    return std::isxdigit(static_cast<unsigned char>(first == '.' ? text[3] : first)) != 0;
+}
+
 }  // namespace
 
 AString RealToText(double value) {
@@ -64,7 +70,7 @@ bool ReadReal(char const* text, double& value) {
     if (negative || *text == '+') {
         ++text;
     }
-    bool const hexadecimal = text[0] == '0' && (text[1] | 0x20) == 'x';
+    bool const hexadecimal = BeginsHexadecimal(text);
     if (hexadecimal) {
         text += 2;
     }
