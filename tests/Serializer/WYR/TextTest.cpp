@@ -111,8 +111,7 @@ TEST(WyrParse, ReadsArraysAndTheirDefaults) {
     EXPECT_EQ(WyrParse::parseDoubleArray(reals, 5, numbers, nullptr, 0.25), 0);
     EXPECT_EQ(std::vector<double>(reals, reals + 5), (std::vector<double>{1.5, -2000, 16, 0, 0.25}));
     float real = 0;
-    char noNumber[] = "abc";
-    EXPECT_EQ(WyrParse::parseFloat(&real, noNumber, nullptr, 1), -29);
+    EXPECT_EQ(WyrParse::parseFloat(&real, std::string("abc").data(), nullptr, 1), -29);
     wyr_date_t dates[3];
     char oneDate[] = "2024-01-02";
     EXPECT_EQ(WyrParse::parseDateArray(dates, 3, oneDate, nullptr, "2025-03-04"), 0);
