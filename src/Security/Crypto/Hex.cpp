@@ -20,7 +20,7 @@ int DigitValue(char digit) {
 }  // namespace
 
 bool HexToBytes(char const* text, unsigned int length, void* bytes) {
-    if (text == nullptr || length % 2 != 0) {
+    if (text == nullptr || bytes == nullptr || length % 2 != 0) {
         return true;
     }
     auto* next = static_cast<unsigned char*>(bytes);

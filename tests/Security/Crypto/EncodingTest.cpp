@@ -45,6 +45,7 @@ TEST(HexTest, DecodesPairsUpToTheFirstForeignCharacter) {
         EXPECT_EQ(std::string(bytes, 2), "\x01#");
     }
     EXPECT_TRUE(HexToBytes(nullptr, 4, bytes));
+    EXPECT_TRUE(HexToBytes("0102", 4, nullptr));
     EXPECT_TRUE(HexToBytes("zzz", 3, bytes));
     EXPECT_EQ(std::string(bytes, 2), "\x01#");
 }
