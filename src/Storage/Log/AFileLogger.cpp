@@ -119,6 +119,8 @@ bool AFileLogger::EnsureRoom() {
 }
 
 bool AFileLogger::OpenFileOfHour() {
+    // First of all: if memory is short on the way, the next write must not find another hour's file open.
+    _file.reset();
     AString path;
     if (!FilePathByTime(path)) {
         VC_LOG_CONSOLE(Error, kLogFunction, "GetFilePathByTime failed!");

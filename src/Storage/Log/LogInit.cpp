@@ -1,15 +1,33 @@
 // The roof's side of the facade: which logger there is.
+#include <new>
+
 #include "Storage/Log/LogFacade.h"
 #include "Storage/Log/Logger.h"
 
 namespace Ubrix {
 
+namespace {
+
+// Null if there is no memory: lines then go to the console only. The logger lives until the process ends,
+// since any thread may log at any time.
+Logger* MakeLogger() {
+    try {
+        return new Logger("VelmorCore");
+    } catch (std::bad_alloc const&) {
+        return nullptr;
+    }
+}
+
+}  // namespace
+
 void VelmorLogInit() {
     if (CurrentLogger() != nullptr) {
         return;
     }
-    // Lives until the process ends: any thread may log at any time.
-    auto* logger = new Logger("VelmorCore");
+    Logger* const logger = MakeLogger();
+    if (logger == nullptr) {
+        return;
+    }
     InstallLogger(logger);
     logger->SetLevel(DefaultLogLevel());
     logger->Init();

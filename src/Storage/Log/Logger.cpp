@@ -6,6 +6,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <new>
 
 #include "Base/Ubrix/CoreConfigReader.h"
 #include "Platform/Console.h"
@@ -150,7 +151,11 @@ void Logger::WriteToFile(LogText& line) {
     std::size_t const length = std::strlen(line);
     bool const hasRoom = length + 1 < sizeof line;
     line[length] = hasRoom ? '\n' : '\0';
-    _fileLogger->Log2File(line, static_cast<unsigned int>(hasRoom ? length + 1 : length));
+    try {
+        _fileLogger->Log2File(line, static_cast<unsigned int>(hasRoom ? length + 1 : length));
+    } catch (std::bad_alloc const&) {
+        // The file goes without this line; the caller, who may be C, must not hear of it.
+    }
     line[length] = '\0';
 }
 
