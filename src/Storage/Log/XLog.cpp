@@ -9,6 +9,7 @@
 #include <cstdio>
 
 #include "Platform/Console.h"
+#include "Platform/LastError.h"
 #include "Storage/Log/LogFacade.h"
 #include "Storage/Log/LogLine.h"
 
@@ -134,6 +135,8 @@ void PrintLogToConsoleFormat2(ALogPriority level, char const* file, unsigned int
     if (msg == nullptr) {
         return;
     }
+    // The clock reads the time zone's file at its first use.
+    Platform::LastErrorKeeper const keeper;
     LogText text;
     FormatLogLine(text, level, kModule, file, line, func, msg);
     Platform::WriteConsoleLine(text);
