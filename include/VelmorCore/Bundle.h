@@ -113,7 +113,8 @@ public:
     // The bundle on "Velmor.config" in the cache directory, made at the first call and never deleted.
     Bundle& GetDefaultBundle();
     // The bundle on the file whose whole path is `name`, made at the first call with that name, and valid
-    // until it is destroyed. Null gives the default bundle after an Error line.
+    // until it is destroyed. Null gives the default bundle after an Error line. An empty name gives, after an
+    // Info line, a bundle without a file: it stores nothing, and its Gets answer the default.
     Bundle& GetBundle(char const* name);
     // Saves and deletes the bundle of that name. Null and a name without a bundle do nothing.
     void DestoryBundle(char const* name);

@@ -53,7 +53,8 @@ public:
     static bool Remove(char const* path);
     // The same for the path of this object. Close first.
     bool Remove();
-    // Renames a file. False on failure and for null.
+    // Renames a file; one that bears the name `to` is replaced. False on failure, which leaves both as they
+    // were, and for null.
     static bool Rename(char const* from, char const* to);
 
     // Reads up to `size` bytes from the beginning, or from byte `position`, and returns how many came: fewer

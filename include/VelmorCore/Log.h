@@ -5,15 +5,17 @@
 // in local time, which goes to the console, to the hourly log file and to the callback, all on the caller's
 // thread. Before the logger stands, lines go to the console only, unfiltered.
 //
-// All functions may be called on any thread, never fail visibly, and leave the caller's last error number
-// alone. Text is bytes of any encoding. `file` and `func` must not be null.
+// All functions may be called on any thread and never fail visibly: what can't be had, memory included, costs
+// the line at hand. Those that log leave the caller's last error number alone. Text is bytes of any encoding.
+// `file` and `func` must not be null.
 #pragma once
 
 #include <VelmorCore/Export.h>
 
 namespace Velmor {
 
-// Levels. The numbers are stored and cross to managed code.
+// Levels. The numbers are stored and cross to managed code. A message of any other number, None included, is
+// filtered by it like the rest and shows as "Unkonwn".
 enum ALogPriority : int {
     ALogPriorityDebug = 0,
     ALogPriorityInfo = 1,
@@ -58,7 +60,10 @@ VELMORCORE_API void XLog(ALogPriority level, char const* file, unsigned int line
 VELMORCORE_API void XLog2(ALogPriority level, char const* file, unsigned int line, char const* func,
                           char const* msg);
 
-// Writes a developer-log record. If any text is null or any error code is 0, prints
+// Writes a developer-log record: the module, the session, the numbers and the texts in one message, cut at
+// 4095 bytes, under the usual filter. The logger takes records only while the kit's setting
+// "VelmorProntelLogMode" is 1; by default it isn't, and the record is dropped without a word. Before the
+// logger stands the bare record goes to the console. If any text is null or any error code is 0, prints
 // "Error, Parameter is NULL." on the console instead.
 VELMORCORE_API void XLogDetail(ALogPriority level, char const* file, unsigned int line, char const* func,
                                char const* module, char const* session, ProntelStage stage,
@@ -80,7 +85,8 @@ VELMORCORE_API void SetUbrixLogLevel(ALogPriority level);
 // True if a message of `level` would pass. Callers ask it before they build an expensive message.
 VELMORCORE_API bool ACheckLogLevel(ALogPriority level);
 
-// Sets the callback, replacing the one before; null clears it. Ignored while no logger stands.
+// Sets the callback, replacing the one before; null clears it. A call that is running on another thread may
+// still end afterwards. Ignored while no logger stands.
 VELMORCORE_API void SetUbrixLogCallback(LogCallback callback);
 
 // Turns the console output of passing lines on or off; on is the default. Ignored while no logger stands.
