@@ -53,10 +53,12 @@ VELMORCORE_API void VelmorSDKLog_setAllLogLevel(int level);
 
 /* ---- Logging ---- */
 
-/* Receives each finished line, without a line feed, on the logging thread. `line` is valid during the call
- * only. */
+/* Receives each finished line, without a line feed, on the logging thread, one line at a time. `line` is
+ * valid during the call only. A callback may log; it must not take a lock that a logging thread may hold. */
 typedef void (*VelmorCoreLogCallback)(VelmorCoreLogPriority level, char const* line);
 
+/* Messages below the level are dropped. A valid "LogLevel" in section "VelmorCore" of the remote
+ * configuration's cache takes its place at each such call. */
 VELMORCORE_API void VelmorCore_SetUbrixLogLevel(VelmorCoreLogPriority level);
 /* Replaces the callback; null clears it. A call that is running on another thread may still end afterwards.
  */
