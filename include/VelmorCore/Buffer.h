@@ -99,7 +99,8 @@ public:
     // length.
     void Read(AString& out);
     // The same into a buffer of `size` bytes, all others set to 0; a length that leaves no room for a
-    // terminator is refused in the same way. At the end of the data, or with null, nothing happens.
+    // terminator is refused in the same way, and so is each with a `size` below 1. At the end of the data, or
+    // with null, nothing happens.
     void Read(char* buffer, int size);
     // A nested structure; null reads nothing.
     void Read(_tagSarnetBufferBase& structure);

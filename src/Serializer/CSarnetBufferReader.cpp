@@ -1,5 +1,6 @@
 #include <VelmorCore/Buffer.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstring>
 
@@ -98,11 +99,12 @@ void CSarnetBufferReader::Read(AString& out) {
 }
 
 void CSarnetBufferReader::Read(char* buffer, int size) {
-    if (AtEnd() || buffer == nullptr || size < 1) {
+    if (AtEnd() || buffer == nullptr) {
         return;
     }
-    std::memset(buffer, 0, static_cast<size_t>(size));
-    int const length = ReadLength(size - 1);
+    int const room = std::max(size, 0);
+    std::memset(buffer, 0, static_cast<size_t>(room));
+    int const length = ReadLength(room - 1);
     if (length > 0) {
         std::memcpy(buffer, Take(length), static_cast<size_t>(length));
     }

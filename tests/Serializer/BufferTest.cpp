@@ -143,11 +143,15 @@ TEST(Buffer, ReadsNoTextOfAHostileLength) {
         reader.Read(buffer, 2);
         EXPECT_LT(std::strlen(buffer), data.empty() ? 4U : 2U) << "room for the terminator";
     }
-    CSarnetBufferReader reader("\0\0\0\1a", 5);
+    CSarnetBufferReader reader("\0\0\0\1\0\0\0\2\0\0\0\3", 12);
     char untouched = 'x';
     reader.Read(static_cast<char*>(nullptr), 3);
-    reader.Read(&untouched, -1);
+    reader.Read(&untouched, 0);
+    reader.Read(&untouched, INT_MIN);
     EXPECT_EQ(untouched, 'x');
+    int value = 0;
+    reader.Read(value);
+    EXPECT_EQ(value, 3) << "null consumes nothing, no room the length";
     EXPECT_TRUE(CSarnetBufferReader(nullptr, 4).AtEnd());
     EXPECT_TRUE(CSarnetBufferReader("abc", -4).AtEnd());
 }
