@@ -217,7 +217,9 @@ void CurlExchange::ReadHeaderLine(std::string const& line) {
     curl_easy_getinfo(_easy, CURLINFO_RESPONSE_CODE, &status);
     bool const isElsewhere = status >= 300 && status < 400;
     if (StartsWith(line, "Location:")) {
-        _isRedirect = isElsewhere;
+        // libcurl passes over an empty one.
+        bool const isEmpty = line.find_first_not_of(" \t\r\n", std::strlen("Location:")) == std::string::npos;
+        _isRedirect = _isRedirect || (isElsewhere && !isEmpty);
         return;
     }
     bool const isEnd = line == "\r\n" || line == "\n";

@@ -140,6 +140,7 @@ TEST_F(TransportTest, AnswersAreReadAsFarAsTheyGo) {
         {"interim", Say("100 Go\r\n\r\nHTTP/1.1 200 OK\r\nContent-Length: 2", "ok"), "0 200 ok"},
         {"no body", Say("204 None"), "0 204 "},
         {"redirect without a place", Say("302 Gone\r\nContent-Length: 1", "x"), "0 302 x"},
+        {"redirect to nowhere", Say("302 Gone\r\nLocation: \r\nContent-Length: 1", "x"), "0 302 x"},
         {"nothing", RawTlsServer::SayAndBreak(""), "1 0 null"},
         {"garbage", RawTlsServer::SayAndBreak("SSH-2.0-nothing like it\r\n\r\n"), "1 0 null"},
         {"half a head", RawTlsServer::SayAndBreak("HTTP/1.1 200 OK\r\nA: b\r\n"), "1 0 null"},
