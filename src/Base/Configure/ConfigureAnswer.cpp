@@ -127,8 +127,12 @@ ConfigureImpl::Ending ConfigureImpl::TakeAnswer(Outcome const& outcome, char con
 
 ConfigureImpl::Ending ConfigureImpl::TakeFailure(Outcome const& outcome) {
     ScopedLock lock(_lock);
-    VC_LOG(Info, kFunction, "OnDataTaskFinished error:%d", outcome.errorCode);
+    // The lock was open since the last look; a mark left behind would cost the next request its answer.
+    if (DropIfIgnored(outcome)) {
+        return Ending::Ignored;
+    }
     _state = kFailed;
+    VC_LOG(Info, kFunction, "OnDataTaskFinished error:%d", outcome.errorCode);
     if (_retryCount == 0) {
         Report(outcome);
     }

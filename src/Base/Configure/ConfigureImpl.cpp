@@ -225,6 +225,11 @@ void ConfigureImpl::Request() {
         VC_LOG(Info, kFunction, "RemoteConfig state == kRequesting");
         return;
     }
+    _requestWhenIdle = false;
+    if (_url.empty()) {
+        // Cleared while a retry was due.
+        return;
+    }
     _channel = ChannelId().c_str();
     _openId = OpenId().c_str();
     VC_LOG(Info, kFunction, "Request config, channel: %s, openID: %s,  ruleID: %d", _channel.c_str(),
@@ -237,7 +242,6 @@ void ConfigureImpl::Request() {
 void ConfigureImpl::Transmit(std::string const& url) {
     constexpr char kFunction[] = "Velmor::ConfigureImpl::_Request";
     _state = kRequesting;
-    _requestWhenIdle = false;
     StopTimer(_retryTimer, _retryTimerId);
     if (_task == nullptr) {
         // With its listener from the start: setting it takes the lock that listeners run under.

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstring>
 #include <future>
 #include <string>
 #include <thread>
@@ -278,6 +279,31 @@ TEST_F(ConfigureTest, AnAnswerToAnOutdatedRequestIsThrownAway) {
     Impl().StartOnce();
     EXPECT_TRUE(_log.Has("Warning", "Configure will not request remote config because of empty url!"));
     Impl().SetUrl(nullptr);
+}
+
+TEST_F(ConfigureTest, AnOutdatedFailureCostsNoLaterAnswer) {
+    // In the middle of the outcome's handling.
+    Ubrix::SetUbrixLogCallback([](Ubrix::ALogPriority, char const* line) {
+        if (std::strstr(line, "OnDataTaskFinished error:5, ") != nullptr) {
+            Impl().Clear();
+        }
+    });
+    Impl().SetUrl(kUrl);
+    AwaitState(ConfigureImpl::kReady);
+    FetchGood();
+    EXPECT_EQ(Text("Game", "speed"), "3");
+}
+
+TEST_F(ConfigureTest, ARetryFindsNothingToAskOnceTheAddressIsCleared) {
+    ::Test::SteppedClock& clock = ::Test::SteppedClock::Install();
+    Impl().SetUrl(kUrl);
+    ASSERT_TRUE(clock.AwaitWaiters({10000}));
+    Impl().Clear();
+    clock.Advance(10000);
+    EXPECT_TRUE(clock.AwaitWaiters({::Test::SteppedClock::kNever})) << _log.Text();
+    EXPECT_EQ(_server.Seen().size(), 1U);
+    ConfigureImpl::ReleaseInstance();
+    ::Test::SteppedClock::Remove();
 }
 
 TEST_F(ConfigureTest, AnObserverMayFetch) {
