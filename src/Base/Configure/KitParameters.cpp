@@ -19,12 +19,13 @@ constexpr char kChannelKey[] = "channelid";
 constexpr char kOpenIdKey[] = "openid";
 
 AString StoredParameter(CoreParameters::Field field, char const* key) {
-    AString value = CoreParameters::Get(field);
-    if (value.empty()) {
-        value = Ubrix::BundleFactory::GetInstance().GetDefaultBundle().Get(kSection, key, "");
-        CoreParameters::Set(field, value);
+    AString const present = CoreParameters::Get(field);
+    if (!present.empty()) {
+        return present;
     }
-    return value;
+    // Whoever sets the field meanwhile knows better than the file.
+    return CoreParameters::Fill(
+        field, Ubrix::BundleFactory::GetInstance().GetDefaultBundle().Get(kSection, key, ""));
 }
 
 char const* TextOf(char const* text) {

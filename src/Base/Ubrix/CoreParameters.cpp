@@ -47,6 +47,16 @@ void CoreParameters::Set(Field field, AString const& value) {
     FieldOf(holder, field) = value;
 }
 
+AString CoreParameters::Fill(Field field, AString const& value) {
+    Holder& holder = TheHolder();
+    Platform::ScopedLock lock(holder.lock);
+    AString& present = FieldOf(holder, field);
+    if (present.Empty()) {
+        present = value;
+    }
+    return present;
+}
+
 void CoreParameters::Release() {
     Holder& holder = TheHolder();
     Platform::ScopedLock lock(holder.lock);

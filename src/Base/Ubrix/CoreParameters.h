@@ -15,6 +15,8 @@ public:
 
     static AString Get(Field field);
     static void Set(Field field, AString const& value);
+    // Sets a field that is still empty. Gives what it holds then.
+    static AString Fill(Field field, AString const& value);
     // Deletes the record; the next use makes a new one.
     static void Release();
 };
