@@ -282,7 +282,7 @@ TEST_F(ConfigureTest, AnAnswerToAnOutdatedRequestIsThrownAway) {
 }
 
 TEST_F(ConfigureTest, AnOutdatedFailureCostsNoLaterAnswer) {
-    // In the middle of the outcome's handling.
+    // In the middle of the outcome's handling; the thread that logs this line holds the lock itself.
     Ubrix::SetUbrixLogCallback([](Ubrix::ALogPriority, char const* line) {
         if (std::strstr(line, "OnDataTaskFinished error:5, ") != nullptr) {
             Impl().Clear();
