@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <new>
 
 #include "Storage/Log/LogMacros.h"
 #include "System/Time/ClockSource.h"
@@ -47,6 +48,15 @@ void AFileLogger::Log2File(void const* data, unsigned int length) {
     }
     Platform::CalendarTime const now = ClockSource::Current().Local();
     Platform::ScopedLock lock(_lock);
+    try {
+        Write(data, length, now);
+    } catch (std::bad_alloc const&) {
+        _file.reset();
+        VC_LOG_CONSOLE(Error, kLogFunction, "no memory for the log file");
+    }
+}
+
+void AFileLogger::Write(void const* data, unsigned int length, Platform::CalendarTime const& now) {
     bool const newHour = _lastTime == nullptr || !SameHour(*_lastTime, now);
     if (!EnsureFile(newHour, now) || !EnsureRoom()) {
         return;

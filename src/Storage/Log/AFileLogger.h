@@ -13,8 +13,8 @@
 
 namespace Ubrix {
 
-// Thread-safe. Failures cost the text at hand and are told on the console, since a failing log file can't
-// tell of itself; the next write starts afresh.
+// Thread-safe. Failures, want of memory included, cost the text at hand and are told on the console, since a
+// failing log file can't tell of itself; the next write starts afresh.
 class AFileLogger {
 public:
     // What happens when the file is longer than the limit.
@@ -41,6 +41,7 @@ public:
     static long long GetLogFileTimeStamp(std::string const& fileName);
 
 private:
+    void Write(void const* data, unsigned int length, Platform::CalendarTime const& now) VC_REQUIRES(_lock);
     bool EnsureDirectory() VC_REQUIRES(_lock);
     bool EnsureFile(bool newHour, Platform::CalendarTime const& now) VC_REQUIRES(_lock);
     bool EnsureRoom() VC_REQUIRES(_lock);

@@ -34,6 +34,7 @@ LogBlockWriter::LogBlockWriter(Platform::RecursiveMutex& lock, AFileLogger& file
     void* const memory = options.memory == nullptr ? _ownMemory.get() : options.memory;
     _logBuffer = std::make_unique<LogBuffer>(memory, kBlockLength, options.isCompress,
                                              options.serverPublicKey.c_str());
+    _closedBlock.AddCapacity(kBlockLength);
 }
 
 void LogBlockWriter::Append(char const* line) {
@@ -93,9 +94,9 @@ void LogBlockWriter::Stop() {
     }
     // Behind what the flusher has in hand, so that blocks keep their order.
     _flusherEnded.Wait();
-    AutoBuffer block;
-    last->Flush(block);
-    WriteToFile(block);
+    _closedBlock.Length(0, 0);
+    last->Flush(_closedBlock);
+    WriteToFile(_closedBlock);
 }
 
 void LogBlockWriter::RunFlusher(void* self) {
@@ -112,7 +113,7 @@ void LogBlockWriter::RunFlusher(void* self) {
 
 // False once stopped.
 bool LogBlockWriter::FlushOnce() {
-    AutoBuffer block;
+    _closedBlock.Length(0, 0);
     {
         Platform::ScopedLock lock(_lock);
         if (_logBuffer == nullptr) {
@@ -120,9 +121,9 @@ bool LogBlockWriter::FlushOnce() {
         }
         // Whatever has been signalled so far is met by this turn.
         _flushSignal.Reset();
-        _logBuffer->Flush(block);
+        _logBuffer->Flush(_closedBlock);
     }
-    WriteToFile(block);
+    WriteToFile(_closedBlock);
     return true;
 }
 

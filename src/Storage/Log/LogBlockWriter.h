@@ -25,6 +25,8 @@ struct LogBlockOptions {
 
 // Thread-safe. Its lock is its logger's, which covers each use of the buffer and is not held while the file
 // is written; so the order is the logger's lock first, then the wake-up's own.
+//
+// All memory is taken at the start: when it is short, lines go on, and the flusher has nothing to fail at.
 class LogBlockWriter {
 public:
     static constexpr std::size_t kBlockLength = 153600;
@@ -35,8 +37,8 @@ public:
     // The longest time that a line waits.
     static constexpr long long kFlushWaitMs = 86400000;
 
-    // Starts the flusher. Null if the system refuses the thread. `lock` and `file` are the logger's, and stay
-    // until Stop has returned.
+    // Starts the flusher. Null if the system refuses the thread; std::bad_alloc if it refuses the memory.
+    // `lock` and `file` are the logger's, and stay until Stop has returned.
     static std::shared_ptr<LogBlockWriter> Start(Platform::RecursiveMutex& lock, AFileLogger& file,
                                                  LogBlockOptions const& options);
 
@@ -47,9 +49,10 @@ public:
     ~LogBlockWriter() = default;
 
     // Takes `line` into the open block, with a line feed if it has none. After Stop, and if the block refuses
-    // it, the line is dropped. Throws std::bad_alloc if memory is short.
+    // it, the line is dropped.
     void Append(char const* line);
-    // Puts `text` into the file at once, in a plain block of its own, ahead of lines that still wait.
+    // Puts `text` into the file at once, in a plain block of its own, ahead of lines that still wait. Throws
+    // std::bad_alloc if there is no memory for the block.
     void WriteNow(char const* text);
     // Ends the flusher and writes out what waits. Lines that come later are dropped. Waits for a write in
     // hand; not to be called with the logger's lock held, such as from a log callback.
@@ -66,6 +69,8 @@ private:
     std::unique_ptr<char[]> const _ownMemory;
     // Null once stopped.
     std::unique_ptr<LogBuffer> _logBuffer VC_GUARDED_BY(_lock);
+    // What is on its way to the file: the flusher's, after its end Stop's. A whole block fits.
+    AutoBuffer _closedBlock;
     // Keeps a wake-up that comes while the flusher is busy.
     Platform::Event _flushSignal;
     Platform::Event _flusherEnded;

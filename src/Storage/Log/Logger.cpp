@@ -185,7 +185,11 @@ void Logger::WriteDetached(char const* format, ...) {
     va_start(arguments, format);
     std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
-    _blockWriter->WriteNow(text);
+    try {
+        _blockWriter->WriteNow(text);
+    } catch (std::bad_alloc const&) {
+        VC_LOG_CONSOLE(Error, "Ubrix::Logger::WriteDetached", "no memory for a log block");
+    }
 }
 
 void Logger::LogDetail(ALogPriority level, char const* file, unsigned int line, char const* func,

@@ -10,6 +10,7 @@ LogBuffer::LogBuffer(void* memory, std::size_t length, bool isCompress, char con
     : buff_(memory, std::min(length, AutoBuffer::kLongest), std::min(length, AutoBuffer::kLongest)),
       isCompress_(isCompress),
       log_crypt_(std::make_unique<LogCrypt>(serverPublicKey)) {
+    sealed_.AddCapacity(AutoBuffer::kUnit);
     bool compressed = false;
     std::uint32_t bodyLength = 0;
     std::size_t used = 0;
@@ -50,16 +51,17 @@ bool LogBuffer::Write(void const* data, std::size_t length, AutoBuffer& out) {
 }
 
 void LogBuffer::Flush(AutoBuffer& out) {
-    EndStream();
     if (LogCrypt::GetBodyLength(buff_.Ptr(), buff_.Length()) == 0) {
+        EndStream();
         Clear();
         return;
     }
     RequireOfBuffer(buff_.Length() >= log_crypt_->GetHeaderLen(),
                     "buff_.Length() >= log_crypt_->GetHeaderLen()");
     std::size_t const whole = buff_.Length() + log_crypt_->GetTailLen();
-    // What can fail goes first: a block is closed once.
+    // What can fail goes first: without memory for it the block stays open, its stream included.
     out.AddCapacity(out.Length() + whole);
+    EndStream();
     LogCrypt::WriteEndHour(buff_.Ptr());
     log_crypt_->WriteEndByte(buff_.Ptr() + buff_.Length());
     buff_.Length(whole, whole);
@@ -116,13 +118,16 @@ bool LogBuffer::Compress(void const* data, std::size_t length, std::size_t& writ
     return true;
 }
 
-// Enciphers what was written behind `before`, together with the tail that was left before it.
+// Enciphers what was written behind `before`, together with the tail that was left before it: in pieces of
+// whole units that need no new memory, since the stream has consumed the text by now.
 void LogBuffer::Seal(std::size_t before, std::size_t written) {
-    std::size_t const begin = before - plainTailLength_;
-    AutoBuffer sealed(AutoBuffer::kUnit);
-    log_crypt_->EncipherSpan(buff_.Ptr() + begin, plainTailLength_ + written, sealed, plainTailLength_);
-    buff_.Length(begin, begin);
-    buff_.Write(sealed.Ptr(), sealed.Length());
+    std::size_t const end = before + written;
+    for (std::size_t at = before - plainTailLength_; at < end; at += AutoBuffer::kUnit) {
+        std::size_t const length = std::min(AutoBuffer::kUnit, end - at);
+        log_crypt_->EncipherSpan(buff_.Ptr() + at, length, sealed_, plainTailLength_);
+        std::memcpy(buff_.Ptr() + at, sealed_.Ptr(), length);
+    }
+    buff_.Length(end, end);
     LogCrypt::AddBodyLength(buff_.Ptr(), static_cast<std::uint32_t>(written));
 }
 

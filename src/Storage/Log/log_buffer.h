@@ -29,12 +29,14 @@ public:
     LogBuffer& operator=(LogBuffer const&) = delete;
 
     // Appends text to the open block; opens one if there is none. False, and no change of the block, for null
-    // or empty text, or if the text can't be compressed. Text that outgrows the memory is cut.
+    // or empty text, or if the text can't be compressed. Text that outgrows the memory is cut. Allocates
+    // nothing but, for a new block, zlib's state; false if there is no memory for that.
     bool Write(void const* data, std::size_t length);
     // Sets `out` to a whole plain block of the text, and leaves the open block alone. False for null or empty
     // text, or more of it than an AutoBuffer takes.
     bool Write(void const* data, std::size_t length, AutoBuffer& out);
-    // Closes the open block and appends it to `out`. Without text since the last time, nothing comes.
+    // Closes the open block and appends it to `out`. Without text since the last time, nothing comes. Throws
+    // std::bad_alloc if `out` can't grow; the block then stays open.
     void Flush(AutoBuffer& out);
     PtrBuffer& Buffer() { return buff_; }
 
@@ -56,6 +58,8 @@ private:
     std::unique_ptr<LogCrypt> const log_crypt_;
     // How many bytes at the end of the open block aren't enciphered yet.
     unsigned int plainTailLength_ = 0;
+    // Room for one piece on its way through the cipher.
+    AutoBuffer sealed_{AutoBuffer::kUnit};
 };
 
 }  // namespace Ubrix
