@@ -1,5 +1,7 @@
 #include "System/Operation/OperationQueueImp.h"
 
+#include <algorithm>
+
 #include "Base/Ubrix/CoreConfigReader.h"
 #include "Base/Ubrix/IBase.h"
 #include "Platform/Thread.h"
@@ -190,6 +192,7 @@ void OperationQueueImp::AddOperation(Operation::Function function, void* data, b
     ScopedLock lock(_mutex);
     addition.refused = !_running;
     if (_running) {
+        MakeRoom();
         Append(std::make_unique<StaticOperation>(function, data, repeat));
         addition.startedManager = EnsureManager();
     }
@@ -201,8 +204,20 @@ void OperationQueueImp::AddOperation(OperationTargetBase* target, ObjectOperatio
     ScopedLock lock(_mutex);
     addition.refused = !_running;
     if (_running) {
+        MakeRoom();
         Append(std::make_unique<ObjectOperation>(target, member, data, repeat));
         addition.startedManager = EnsureManager();
+    }
+}
+
+// For one more operation, in both lists, wherever those in hand go: the pool's own threads move operations
+// about without asking for memory.
+void OperationQueueImp::MakeRoom() {
+    std::size_t const all =
+        _readyOperations.size() + _waitingOperations.size() + static_cast<std::size_t>(_threadNum) + 1;
+    if (std::min(_readyOperations.capacity(), _waitingOperations.capacity()) < all) {
+        _readyOperations.reserve(2 * all);
+        _waitingOperations.reserve(2 * all);
     }
 }
 

@@ -51,6 +51,7 @@ private:
     void End();
     void CreateWorker();
     void* EnsureManager() VC_REQUIRES(_mutex);
+    void MakeRoom() VC_REQUIRES(_mutex);
     void Append(OperationPointer operation) VC_REQUIRES(_mutex);
     bool TakeBack(OperationPointer& operation);
 
@@ -62,7 +63,7 @@ private:
     bool IsToGrow() VC_REQUIRES(_mutex);
     void AwaitNextTick(long long lastTick);
     long long NextTick(long long lastTick);
-    void AwaitWorkers();
+    void AwaitWorkers(Platform::Event& rest);
 
     // The tick in milliseconds, of all pools.
     static std::atomic<int> _intervalPerLoop;
@@ -82,7 +83,7 @@ private:
     std::atomic<bool> _running{true};
     bool _stretch VC_GUARDED_BY(_mutex) = true;
 
-    int _growCounterMs VC_GUARDED_BY(_mutex) = 0;
+    long long _growCounterMs VC_GUARDED_BY(_mutex) = 0;
     // The manager sleeps beyond the next tick: whoever adds something wakes it.
     bool _managerRests VC_GUARDED_BY(_mutex) = false;
     bool _managerStands VC_GUARDED_BY(_mutex) = false;

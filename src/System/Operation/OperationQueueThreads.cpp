@@ -135,14 +135,14 @@ void OperationQueueImp::onThreadManageProc(void* queue) {
 
 void OperationQueueImp::Manage() {
     Platform::NameCurrentThread("OperationQueue.ThreadManager");
-    Platform::Event start;
-    Rest(start, kStartMs);
+    Platform::Event rest;
+    Rest(rest, kStartMs);
     long long now = ClockSource::Current().MonotonicMilliseconds();
     while (Tick(now)) {
         AwaitNextTick(now);
         now = ClockSource::Current().MonotonicMilliseconds();
     }
-    AwaitWorkers();
+    AwaitWorkers(rest);
     VC_LOG(Event, "Ubrix::OperationQueueImp::onThreadManageProc",
            "onThreadManageProc threads have been destroyed, starting delete queue");
     delete this;
@@ -173,14 +173,18 @@ bool OperationQueueImp::Tick(long long now) {
 
 // Makes ready what is due, in order, and tells how many that were.
 int OperationQueueImp::MoveDue(long long now) {
-    OperationList waiting;
-    waiting.swap(_waitingOperations);
-    int moved = 0;
-    for (OperationPointer& operation : waiting) {
-        bool const due = operation->NextRunTime() <= now;
-        moved += due ? 1 : 0;
-        (due ? _readyOperations : _waitingOperations).push_back(std::move(operation));
+    auto const end = _waitingOperations.end();
+    auto kept = _waitingOperations.begin();
+    for (auto operation = kept; operation != end; ++operation) {
+        if ((*operation)->NextRunTime() <= now) {
+            _readyOperations.push_back(std::move(*operation));
+        } else {
+            std::swap(*kept, *operation);
+            ++kept;
+        }
     }
+    auto const moved = static_cast<int>(end - kept);
+    _waitingOperations.erase(kept, end);
     return moved;
 }
 
@@ -227,8 +231,7 @@ long long OperationQueueImp::NextTick(long long lastTick) {
     return std::max(earliest, soonest);
 }
 
-void OperationQueueImp::AwaitWorkers() {
-    Platform::Event rest;
+void OperationQueueImp::AwaitWorkers(Platform::Event& rest) {
     for (;;) {
         {
             ScopedLock lock(_mutex);
