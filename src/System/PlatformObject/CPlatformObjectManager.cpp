@@ -63,8 +63,9 @@ void CPlatformObjectManager::AddObject(long long objectId, IPlatformObject* obje
         return;
     }
     ScopedLock const lock(_lock);
-    IPlatformObject*& place = _objects[objectId];
+    // Counted first: without memory for it, no place stays behind empty.
     Hold(object);
+    IPlatformObject*& place = _objects[objectId];
     if (place != nullptr) {
         LetGo(place);
     }
