@@ -27,20 +27,24 @@ ApplicationHolder& Holder() {
 }  // namespace
 
 IApplicationObserver::IApplicationObserver() {
-    CApplication::GetInstance().AddObserver(this);
+    CApplication::Share()->AddObserver(this);
 }
 
 IApplicationObserver::~IApplicationObserver() {
-    CApplication::GetInstance().RemoveObserver(this);
+    CApplication::Share()->RemoveObserver(this);
 }
 
 CApplication& CApplication::GetInstance() {
+    return *Share();
+}
+
+std::shared_ptr<CApplication> CApplication::Share() {
     ApplicationHolder& holder = Holder();
     ScopedLock lock(holder.mutex);
     if (holder.instance == nullptr) {
         holder.instance.reset(new CApplication);
     }
-    return *holder.instance;
+    return holder.instance;
 }
 
 void CApplication::ReleaseInstance() {

@@ -37,7 +37,7 @@ protected:
 // fan-out isn't called in it; one that is removed isn't called any more.
 class CApplication : public std::enable_shared_from_this<CApplication> {
 public:
-    // The one instance, made at the first call and again after a release.
+    // The one instance, made at the first call and again after a release, which ends it.
     static CApplication& GetInstance();
     // Lets go of all observers, without telling them. The teardown calls this.
     static void ReleaseInstance();
@@ -59,6 +59,7 @@ public:
     void Terminate();
 
 private:
+    friend class IApplicationObserver;
     using Event = void (IApplicationObserver::*)();
     // Where a fan-out stands, and where the observers end that it calls.
     struct Walk {
@@ -67,6 +68,8 @@ private:
     };
 
     CApplication() = default;
+    // The same, kept for the caller's use over a release on another thread: observers come and go anywhere.
+    static std::shared_ptr<CApplication> Share();
     void FanOut(Event event);
     void Close();
 
