@@ -5,10 +5,13 @@
 #include <zlib.h>
 
 #include <cstdint>
+#include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "Support/EncipheredFileDecoder.h"
+#include "Support/Files.h"
 
 namespace Test {
 
@@ -53,6 +56,16 @@ inline std::string InflateRaw(std::string const& body) {
     text.resize(stream.total_out);
     inflateEnd(&stream);
     return result == Z_OK || result == Z_BUF_ERROR ? text : "bad stream";
+}
+
+// All block files of a module together: the hour may have changed meanwhile.
+inline std::string ReadBlockFiles(std::string const& module) {
+    std::filesystem::directory_iterator const files("Cache/VelmorSDKLog/" + module);
+    std::string content;
+    for (std::filesystem::path const& path : std::set<std::filesystem::path>(files, {})) {
+        content += path.extension() == ".xlog" ? ReadWholeFile(path.string()) : "not a block";
+    }
+    return content;
 }
 
 // All blocks of a sound file; one with the text "bad block" ends the list where the file isn't sound.

@@ -3,14 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <future>
-#include <set>
 #include <string>
 #include <vector>
 
 #include "Storage/Log/Logger.h"
-#include "Support/Files.h"
 #include "Support/LogBlockDecoder.h"
+#include "Support/OnThreads.h"
 #include "Support/SteppedClock.h"
 
 namespace {
@@ -19,19 +17,11 @@ using namespace Ubrix;
 
 constexpr long long kDay = 86400000;
 
-// The texts of all blocks on disk.
-std::vector<std::string> Blocks() {
-    std::string file;
-    std::set<std::filesystem::path> const paths(
-        std::filesystem::directory_iterator("Cache/VelmorSDKLog/Blocks"),
-        std::filesystem::directory_iterator());
-    for (std::filesystem::path const& path : paths) {
-        EXPECT_EQ(path.extension(), ".xlog");
-        file += ::Test::ReadWholeFile(path.string());
-    }
-    std::vector<std::string> texts;
-    for (::Test::LogBlock const& block : ::Test::DecodeBlocks(file)) {
-        texts.push_back(block.text);
+// The texts of all blocks on disk, a brace before each.
+std::string Blocks() {
+    std::string texts;
+    for (::Test::LogBlock const& block : ::Test::DecodeBlocks(::Test::ReadBlockFiles("Blocks"))) {
+        texts += "{" + block.text;
     }
     return texts;
 }
@@ -39,10 +29,9 @@ std::vector<std::string> Blocks() {
 // How often `part` stands in them.
 int Count(std::string const& part) {
     int count = 0;
-    for (std::string const& text : Blocks()) {
-        for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; ++at) {
-            ++count;
-        }
+    std::string const text = Blocks();
+    for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; ++at) {
+        ++count;
     }
     return count;
 }
@@ -75,9 +64,9 @@ TEST_F(LogBlockWriterTest, WritesOnceADayAtAThirdAndAtTheEnd) {
     logger.SetCallback([](ALogPriority, char const*) { ++g_called; });
     ASSERT_TRUE(_clock.AwaitWaiters({kDay}));
     Log(logger, "one");
-    EXPECT_TRUE(Blocks().empty());
+    EXPECT_EQ(Blocks(), "");
     logger.WriteDetached("at %s\n", "once");
-    EXPECT_EQ(Blocks(), std::vector<std::string>{"at once\n"});
+    EXPECT_EQ(Blocks(), "{at once\n");
     _clock.Advance(kDay);
     ASSERT_TRUE(_clock.AwaitWaiters({2 * kDay}));
     EXPECT_EQ(Count("| one\n"), 1);
@@ -85,7 +74,7 @@ TEST_F(LogBlockWriterTest, WritesOnceADayAtAThirdAndAtTheEnd) {
     _clock.Advance(1);
     // Twelve lines stay below a third of the block; the thirteenth passes it.
     for (int i = 0; i < 13; ++i) {
-        EXPECT_EQ(Blocks().size(), 2U);
+        EXPECT_EQ(Count("{"), 2);
         Log(logger, std::string(5000, 'x'));
     }
     ASSERT_TRUE(_clock.AwaitWaiters({2 * kDay + 1}));
@@ -108,7 +97,7 @@ TEST_F(LogBlockWriterTest, AFullBlockWarnsInThePlaceOfLines) {
     _options.memory = memory.data();
     std::shared_ptr<LogBlockWriter> const writer = LogBlockWriter::Start(lock, file, _options);
     ASSERT_TRUE(writer != nullptr && _clock.AwaitWaiters({kDay}));
-    EXPECT_EQ(Blocks(), std::vector<std::string>{"of a crash\n"});
+    EXPECT_EQ(Blocks(), "{of a crash\n");
     {
         // The flusher waits for the lock.
         Platform::ScopedLock const held(lock);
@@ -123,22 +112,17 @@ TEST_F(LogBlockWriterTest, AFullBlockWarnsInThePlaceOfLines) {
 
 // Where the threads are too quick for the flusher, a warning stands for each line.
 TEST_F(LogBlockWriterTest, LinesOfManyThreadsComeOutOnceAndWhole) {
-    constexpr int kThreads = 4;
-    constexpr int kLines = 200;
     Logger logger("Blocks", _options);
     Quiet(logger);
-    std::vector<std::future<void>> threads(kThreads);
-    for (std::future<void>& thread : threads) {
-        thread = std::async(std::launch::async, [&logger] {
-            for (int i = 0; i < kLines; ++i) {
-                Log(logger, "<" + std::string(600, 'z') + ">");
-            }
-        });
-    }
-    threads.clear();
+    std::string const text = "<" + std::string(600, 'z') + ">";
+    ::Test::OnThreads(4, [&](int) {
+        for (int i = 0; i < 200; ++i) {
+            Log(logger, text);
+        }
+    });
     logger.StopBlocks();
-    EXPECT_GT(Blocks().size(), 1U);
-    EXPECT_EQ(Count("|F| <" + std::string(600, 'z') + ">\n") + Count("\n[F][ sg_buffer"), kThreads * kLines);
+    EXPECT_GT(Count("{"), 1);
+    EXPECT_EQ(Count("|F| " + text + "\n") + Count("\n[F][ sg_buffer"), 800);
 }
 
 }  // namespace

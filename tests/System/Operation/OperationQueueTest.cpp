@@ -1,12 +1,15 @@
 #include "System/Operation/OperationQueueImp.h"
 
+#include <VelmorCore/RemoteConfig.h>
 #include <pthread.h>
 
-#include <thread>
+#include <map>
 
+#include "Base/Ubrix/CoreConfigReader.h"
 #include "Base/Ubrix/IBase.h"
 #include "Platform/Thread.h"
 #include "Support/LogCapture.h"
+#include "Support/OnThreads.h"
 #include "Support/SteppedClock.h"
 
 namespace Ubrix {
@@ -27,13 +30,8 @@ bool Await(Condition holds) {
     return false;
 }
 
-class Target : public OperationTargetBase {
-public:
-    explicit Target(std::atomic<int>& deaths) : _deaths(deaths) {}
-    ~Target() override { ++_deaths; }
-
-private:
-    std::atomic<int>& _deaths;
+struct Target : OperationTargetBase {
+    std::shared_ptr<int> life = std::make_shared<int>();
 };
 
 class Pool : public testing::Test {
@@ -102,7 +100,6 @@ protected:
     std::atomic<bool> open{true};
     std::atomic<long long> lastRun{0};
     std::atomic<int> runs{0};
-    std::atomic<int> deaths{0};
     std::atomic<Operation*> operation{nullptr};
 };
 
@@ -155,7 +152,8 @@ TEST_F(Pool, ReleaseWaitsForNothingAndTheManagerDeletesTheRest) {
     StartIdle();
     open = false;
     RunFirst();
-    auto* target = new Target(deaths);
+    auto* target = new Target;
+    std::weak_ptr<int> const life = target->life;
     queue->AddOperation(target, nullptr, nullptr, true);
     target->Sleep(100000);
     target->Cancel(true);
@@ -165,9 +163,9 @@ TEST_F(Pool, ReleaseWaitsForNothingAndTheManagerDeletesTheRest) {
     EXPECT_NE(OperationQueue::GetInstance(), queue) << "a fresh one stands beside it";
     pools = 2;
     clock.Advance(200);
-    EXPECT_EQ(deaths, 0) << "an operation is still running";
+    EXPECT_FALSE(life.expired()) << "an operation is still running";
     open = true;
-    EXPECT_TRUE(Drive([this] { return deaths == 1; }));
+    EXPECT_TRUE(Drive([&] { return life.expired(); }));
     EXPECT_EQ(runs, 1);
 }
 
@@ -187,22 +185,70 @@ TEST_F(Pool, ThreadsThatCouldNotBeHadAreNotCountedAndComeLater) {
     EXPECT_GE(lastRun, 1200) << "a second of full load, and a thread's start";
 }
 
+// Gives the pool its values.
+class Values : public Velmor::RemoteConfig {
+public:
+    using RemoteConfig::RemoteConfig;
+    int GetInt(char const* key, int) override { return numbers[key]; }
+    bool GetBool(char const*, bool) override { return stretch; }
+
+    std::map<std::string, int> numbers;
+    bool stretch = true;
+};
+
+TEST_F(Pool, LivesWithAnyValues) {
+    struct {
+        int min, max, interval;
+        bool stretch;
+        std::size_t atStart;
+        int underLoad;
+        long long tick;
+    } const rows[] = {
+        {5, 2, 10, true, 2, 2, 10}, {1, 3, 10, false, 1, 1, 10}, {0, 1, 10, false, 0, 1, 10},
+        {1, 1, 0, true, 1, 1, 1},   {1, 1, -7, true, 1, 1, 1},   {1, 2, 5000, true, 1, 2, 5000},
+    };
+    pools = 0;
+    for (auto const& row : rows) {
+        SCOPED_TRACE(++pools);
+        Values values("");
+        values.numbers = {{"OperationQueueMinThreadNum", row.min},
+                          {"OperationQueueMaxThreadNum", row.max},
+                          {"OperationIntervalPerLoop", row.interval}};
+        values.stretch = row.stretch;
+        CoreConfigReader::SetProvider(&values);
+        queue = OperationQueueImp::GetInstance();
+        CoreConfigReader::SetProvider(nullptr);
+        long long const start = clock.Elapsed() + 100;
+        ASSERT_TRUE(clock.AwaitWaiters(std::vector<long long>(row.atStart + 1, start)));
+        clock.Advance(100);
+        ASSERT_TRUE(clock.AwaitWaiters({kNever}));
+        open = false;
+        runs = 0;
+        for (int i = 0; i < 3; ++i) {
+            queue->AddOperation(Work, this, false);
+        }
+        ASSERT_TRUE(clock.AwaitWaiters({start + row.tick}));
+        ASSERT_TRUE(Drive([&] { return runs == row.underLoad; }));
+        GoTo(clock.Elapsed() + 1200, 1);
+        EXPECT_TRUE(Threads(row.underLoad, 0));
+        open = true;
+        IBase::RunReleaseCallbacks();
+        ASSERT_TRUE(Drive([this] { return log.Count("Event", kWoundDown) == pools; }));
+    }
+}
+
 // By the real clock: threads that make and fill a pool, which is released at once.
 TEST(PoolStress, EveryPoolEndsWithWhatItHolds) {
     ::Test::LogCapture log;
-    std::atomic<int> deaths{0};
-    Target target(deaths);
-    auto const add = [&target] {
-        for (int n = 0; n < 50; ++n) {
-            OperationQueue::GetInstance()->AddOperation(&target, nullptr, nullptr, true);
-            target.Sleep(n);
-        }
-    };
+    Target target;
     for (int pool = 0; pool < 8; ++pool) {
-        std::thread adder(add);
-        add();
+        ::Test::OnThreads(2, [&target](int) {
+            for (int n = 0; n < 50; ++n) {
+                OperationQueue::GetInstance()->AddOperation(&target, nullptr, nullptr, true);
+                target.Sleep(n);
+            }
+        });
         Platform::SleepFor(pool % 2 == 0 ? 0 : 120);
-        adder.join();
         IBase::RunReleaseCallbacks();
     }
     EXPECT_TRUE(Await([&] { return log.Count("Event", kWoundDown) == 8; })) << log.Text();

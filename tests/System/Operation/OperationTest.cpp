@@ -5,23 +5,18 @@
 namespace Ubrix {
 namespace {
 
-class Target : public OperationTargetBase {
-public:
-    explicit Target(int* deaths) : _deaths(deaths) {}
-    ~Target() override { ++*_deaths; }
+struct Target : OperationTargetBase {
     void DoOperation(ObjectOperation*, void* data) override { *static_cast<int*>(data) += 1; }
     void AddTen(ObjectOperation*, void* data) { *static_cast<int*>(data) += 10; }
 
-private:
-    int* _deaths;
+    std::shared_ptr<int> life = std::make_shared<int>();
 };
 
 auto const kAddTen = static_cast<ObjectOperation::Member>(&Target::AddTen);
 
 TEST(Operation, TargetAndOperationsLetGoOfEachOther) {
-    int deaths = 0;
     int sum = 0;
-    auto target = std::make_unique<Target>(&deaths);
+    auto target = std::make_unique<Target>();
     ObjectOperation first(target.get(), kAddTen, &sum, true);
     std::unique_ptr<Operation> const copy(first.Duplicate());
     EXPECT_EQ(copy->SequenceNumber(), first.SequenceNumber());
@@ -45,8 +40,8 @@ TEST(Operation, TargetAndOperationsLetGoOfEachOther) {
 }
 
 TEST(Operation, TargetIsDeletedOnceWithTheFirstOperationToGo) {
-    int deaths = 0;
-    auto* target = new Target(&deaths);
+    auto* target = new Target;
+    std::weak_ptr<int> const life = target->life;
     auto first = std::make_unique<ObjectOperation>(target, kAddTen, nullptr, true);
     first->Cancel(true);
     first->Cancel(false);
@@ -55,8 +50,7 @@ TEST(Operation, TargetIsDeletedOnceWithTheFirstOperationToGo) {
     cleared.Cancel(true);
     cleared.ClearTarget();
     first.reset();
-    copy.reset();
-    EXPECT_EQ(deaths, 1);
+    EXPECT_TRUE(life.expired());
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "Base/Ubrix/IBase.h"
 #include "Platform/Event.h"
 #include "Support/LogCapture.h"
+#include "Support/OnThreads.h"
 #include "System/PlatformObject/CPlatformClassRegistry.h"
 #include "System/PlatformObject/CPlatformObject.h"
 #include "System/PlatformObject/IPlatformObjectCreator.h"
@@ -22,12 +23,16 @@ std::mutex g_guard;
 std::string g_deleted;
 std::atomic<int> g_living{0};
 
+std::string TextOf(IPlatformObject const& object) {
+    return (object.className != nullptr ? object.className : "?") + std::to_string(object.objectId);
+}
+
 class Twin : public CPlatformObject {
 public:
     Twin() { ++g_living; }
     ~Twin() override {
         std::lock_guard<std::mutex> const lock(g_guard);
-        g_deleted += (className != nullptr ? className : "?") + std::to_string(objectId) + " ";
+        g_deleted += TextOf(*this) + " ";
         --g_living;
     }
 };
@@ -39,13 +44,15 @@ public:
     IPlatformObject* CreateObject() override { return new Twin; }
 } g_twins;
 
-using Role = PlatformObjectRole;
-
-std::string NameOf(Role role, long long id) {
-    IPlatformObject const* const object = PlatformObjectManager(role)->GetObject(id);
-    return object == nullptr
-               ? "none"
-               : (object->className != nullptr ? object->className : "?") + std::to_string(object->objectId);
+// The objects under an id, role by role.
+std::string NamesOf(long long id) {
+    std::string names;
+    for (auto role : {PlatformObjectRole::Main, PlatformObjectRole::Request, PlatformObjectRole::Response}) {
+        IPlatformObject const* const object = PlatformObjectManager(role)->GetObject(id);
+        names += object == nullptr ? "none" : TextOf(*object);
+        names += ' ';
+    }
+    return names;
 }
 
 class PlatformObjects : public testing::Test {
@@ -74,15 +81,12 @@ TEST_F(PlatformObjects, AreMadeByNameAndKeptByRole) {
     };
     long long id = 0;
     for (auto const& [name, outcome] : rows) {
-        bool const added = addPlatformObject(++id, name);
-        EXPECT_EQ(NameOf(Role::Main, id) + " " + NameOf(Role::Request, id) + " " +
-                      NameOf(Role::Response, id) + " " + (added ? "1" : "0"),
-                  outcome);
+        std::string const added = addPlatformObject(++id, name) ? "1" : "0";
+        EXPECT_EQ(NamesOf(id) + added, outcome);
     }
     removePlatformObject(7);
-    removePlatformObject(7);
     removePlatformObject(8);
-    PlatformObjectManager(Role::Main)->AddObject(7, nullptr);
+    PlatformObjectManager(PlatformObjectRole::Main)->AddObject(7, nullptr);
     ReleasePlatformObjects();
     EXPECT_EQ(g_deleted, "All.REQ7 All.RESP7 " + huge + ".RESP8 Main4 All7 Pair.REQ5 Ask.REQ6 Pair.RESP5 ");
 }
@@ -94,14 +98,14 @@ TEST_F(PlatformObjects, ASharedOneGoesOnceWithItsLastId) {
     _registry.RegisterSharedObject("Shared.RESP", shared);
     addPlatformObject(1, "Shared");
     addPlatformObject(2, "Shared");
-    EXPECT_EQ(NameOf(Role::Request, 1) + NameOf(Role::Response, 2), "?2?2");
+    EXPECT_EQ(NamesOf(1) + NamesOf(2), "none ?2 ?2 none ?2 ?2 ");
     removePlatformObject(1);
     EXPECT_EQ(g_living, 1);
     removePlatformObject(2);
     EXPECT_EQ(g_deleted, "?2 ");
     // The creator of that name is reached again, and the other name is unknown.
     addPlatformObject(3, "Shared");
-    EXPECT_EQ(NameOf(Role::Request, 3) + NameOf(Role::Response, 3), "Shared.REQ3none");
+    EXPECT_EQ(NamesOf(3), "none Shared.REQ3 none ");
 }
 
 std::string g_heard;
@@ -189,33 +193,24 @@ std::atomic<bool> g_withdrawn{false};
 
 TEST_F(PlatformObjects, ManyThreadsMayAddSendSetAndRemoveAtOnce) {
     _registry.RegisterCreator("Busy.REQ", &g_twins);
-    std::atomic<bool> stop{false};
-    std::thread sender([&] {
-        Twin const twin;
-        while (!stop) {
-            twin.SendVoidMethod(1);
-        }
-    });
-    std::thread adder([&] {
+    Twin const twin;
+    ::Test::OnThreads(3, [&twin](int thread) {
         for (int i = 0; i < 300; ++i) {
-            EXPECT_TRUE(addPlatformObject(i, "Busy"));
-            removePlatformObject(i);
+            addPlatformObject(i * 3 + thread, "Busy");
+            twin.SendVoidMethod(1);
+            removePlatformObject(i * 3 + thread);
+            if (thread == 0) {
+                g_withdrawn = false;
+                setSarnetSendVoidMethodCallback(
+                    [](std::int64_t, CPlatformObject::Word) { g_stale += g_withdrawn ? 1 : 0; });
+                setSarnetSendVoidMethodCallback(nullptr);
+                g_withdrawn = true;
+                ReleasePlatformObjects();
+            }
         }
     });
-    for (int i = 0; i < 300; ++i) {
-        g_withdrawn = false;
-        setSarnetSendVoidMethodCallback(
-            [](std::int64_t, CPlatformObject::Word) { g_stale += g_withdrawn ? 1 : 0; });
-        setSarnetSendVoidMethodCallback(nullptr);
-        g_withdrawn = true;
-        ReleasePlatformObjects();
-    }
-    stop = true;
-    sender.join();
-    adder.join();
-    ReleasePlatformObjects();
     EXPECT_EQ(g_stale, 0);
-    EXPECT_EQ(g_living, 0);
+    EXPECT_EQ(g_living, 1) << "none but the sender";
 }
 
 }  // namespace
