@@ -16,10 +16,7 @@
 namespace Test {
 
 struct LogBlock {
-    unsigned int start = 0;
-    unsigned int sequence = 0;
-    unsigned int beginHour = 0;
-    unsigned int endHour = 0;
+    unsigned int start, sequence, beginHour, endHour;
     std::string publicKey;
     std::string body;  // as it stands
     std::string text;
@@ -43,13 +40,12 @@ inline std::string DecipherUnits(std::string body, std::string const& key) {
 }
 
 // A stream that simply stops at a flush is whole.
-inline std::string InflateRaw(std::string const& body) {
+inline std::string InflateRaw(std::string body) {
     z_stream stream{};
     inflateInit2(&stream, -15);
     std::string text(body.size() * 1100 + 64, '\0');
-    std::string input = body;
-    stream.next_in = reinterpret_cast<Bytef*>(input.data());
-    stream.avail_in = static_cast<uInt>(input.size());
+    stream.next_in = reinterpret_cast<Bytef*>(body.data());
+    stream.avail_in = static_cast<uInt>(body.size());
     stream.next_out = reinterpret_cast<Bytef*>(text.data());
     stream.avail_out = static_cast<uInt>(text.size());
     int const result = inflate(&stream, Z_SYNC_FLUSH);
@@ -72,23 +68,23 @@ inline std::string ReadBlockFiles(std::string const& module) {
 inline std::vector<LogBlock> DecodeBlocks(std::string const& file, std::string const& privateKeyHex = "") {
     std::vector<LogBlock> blocks;
     for (std::size_t at = 0; at < file.size();) {
-        LogBlock block;
         std::string const rest = file.substr(at);
         std::size_t const length = rest.size() < 74 ? file.size() : LittleEndian(rest, 5, 4);
         if (length > rest.size() - 74 || rest[73 + length] != '\0') {
-            block.text = "bad block";
-            blocks.push_back(block);
+            blocks.emplace_back().text = "bad block";
             return blocks;
         }
-        block.start = LittleEndian(rest, 0, 1);
-        block.sequence = LittleEndian(rest, 1, 2);
-        block.beginHour = LittleEndian(rest, 3, 1);
-        block.endHour = LittleEndian(rest, 4, 1);
-        block.publicKey = rest.substr(9, 64);
-        block.body = block.text = rest.substr(73, length);
+        std::string const body = rest.substr(73, length);
+        LogBlock block{LittleEndian(rest, 0, 1),
+                       LittleEndian(rest, 1, 2),
+                       LittleEndian(rest, 3, 1),
+                       LittleEndian(rest, 4, 1),
+                       rest.substr(9, 64),
+                       body,
+                       body};
         // The helper looks for the public key 16 bytes in.
         if (block.start == 6 || block.start == 7) {
-            block.text = DecipherUnits(block.body, ServerKey(privateKeyHex, std::string(7, ' ') + rest));
+            block.text = DecipherUnits(body, ServerKey(privateKeyHex, std::string(7, ' ') + rest));
         }
         if (block.start == 7 || block.start == 9) {
             block.text = InflateRaw(block.text);

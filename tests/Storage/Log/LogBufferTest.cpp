@@ -20,10 +20,6 @@ constexpr char kPublicKey[] =
     "79be667ef9dcbbac55a06295ce870b07029bfcdb2dce28d959f2815b16f81798"
     "483ada7726a3c4655da4fbfc0e1108a8fd17b448a68554199c47d08ffb10d4b8";
 
-std::string Text(AutoBuffer const& buffer) {
-    return {buffer.Ptr(), buffer.Length()};
-}
-
 bool Put(LogBuffer& buffer, std::string const& text) {
     return buffer.Write(text.data(), text.size());
 }
@@ -31,7 +27,7 @@ bool Put(LogBuffer& buffer, std::string const& text) {
 std::string Flushed(LogBuffer& buffer) {
     AutoBuffer out;
     buffer.Flush(out);
-    return Text(out);
+    return {out.Ptr(), out.Length()};
 }
 
 template <typename Buffer>
@@ -93,7 +89,7 @@ TEST(LogBufferTest, EveryKindOfBlockReadsBack) {
         // At once: plain even under a key.
         AutoBuffer once;
         ASSERT_TRUE(buffer.Write("at once", 7, once));
-        EXPECT_EQ(Text(once).substr(73), std::string("at once\0", 8));
+        EXPECT_EQ(std::string(once.Ptr() + 73, once.Length() - 73), std::string("at once\0", 8));
         EXPECT_EQ(once.Ptr()[0], start < 8 ? 6 : 8);
     }
 }

@@ -44,7 +44,6 @@ TEST(LogLine, NamesLevelsAndCutsFilesAndTails) {
 TEST(LogFacade, PrintsALiteralMessageAndRefusesAnIncompleteRecord) {
     ::Test::ConsoleCapture console;
     PrintLogToConsoleFormat2(ALogPriorityDebug, "f", 1, "F", "100%s %n");
-    PrintLogToConsoleFormat(ALogPriorityDebug, "f", 1, "F", "%s", std::string(5000, 'y').c_str());
     auto const stage = static_cast<ProntelStage>(0);
     auto const status = static_cast<ProntelStatus>(0);
     XLogDetail(ALogPriorityError, "f", 1, "F", "m", "s", stage, status, 0, 1, "e", "u", "r", "x");

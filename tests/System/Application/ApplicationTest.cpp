@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include "Base/Ubrix/IBase.h"
@@ -70,11 +71,8 @@ TEST(Application, ChangesFromInsideACallbackAreSafe) {
     make('a');
     make('b');
     make('c');
-    struct Case {
-        std::function<void()> reactionOfB;
-        char const* heard;
-        char const* heardNext;
-    } const cases[] = {
+    // What b does, what is heard then, and the next time.
+    std::tuple<std::function<void()>, char const*, char const*> const cases[] = {
         {[&] { make('d'); }, "a3b3c3", "a3b3c3d3"},
         {[&] { application.OnResume(); }, "a3b3a4b4c4d4c3d3", "a3b3c3d3"},
         {[&] {
@@ -89,9 +87,9 @@ TEST(Application, ChangesFromInsideACallbackAreSafe) {
          },
          "a3c3d3b3", "c3d3e3"},
     };
-    for (Case const& test : cases) {
-        all['b']->reaction = test.reactionOfB;
-        for (char const* heard : {test.heard, test.heardNext}) {
+    for (auto const& [reaction, first, second] : cases) {
+        all['b']->reaction = reaction;
+        for (char const* heard : {first, second}) {
             trail.clear();
             application.OnPause();
             EXPECT_EQ(trail, heard);

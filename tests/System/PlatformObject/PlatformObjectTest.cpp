@@ -9,6 +9,7 @@
 
 #include "Base/Ubrix/IBase.h"
 #include "Platform/Event.h"
+#include "Platform/Thread.h"
 #include "Support/LogCapture.h"
 #include "Support/OnThreads.h"
 #include "System/PlatformObject/CPlatformClassRegistry.h"
@@ -100,6 +101,7 @@ TEST_F(PlatformObjects, ASharedOneGoesOnceWithItsLastId) {
     addPlatformObject(2, "Shared");
     EXPECT_EQ(NamesOf(1) + NamesOf(2), "none ?2 ?2 none ?2 ?2 ");
     removePlatformObject(1);
+    PlatformObjectManager(PlatformObjectRole::Response)->RemoveObject(2);
     EXPECT_EQ(g_living, 1);
     removePlatformObject(2);
     EXPECT_EQ(g_deleted, "?2 ");
@@ -161,35 +163,36 @@ TEST_F(PlatformObjects, SendThroughTheirCallbacksUntilTheTeardown) {
 }
 
 Platform::Event g_entered, g_leave;
-std::atomic<bool> g_inside{false};
+std::atomic<int> g_inside{0};
 
-void Linger(std::int64_t, CPlatformObject::Word) {
-    g_inside = true;
-    g_entered.Set();
-    g_leave.WaitFor(10000);
-    g_inside = false;
+void Linger(std::int64_t, CPlatformObject::Word lingers) {
+    if (lingers != 0) {
+        ++g_inside;
+        g_entered.Set();
+        g_leave.WaitFor(10000);
+        Platform::SleepFor(50);  // who doesn't wait is through by now
+        --g_inside;
+    }
 }
 
 TEST_F(PlatformObjects, ASetterWaitsForACallOnAnotherThreadButNotInsideOne) {
     Twin const twin;
     setSarnetSendVoidMethodCallback(Linger);
+    twin.SendVoidMethod(0);
     std::thread sender([&] { twin.SendVoidMethod(1); });
     ASSERT_TRUE(g_entered.WaitFor(10000));
     // Inside another callback nothing is waited for, or the two could wait for each other.
     setSarnetSendMessageCallback([](std::int64_t, CPlatformObject::Word, CPlatformObject::Word) {
         setSarnetSendVoidMethodCallback(nullptr);
-        EXPECT_TRUE(g_inside);
+        EXPECT_EQ(g_inside, 1);
     });
     twin.SendMessage(1, 2);
     std::thread opener([] { g_leave.Set(); });
     setSarnetSendVoidMethodCallback(nullptr);
-    EXPECT_FALSE(g_inside);
+    EXPECT_EQ(g_inside, 0);
     opener.join();
     sender.join();
 }
-
-std::atomic<int> g_stale{0};
-std::atomic<bool> g_withdrawn{false};
 
 TEST_F(PlatformObjects, ManyThreadsMayAddSendSetAndRemoveAtOnce) {
     _registry.RegisterCreator("Busy.REQ", &g_twins);
@@ -200,16 +203,14 @@ TEST_F(PlatformObjects, ManyThreadsMayAddSendSetAndRemoveAtOnce) {
             twin.SendVoidMethod(1);
             removePlatformObject(i * 3 + thread);
             if (thread == 0) {
-                g_withdrawn = false;
-                setSarnetSendVoidMethodCallback(
-                    [](std::int64_t, CPlatformObject::Word) { g_stale += g_withdrawn ? 1 : 0; });
+                setSarnetSendVoidMethodCallback([](std::int64_t, CPlatformObject::Word) { ++g_inside; });
                 setSarnetSendVoidMethodCallback(nullptr);
-                g_withdrawn = true;
+                g_inside = 0;
                 ReleasePlatformObjects();
             }
         }
     });
-    EXPECT_EQ(g_stale, 0);
+    EXPECT_EQ(g_inside, 0) << "nothing is called after it was withdrawn";
     EXPECT_EQ(g_living, 1) << "none but the sender";
 }
 
