@@ -135,6 +135,7 @@ public:
 
     // Has `function` run with `data`, once, or with `repeat` until the operation is cancelled. `data` is
     // handed on as it is, and must last as long. During a release nothing is added, and nobody is told.
+    // Throws std::bad_alloc, and adds nothing, if memory runs out.
     virtual void AddOperation(Operation::Function function, void* data, bool repeat) = 0;
     // The same for a member function of `target`, or its DoOperation if `member` is null.
     virtual void AddOperation(OperationTargetBase* target, ObjectOperation::Member member, void* data,
