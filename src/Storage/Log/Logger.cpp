@@ -185,6 +185,10 @@ void Logger::WriteDetached(char const* format, ...) {
     va_start(arguments, format);
     std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
+    WriteBlock(text);
+}
+
+void Logger::WriteBlock(LogText const& text) {
     try {
         _blockWriter->WriteNow(text);
     } catch (std::bad_alloc const&) {

@@ -65,6 +65,7 @@ private:
     void Deliver(ALogPriority level, LogText& line);
     void WriteToFile(LogText& line);
     void AppendToBlock(LogText const& line);
+    void WriteBlock(LogText const& text);
 
     // Held around the callback, so that it sees one line at a time. Recursive: a callback may log. Also held
     // for each use of the block in memory, never while the file is written.
