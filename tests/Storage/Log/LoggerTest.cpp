@@ -45,7 +45,7 @@ TEST_F(LoggerTest, FiltersByLevelAndLetsNoneThrough) {
     SetUbrixLogLevel(ALogPriorityWarning);
     XLog(ALogPriorityInfo, "f", 1, "F", "no");
     EXPECT_FALSE(ACheckLogLevel(ALogPriorityInfo));
-    EXPECT_TRUE(ACheckLogLevel(ALogPriorityError));
+    EXPECT_TRUE(ACheckLogLevel(ALogPriorityWarning));
     SetUbrixLogLevel(ALogPriorityNone);
     XLog2(ALogPriorityError, "f", 1, "F", "no");
     XLog(ALogPriorityNone, "f", 1, "F", "yes");

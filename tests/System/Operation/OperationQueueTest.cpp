@@ -148,13 +148,14 @@ TEST_F(Pool, GrowsUnderFullLoadAndShrinksAfterIt) {
 
 TEST_F(Pool, ReleaseWaitsForNothingAndTheManagerDeletesTheRest) {
     StartIdle();
+    // One that is due, and one behind it that isn't.
     AddUnderLoad(1);
-    ASSERT_TRUE(Drive([this] { return runs == 1; }));
     auto* target = new Target;
     std::weak_ptr<int> const life = target->life;
     queue->AddOperation(target, nullptr, nullptr, true);
     target->Sleep(100000);
     target->Cancel(true);
+    ASSERT_TRUE(Drive([this] { return runs == 1; }));
     IBase::RunReleaseCallbacks();
     queue->AddOperation(Work, this, true);
     EXPECT_TRUE(log.Has("Info", "AddOperation _running has been false"));
