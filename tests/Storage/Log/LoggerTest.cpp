@@ -11,7 +11,6 @@
 #include "Support/FakeClock.h"
 #include "Support/Files.h"
 #include "Support/LogCapture.h"
-#include "Support/OnThreads.h"
 
 namespace {
 
@@ -82,21 +81,6 @@ TEST_F(LoggerTest, OptionsAreNamedExactly) {
         EXPECT_TRUE(console.Has(text)) << text;
     }
     EXPECT_FALSE(console.Has("not on it"));
-}
-
-TEST_F(LoggerTest, LinesOfManyThreadsStayWhole) {
-    std::string const message(100, 'z');
-    ::Test::OnThreads(4, [&message](int) {
-        for (int i = 0; i < 200; ++i) {
-            XLog2(ALogPriorityInfo, "f", 1, "F", message.c_str());
-        }
-    });
-    std::string const text = LogFileText();
-    int whole = 0;
-    for (std::size_t at = 0; (at = text.find("| " + message + "\n", at)) != std::string::npos; ++at) {
-        ++whole;
-    }
-    EXPECT_EQ(whole, 800);
 }
 
 }  // namespace
