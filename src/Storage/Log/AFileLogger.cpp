@@ -51,6 +51,7 @@ void AFileLogger::Log2File(void const* data, unsigned int length) {
     try {
         Write(data, length, now);
     } catch (std::bad_alloc const&) {
+        // The caller, who may be C, must not hear of it, nor the next write find another hour's file open.
         _file.reset();
         VC_LOG_CONSOLE(Error, kLogFunction, "no memory for the log file");
     }
@@ -129,8 +130,6 @@ bool AFileLogger::EnsureRoom() {
 }
 
 bool AFileLogger::OpenFileOfHour() {
-    // First of all: if memory is short on the way, the next write must not find another hour's file open.
-    _file.reset();
     AString path;
     if (!FilePathByTime(path)) {
         VC_LOG_CONSOLE(Error, kLogFunction, "GetFilePathByTime failed!");

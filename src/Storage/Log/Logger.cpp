@@ -151,11 +151,7 @@ void Logger::WriteToFile(LogText& line) {
     std::size_t const length = std::strlen(line);
     bool const hasRoom = length + 1 < sizeof line;
     line[length] = hasRoom ? '\n' : '\0';
-    try {
-        _fileLogger->Log2File(line, static_cast<unsigned int>(hasRoom ? length + 1 : length));
-    } catch (std::bad_alloc const&) {
-        // The file goes without this line; the caller, who may be C, must not hear of it.
-    }
+    _fileLogger->Log2File(line, static_cast<unsigned int>(hasRoom ? length + 1 : length));
     line[length] = '\0';
 }
 
