@@ -7,7 +7,7 @@
 #include <openssl/obj_mac.h>
 
 #include <memory>
-#include <string>
+#include <vector>
 
 #include "Security/Crypto/CurveRecord.h"
 
@@ -21,6 +21,7 @@ struct Free {
 };
 using BigNumber = std::unique_ptr<BIGNUM, Free>;
 using Context = std::unique_ptr<BN_CTX, Free>;
+using Bytes = std::vector<unsigned char>;
 
 struct Curve {
     char const* name;
@@ -36,33 +37,23 @@ inline constexpr Curve kCurves[] = {{"secp160r1 ", &Ubrix::kSecp160r1, NID_secp1
                                     {"secp256r1 ", &Ubrix::kSecp256r1, NID_X9_62_prime256v1},
                                     {"secp256k1 ", &Ubrix::kSecp256k1, NID_secp256k1},
                                     {"narrow secp256k1 ", &kNarrowSecp256k1, NID_secp256k1}};
-inline constexpr Curve const& kKoblitz = kCurves[4];
 
-class Peer {
-public:
-    explicit Peer(Curve const& curve) : _group(EC_GROUP_new_by_curve_name(curve.id)) {}
-
-    // The big-endian scalar times a point, X then Y, or times the base point for an empty one. Empty for the
-    // point at infinity, and for a point that isn't on the curve.
-    std::string Multiply(std::string const& scalar, std::string const& point = "") const {
-        auto const* scalarBytes = reinterpret_cast<unsigned char const*>(scalar.data());
-        BigNumber const k(BN_bin2bn(scalarBytes, static_cast<int>(scalar.size()), nullptr));
-        std::unique_ptr<EC_POINT, Free> const product(EC_POINT_new(_group.get()));
-        EC_POINT_copy(product.get(), EC_GROUP_get0_generator(_group.get()));
-        unsigned char bytes[65] = {POINT_CONVERSION_UNCOMPRESSED};
-        point.copy(reinterpret_cast<char*>(bytes + 1), 64);
-        if (!point.empty() &&
-            EC_POINT_oct2point(_group.get(), product.get(), bytes, 1 + point.size(), nullptr) == 0) {
-            return "";
-        }
-        EC_POINT_mul(_group.get(), product.get(), nullptr, product.get(), k.get(), nullptr);
-        std::size_t const size = EC_POINT_point2oct(
-            _group.get(), product.get(), POINT_CONVERSION_UNCOMPRESSED, bytes, sizeof bytes, nullptr);
-        return {bytes + 1, bytes + size};
+// The big-endian scalar times a point, X then Y, or times the base point for an empty one. Empty for the
+// point at infinity.
+inline Bytes Multiply(Curve const& curve, Bytes const& scalar, Bytes point = {}) {
+    std::unique_ptr<EC_GROUP, Free> const group(EC_GROUP_new_by_curve_name(curve.id));
+    BigNumber const k(BN_bin2bn(scalar.data(), static_cast<int>(scalar.size()), nullptr));
+    std::unique_ptr<EC_POINT, Free> const product(
+        EC_POINT_dup(EC_GROUP_get0_generator(group.get()), group.get()));
+    if (!point.empty()) {
+        point.insert(point.begin(), POINT_CONVERSION_UNCOMPRESSED);
+        EXPECT_EQ(EC_POINT_oct2point(group.get(), product.get(), point.data(), point.size(), nullptr), 1);
     }
-
-private:
-    std::unique_ptr<EC_GROUP, Free> _group;
-};
+    EC_POINT_mul(group.get(), product.get(), nullptr, product.get(), k.get(), nullptr);
+    point.resize(65);
+    point.resize(EC_POINT_point2oct(group.get(), product.get(), POINT_CONVERSION_UNCOMPRESSED, point.data(),
+                                    65, nullptr));
+    return {point.begin() + 1, point.end()};
+}
 
 }  // namespace PeerCurve
