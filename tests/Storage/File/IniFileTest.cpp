@@ -39,7 +39,8 @@ TEST(IniFileTest, ReadsByTheRulesOfLines) {
                        {"[ a ]\nk=1\n", "1"},        {"[a]x\nk=1\n", "1"},
                        {" [a]\nk=1\n", nullptr},     {"[a]\n[\nk=1\n", nullptr},
                        {"[a]\n [b]\nk=1\n", "1"},    {"k=1\n[a]\n", nullptr},
-                       {"[]\n=v\n", "v", "", ""},    {"[a]\n", nullptr, "k", "b"}};
+                       {"[]\n=v\n", "v", "", ""},    {"[a]\nk=1\n[a]\nk=2\n", "1"},
+                       {"[a]\n", nullptr, "k", "b"}};
     for (auto const& one : cases) {
         bool found = one.value == nullptr;
         AString const read = Open(one.content)->ReadString(one.section, one.key, "default", &found);
@@ -77,31 +78,29 @@ TEST(IniFileTest, WritesIntoTheLinesThatStand) {
 }
 
 TEST(IniFileTest, ReadsNumbersAsStreamsDo) {
-    struct {
-        char const* text;
-        long long number;  // an int takes the nearest
-    } const cases[] = {{"12x", 12},
-                       {"\t+7", 7},
-                       {"-5 5", -5},
-                       {"abc", 0},
-                       {"- 5", 0},
-                       {"+-5", 0},
-                       {"0x10", 0},
-                       {"1.9", 1},
-                       {"#", 3},
-                       {"4294967296", 4294967296},
-                       {"-99999999999999999999", LLONG_MIN},
-                       {"99999999999999999999", LLONG_MAX}};
-    for (auto const& one : cases) {
-        auto const file = Open(std::string("[a]\nk=") + one.text + "\n");
+    std::pair<char const*, long long> const cases[] = {
+        {"12x", 12},
+        {"\t+7", 7},
+        {"-5 5", -5},
+        {"abc", 0},
+        {"- 5", 0},
+        {"+-5", 0},
+        {"0x10", 0},
+        {"1.9", 1},
+        {"#", 3},
+        {"4294967296", 4294967296},
+        {"-99999999999999999999", LLONG_MIN},
+        {"99999999999999999999", LLONG_MAX},
+    };
+    for (auto const& [text, number] : cases) {
+        auto const file = Open(std::string("[a]\nk=") + text + "\n");
         bool found = false;
-        EXPECT_EQ(file->ReadInt64("a", "k", 3), one.number) << one.text;
-        EXPECT_EQ(file->ReadInt("a", "k", 3, &found), std::clamp<long long>(one.number, INT_MIN, INT_MAX));
-        EXPECT_TRUE(found) << one.text;
+        EXPECT_EQ(file->ReadInt64("a", "k", 3), number) << text;
+        EXPECT_EQ(file->ReadInt("a", "k", 3, &found), std::clamp<long long>(number, INT_MIN, INT_MAX));
+        EXPECT_TRUE(found) << text;
+        EXPECT_EQ(file->ReadInt64("a", "absent", 4, &found), 4);
+        EXPECT_FALSE(found);
     }
-    bool found = true;
-    EXPECT_EQ(Open("")->ReadInt64("a", "absent", 4, &found), 4);
-    EXPECT_FALSE(found);
 }
 
 TEST(IniFileTest, ListsFindsAndRemoves) {
@@ -153,8 +152,7 @@ TEST(IniFileTest, TheDestructorSavesPrivatelyAndTheConstructorTellsItsCost) {
 }
 
 TEST(IniFileTest, ALineHasNoLimit) {
-    std::string const value(10 << 20, 'v');
-    auto const file = Open("[a]\nk=" + value + "\n");
+    auto const file = Open("[a]\nk=" + std::string(10 << 20, 'v') + "\n");
     EXPECT_EQ(file->ReadString("a", "k", "").GetLength(), 10 << 20);
 }
 
