@@ -4,30 +4,23 @@
 
 #include <VelmorCore/Log.h>
 
-#include <chrono>
-#include <condition_variable>
-#include <mutex>
 #include <string>
 #include <vector>
 
 #include "Storage/Log/LogFacade.h"
+#include "Support/Watched.h"
 
 namespace Test {
 
 class LogCapture {
 public:
     LogCapture() : _level(Ubrix::CurrentLogger()->GetLevel()) {
-        {
-            // Threads of an earlier capture may still be in the callback.
-            std::lock_guard<std::mutex> lock(All().mutex);
-            All().lines.clear();
-        }
+        // Threads of an earlier capture may still be in the callback.
+        All().With([](Lines& lines) { lines.clear(); });
         Ubrix::SetUbrixLogLevel(Ubrix::ALogPriorityDebug);
         Ubrix::SetConsoleOutput(false);
         Ubrix::SetUbrixLogCallback([](Ubrix::ALogPriority, char const* line) {
-            std::lock_guard<std::mutex> lock(All().mutex);
-            All().lines.emplace_back(line);
-            All().came.notify_all();
+            All().With([line](Lines& lines) { lines.emplace_back(line); });
         });
     }
     ~LogCapture() {
@@ -40,40 +33,33 @@ public:
 
     // How many lines hold `level` as their level and end in `message`.
     int Count(std::string const& level, std::string const& message) const {
-        std::lock_guard<std::mutex> lock(All().mutex);
-        return CountLocked(level, message);
+        return All().With([&](Lines const& lines) { return CountIn(lines, level, message); });
     }
     bool Has(std::string const& level, std::string const& message) const { return Count(level, message) > 0; }
     // Waits until a line of `level` that ends in `message` has come. False after ten seconds.
     bool Await(std::string const& level, std::string const& message) const {
-        std::unique_lock<std::mutex> lock(All().mutex);
-        return All().came.wait_for(lock, std::chrono::seconds(10),
-                                   [&] { return CountLocked(level, message) > 0; });
+        return All().Await([&](Lines const& lines) { return CountIn(lines, level, message) > 0; });
     }
     // All lines, for a failed test's message.
     std::string Text() const {
-        std::lock_guard<std::mutex> lock(All().mutex);
         std::string text;
-        for (std::string const& line : All().lines) {
+        for (std::string const& line : All().With([](Lines const& lines) { return lines; })) {
             text += line + "\n";
         }
         return text;
     }
 
 private:
-    struct Shared {
-        std::mutex mutex;
-        std::condition_variable came;
-        std::vector<std::string> lines;
-    };
-    static Shared& All() {
+    using Lines = std::vector<std::string>;
+
+    static Watched<Lines>& All() {
         // Never destroyed: a thread may log to the very end of the process.
-        static Shared& all = *new Shared;
+        static auto& all = *new Watched<Lines>;
         return all;
     }
-    static int CountLocked(std::string const& level, std::string const& message) {
+    static int CountIn(Lines const& lines, std::string const& level, std::string const& message) {
         int count = 0;
-        for (std::string const& line : All().lines) {
+        for (std::string const& line : lines) {
             bool const ends = line.size() >= message.size() &&
                               line.compare(line.size() - message.size(), message.size(), message) == 0;
             count += ends && line.find("] | " + level + " | [") != std::string::npos ? 1 : 0;

@@ -3,25 +3,21 @@
 #include <dlfcn.h>
 #include <netdb.h>
 
-#include <chrono>
-#include <condition_variable>
-#include <mutex>
+#include "Support/Watched.h"
 
 namespace Test {
 
 namespace {
 
-struct Stub {
-    std::mutex mutex;
-    std::condition_variable changed;
+struct LookUps {
     std::string latest;
     int stalled = 0;
     int releases = 0;
 };
 
-Stub& TheStub() {
-    static auto* const stub = new Stub;
-    return *stub;
+Watched<LookUps>& All() {
+    static auto& all = *new Watched<LookUps>;
+    return all;
 }
 
 bool EndsWith(std::string const& name, std::string const& end) {
@@ -29,39 +25,29 @@ bool EndsWith(std::string const& name, std::string const& end) {
 }
 
 void Look(std::string const& name) {
-    Stub& stub = TheStub();
-    std::unique_lock<std::mutex> lock(stub.mutex);
-    stub.latest = name;
-    if (EndsWith(name, ".stalled")) {
-        int const before = stub.releases;
-        ++stub.stalled;
-        stub.changed.notify_all();
-        stub.changed.wait_for(lock, std::chrono::seconds(30), [&] { return stub.releases != before; });
-        --stub.stalled;
-        stub.changed.notify_all();
-    }
+    int const stalls = EndsWith(name, ".stalled") ? 1 : 0;
+    int const before = All().With([&](LookUps& all) {
+        all.latest = name;
+        all.stalled += stalls;
+        return all.releases;
+    });
+    All().Await([&](LookUps const& all) { return stalls == 0 || all.releases != before; });
+    All().With([&](LookUps& all) { all.stalled -= stalls; });
 }
 
 }  // namespace
 
 std::string ResolverStub::LatestName() {
-    Stub& stub = TheStub();
-    std::lock_guard<std::mutex> const lock(stub.mutex);
-    return stub.latest;
+    return All().With([](LookUps const& all) { return all.latest; });
 }
 
 bool ResolverStub::AwaitStall() {
-    Stub& stub = TheStub();
-    std::unique_lock<std::mutex> lock(stub.mutex);
-    return stub.changed.wait_for(lock, std::chrono::seconds(10), [&] { return stub.stalled > 0; });
+    return All().Await([](LookUps const& all) { return all.stalled > 0; });
 }
 
 void ResolverStub::Release() {
-    Stub& stub = TheStub();
-    std::unique_lock<std::mutex> lock(stub.mutex);
-    ++stub.releases;
-    stub.changed.notify_all();
-    stub.changed.wait_for(lock, std::chrono::seconds(10), [&] { return stub.stalled == 0; });
+    All().With([](LookUps& all) { ++all.releases; });
+    All().Await([](LookUps const& all) { return all.stalled == 0; });
 }
 
 }  // namespace Test

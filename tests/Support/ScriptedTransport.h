@@ -3,13 +3,11 @@
 
 #include <VelmorCore/HttpTransport.h>
 
-#include <chrono>
-#include <condition_variable>
 #include <deque>
-#include <mutex>
 #include <string>
 #include <vector>
 
+#include "Support/Watched.h"
 #include "System/WWW/Task/TransportChoice.h"
 
 namespace Test {
@@ -30,39 +28,33 @@ public:
     // Holds the request until Release, then answers.
     void Hold(std::string const& body) { Push({0, 200, body, true}); }
     void Release() {
-        std::lock_guard<std::mutex> lock(_mutex);
-        ++_released;
-        _changed.notify_all();
+        _state.With([](State& state) { ++state.released; });
     }
     // Waits until `count` requests have come in all. False after ten seconds.
     bool AwaitRequests(std::size_t count) {
-        return Await([&] { return _seen.size() >= count; });
+        return _state.Await([&](State const& state) { return state.seen.size() >= count; });
     }
     // Waits until no request is under way. False after ten seconds.
     bool AwaitQuiet() {
-        return Await([&] { return _underWay == 0; });
+        return _state.Await([](State const& state) { return state.underWay == 0; });
     }
     // Host and path of each request so far.
     std::vector<std::string> Seen() {
-        std::lock_guard<std::mutex> lock(_mutex);
-        return _seen;
+        return _state.With([](State const& state) { return state.seen; });
     }
     // The latest request: method, host, port and path, its header lines, its body, each behind a line feed.
     std::string Latest() {
-        std::lock_guard<std::mutex> lock(_mutex);
-        return _latest;
+        return _state.With([](State const& state) { return state.latest; });
     }
 
     int Perform(Ubrix::HttpRequest const& request, Ubrix::IHttpExchange& exchange) override {
-        Step const step = Begin(request);
+        Step const step = _state.With([&](State& state) { return Begin(state, request); });
         bool const isAnswered = !step.held || AwaitRelease(exchange);
         if (isAnswered && step.error == 0) {
             exchange.SetStatus(step.status);
             exchange.AppendBody(step.body.data(), step.body.size());
         }
-        std::lock_guard<std::mutex> lock(_mutex);
-        --_underWay;
-        _changed.notify_all();
+        _state.With([](State& state) { --state.underWay; });
         return isAnswered ? step.error : Ubrix::HttpErrorCancelled;
     }
 
@@ -73,55 +65,46 @@ private:
         std::string body;
         bool held;
     };
+    struct State {
+        std::deque<Step> steps;
+        std::vector<std::string> seen;
+        std::string latest;
+        int released = 0;
+        int underWay = 0;
+    };
 
     void Push(Step const& step) {
-        std::lock_guard<std::mutex> lock(_mutex);
-        _steps.push_back(step);
-    }
-    template <typename Condition>
-    bool Await(Condition const& condition) {
-        std::unique_lock<std::mutex> lock(_mutex);
-        return _changed.wait_for(lock, std::chrono::seconds(10), condition);
+        _state.With([&](State& state) { state.steps.push_back(step); });
     }
     // Writes the request down and takes the next answer.
-    Step Begin(Ubrix::HttpRequest const& request) {
-        std::lock_guard<std::mutex> lock(_mutex);
+    static Step Begin(State& state, Ubrix::HttpRequest const& request) {
         std::string const port = ":" + std::to_string(request.port);
-        _latest = std::string(request.method) + " " + request.host + port + request.path;
+        state.latest = std::string(request.method) + " " + request.host + port + request.path;
         for (std::size_t i = 0; i < request.headerCount; ++i) {
-            _latest += std::string("\n") + request.headers[i];
+            state.latest += std::string("\n") + request.headers[i];
         }
-        _latest += "\n" + std::string(static_cast<char const*>(request.body), request.bodyLength);
-        _seen.push_back(std::string(request.host) + request.path);
-        ++_underWay;
-        _changed.notify_all();
-        Step step{Ubrix::HttpErrorCannotConnect, 0, "", false};
-        if (!_steps.empty()) {
-            step = _steps.front();
-            _steps.pop_front();
+        state.latest += "\n" + std::string(static_cast<char const*>(request.body), request.bodyLength);
+        state.seen.push_back(std::string(request.host) + request.path);
+        ++state.underWay;
+        if (state.steps.empty()) {
+            return {Ubrix::HttpErrorCannotConnect, 0, "", false};
         }
+        Step const step = state.steps.front();
+        state.steps.pop_front();
         return step;
     }
-    // False if the request is cancelled. A request that is held for ten seconds goes on.
+    // False if the request is cancelled.
     bool AwaitRelease(Ubrix::IHttpExchange& exchange) {
-        std::unique_lock<std::mutex> lock(_mutex);
-        for (int looks = 0; _released == 0 && looks < 500; ++looks) {
-            if (exchange.IsCancelled()) {
-                return false;
+        auto const take = [](State& state) { return state.released > 0 && state.released-- > 0; };
+        while (!exchange.IsCancelled()) {
+            if (_state.Await(take, std::chrono::milliseconds(20))) {
+                return true;
             }
-            _changed.wait_for(lock, std::chrono::milliseconds(20));
         }
-        --_released;
-        return true;
+        return false;
     }
 
-    std::mutex _mutex;
-    std::condition_variable _changed;
-    std::deque<Step> _steps;
-    std::vector<std::string> _seen;
-    std::string _latest;
-    int _released = 0;
-    int _underWay = 0;
+    Watched<State> _state;
 };
 
 }  // namespace Test

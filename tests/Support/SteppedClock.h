@@ -2,13 +2,11 @@
 #pragma once
 
 #include <algorithm>
-#include <chrono>
-#include <condition_variable>
 #include <list>
 #include <map>
-#include <mutex>
 #include <vector>
 
+#include "Support/Watched.h"
 #include "System/Time/ClockSource.h"
 
 namespace Test {
@@ -27,60 +25,58 @@ public:
     static void Remove() { ClockSource::Replace(nullptr); }
 
     long long MonotonicMilliseconds() const override {
-        std::lock_guard<std::mutex> lock(_mutex);
-        return _now;
+        return _state.With([](State const& state) { return state.now; });
     }
     void WaitUntil(Ubrix::Platform::Event& event, long long moment) const override {
-        Change([&] { _waiters[&event] = moment; });
+        _state.With([&](State& state) {
+            state.waiters[&event] = moment;
+            WakeDue(state);
+        });
         event.Wait();
-        Change([&] { _waiters.erase(&event); });
+        _state.With([&](State& state) { state.waiters.erase(&event); });
     }
 
     // Milliseconds since the start.
     long long Elapsed() const { return MonotonicMilliseconds() - kStart; }
     void Advance(long long milliseconds) {
-        Change([&] { _now += milliseconds; });
+        _state.With([&](State& state) {
+            state.now += milliseconds;
+            WakeDue(state);
+        });
     }
     // Waits until those who wait do so for exactly these moments since the start (kNever as it is), in rising
     // order. False after ten seconds.
     bool AwaitWaiters(std::vector<long long> const& moments) const {
-        std::unique_lock<std::mutex> lock(_mutex);
-        return _changed.wait_for(lock, std::chrono::seconds(10), [&] { return Moments() == moments; });
+        return _state.Await([&](State const& state) { return Moments(state) == moments; });
     }
     // The moments that are waited for now, as above.
-    std::vector<long long> Waiters() const {
-        std::lock_guard<std::mutex> lock(_mutex);
-        return Moments();
-    }
+    std::vector<long long> Waiters() const { return _state.With(Moments); }
 
 private:
-    // Changes the time or the waiters, and wakes those whose moment has come.
-    template <typename Work>
-    void Change(Work const& work) const {
-        std::lock_guard<std::mutex> lock(_mutex);
-        work();
-        for (auto waiter = _waiters.begin(); waiter != _waiters.end();) {
-            bool const isDue = waiter->second <= _now;
+    struct State {
+        std::map<Ubrix::Platform::Event*, long long> waiters;
+        long long now = kStart;
+    };
+
+    static void WakeDue(State& state) {
+        for (auto waiter = state.waiters.begin(); waiter != state.waiters.end();) {
+            bool const isDue = waiter->second <= state.now;
             if (isDue) {
                 waiter->first->Set();
             }
-            waiter = isDue ? _waiters.erase(waiter) : std::next(waiter);
+            waiter = isDue ? state.waiters.erase(waiter) : std::next(waiter);
         }
-        _changed.notify_all();
     }
-    std::vector<long long> Moments() const {
+    static std::vector<long long> Moments(State const& state) {
         std::vector<long long> moments;
-        for (auto const& waiter : _waiters) {
+        for (auto const& waiter : state.waiters) {
             moments.push_back(waiter.second == kNever ? kNever : waiter.second - kStart);
         }
         std::sort(moments.begin(), moments.end());
         return moments;
     }
 
-    mutable std::mutex _mutex;
-    mutable std::condition_variable _changed;
-    mutable std::map<Ubrix::Platform::Event*, long long> _waiters;
-    long long _now = kStart;
+    mutable Watched<State> _state;
 };
 
 }  // namespace Test

@@ -17,8 +17,10 @@
 #include "Storage/Log/LogFacade.h"
 #include "Support/Files.h"
 #include "Support/LogCapture.h"
+#include "Support/OnThreads.h"
 #include "Support/ScriptedTransport.h"
 #include "Support/SteppedClock.h"
+#include "Support/Watched.h"
 
 namespace {
 
@@ -50,24 +52,18 @@ public:
         if (during) {
             during();
         }
-        std::lock_guard<std::mutex> lock(_mutex);
-        _calls.push_back(names);
-        _called.notify_all();
+        _calls.With([&](auto& calls) { calls.push_back(names); });
     }
     bool Await(std::size_t count) {
-        std::unique_lock<std::mutex> lock(_mutex);
-        return _called.wait_for(lock, std::chrono::seconds(10), [&] { return _calls.size() >= count; });
+        return _calls.Await([&](auto const& calls) { return calls.size() >= count; });
     }
     std::vector<std::string> Calls() {
-        std::lock_guard<std::mutex> lock(_mutex);
-        return _calls;
+        return _calls.With([](auto const& calls) { return calls; });
     }
     std::function<void()> during;
 
 private:
-    std::mutex _mutex;
-    std::condition_variable _called;
-    std::vector<std::string> _calls;
+    ::Test::Watched<std::vector<std::string>> _calls;
 };
 
 class ConfigureTest : public testing::Test {
@@ -101,14 +97,13 @@ TEST_F(ConfigureTest, AsksAsToldAndServesTheAnswerTyped) {
     game.SetUserInfo(11, "player&1");
     FetchGood();
     std::string const request = Ubrix::URLEncoder::Decode(_server.Seen().at(0));
-    EXPECT_EQ(request.find("config.velmor.example/cfgpush/getConfig?com_params={\"app_ver\":\"N\",\"bid\":"
-                           "\"Sarnet\",\"cid\":\"11\",\"did\":\""),
-              0U)
-        << request;
-    EXPECT_NE(request.find("\",\"gid\":\"\",\"mfrs\":\"Windows\",\"mtype\":\"Windows\",\"oid\":\"player&1\","
-                           "\"os\":\"Windows\",\"os_ver\":\"Unknown\"}\n&biz_params={\"rule_id\":0}\n&r="),
-              std::string::npos)
-        << request;
+    EXPECT_THAT(request,
+                testing::StartsWith("config.velmor.example/cfgpush/getConfig?com_params={\"app_ver\":\"N\","
+                                    "\"bid\":\"Sarnet\",\"cid\":\"11\",\"did\":\""));
+    EXPECT_THAT(
+        request,
+        testing::HasSubstr("\",\"gid\":\"\",\"mfrs\":\"Windows\",\"mtype\":\"Windows\",\"oid\":\"player&1\","
+                           "\"os\":\"Windows\",\"os_ver\":\"Unknown\"}\n&biz_params={\"rule_id\":0}\n&r="));
     EXPECT_NE(_server.Seen().at(0).find("%7D%0A&biz_params="), std::string::npos);
 
     Configure& configure = *Configure::GetInstance();
@@ -127,15 +122,13 @@ TEST_F(ConfigureTest, AsksAsToldAndServesTheAnswerTyped) {
     Ubrix::SetUbrixLogLevel(Ubrix::ALogPriorityDebug);
     EXPECT_EQ(Ubrix::CurrentLogger()->GetLevel(), Ubrix::ALogPriorityWarning);
 
-    char text[4] = "?";
-    int size = 3;
-    EXPECT_FALSE(game.GetString("title", text, &size, ""));
-    EXPECT_EQ(size, 3);
-    EXPECT_STREQ(text, "?");
-    size = 4;
-    EXPECT_TRUE(game.GetString("title", text, &size, ""));
-    EXPECT_EQ(size, 3);
-    EXPECT_STREQ(text, "red");
+    for (int const room : {3, 4}) {
+        char text[4] = "?";
+        int size = room;
+        EXPECT_EQ(game.GetString("title", text, &size, ""), room == 4);
+        EXPECT_EQ(size, 3);
+        EXPECT_STREQ(text, room == 4 ? "red" : "?");
+    }
     EXPECT_EQ(game.GetInt(nullptr, 7), 7);
     EXPECT_TRUE(_log.Has("Error", "|Velmor::RemoteConfig::GetInt| key is NULL"));
 }
@@ -168,40 +161,39 @@ TEST_F(ConfigureTest, AnAnswerReplacesTheCacheWholeAndOutlivesTheInstance) {
 
 TEST_F(ConfigureTest, BadAnswersAreToldAndKeepTheCache) {
     FetchGood();
-    std::string const deep(100000, '[');
     struct {
         std::string body;
         std::string message;
-        int code;
+        std::string code = "-1";
     } const rows[] = {
-        {"", "jsonStr == NULL || len == 0", -1},
-        {"<html><body>Sign in</body></html>", "parse json error", -1},
-        {std::string(64U << 20U, '{'), "parse json error", -1},
-        {deep, "parse json error", -1},
-        {std::string("\0\0{}", 4), "parse json error", -1},
-        {"[1,2]", "json is not Object", -2},
-        {"\"text\"", "json is not Object", -2},
-        {R"({"ret":5,"err":"no"})", "Configue error code 5, msg no", -1},
-        {R"({"ret":"0"})", "parse json error", -1},
-        {R"({"ret":true})", "parse json error", -1},
-        {R"({"ret":3000000000})", "parse json error", -1},
-        {R"({"ret":1,"err":7})", "parse json error", -1},
-        {R"({"biz_data":[]})", "parse json error", -1},
-        {R"({"biz_data":{"rule_id":99999999999}})", "parse json error", -1},
-        {R"({"biz_data":{"merged_cfg":"x"}})", "parse json error", -1},
-        {R"({"biz_data":{"merged_cfg":{"A":[1]}}})", "parse json error", -1},
-        {R"({"biz_data":{"merged_cfg":{"A":{"k":2147483648}}}})", "parse json error", -1},
+        {"", "jsonStr == NULL || len == 0"},
+        {"<html><body>Sign in</body></html>", "parse json error"},
+        {std::string(64U << 20U, '{'), "parse json error"},
+        {std::string(100000, '['), "parse json error"},
+        {std::string("\0\0{}", 4), "parse json error"},
+        {"[1,2]", "json is not Object", "-2"},
+        {"\"text\"", "json is not Object", "-2"},
+        {R"({"ret":5,"err":"no"})", "Configue error code 5, msg no"},
+        {R"({"ret":"0"})", "parse json error"},
+        {R"({"ret":true})", "parse json error"},
+        {R"({"ret":3000000000})", "parse json error"},
+        {R"({"ret":1,"err":7})", "parse json error"},
+        {R"({"biz_data":[]})", "parse json error"},
+        {R"({"biz_data":{"rule_id":99999999999}})", "parse json error"},
+        {R"({"biz_data":{"merged_cfg":"x"}})", "parse json error"},
+        {R"({"biz_data":{"merged_cfg":{"A":[1]}}})", "parse json error"},
+        {R"({"biz_data":{"merged_cfg":{"A":{"k":2147483648}}}})", "parse json error"},
     };
-    int bad = 0;
     for (auto const& row : rows) {
+        SCOPED_TRACE(row.body.substr(0, 60));
+        std::string const verdict = "ParseJson error:" + row.code;
         int const before = _log.Count("Error", row.message);
+        int const coded = _log.Count("Error", verdict);
         _server.Answer(row.body);
         Impl().StartOnce();
         AwaitState(ConfigureImpl::kFinished);
-        EXPECT_EQ(_log.Count("Error", row.message), before + 1) << row.body.substr(0, 60);
-        bad += row.code == -1 ? 1 : 0;
-        EXPECT_EQ(_log.Count("Error", "ParseJson error:" + std::to_string(row.code)),
-                  row.code == -1 ? bad : _log.Count("Error", "json is not Object"));
+        EXPECT_EQ(_log.Count("Error", row.message), before + 1);
+        EXPECT_EQ(_log.Count("Error", verdict), coded + 1);
         EXPECT_EQ(Text("Game", "speed"), "3");
     }
     EXPECT_EQ(_server.Seen().size(), 1 + std::size(rows)) << "a bad answer is not retried";
@@ -308,10 +300,9 @@ TEST_F(ConfigureTest, ARetryFindsNothingToAskOnceTheAddressIsCleared) {
 
 TEST_F(ConfigureTest, AnObserverMayFetch) {
     Observer observer;
-    bool fetched = false;
+    std::atomic<int> left{1};
     observer.during = [&] {
-        if (!fetched) {
-            fetched = true;
+        if (left-- > 0) {
             Impl().StartOnce();
         }
     };
@@ -339,6 +330,8 @@ TEST_F(ConfigureTest, AnObserverMayDieOnceItIsRemoved) {
     Impl().SetUrl(kUrl);
     ASSERT_EQ(entered.get_future().wait_for(std::chrono::seconds(10)), std::future_status::ready);
     std::future<void> removed = std::async(std::launch::async, [] { Impl().RemoveObserver("Game"); });
+    // Long enough that a removal that doesn't wait is seen.
+    EXPECT_EQ(removed.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     leave.set_value();
     ASSERT_EQ(removed.wait_for(std::chrono::seconds(10)), std::future_status::ready);
     EXPECT_EQ(observer->Calls().size(), 1U);
@@ -347,33 +340,24 @@ TEST_F(ConfigureTest, AnObserverMayDieOnceItIsRemoved) {
 }
 
 TEST_F(ConfigureTest, ReadersNeverSeeHalfOfARefresh) {
-    auto const answer = [](int number) {
-        std::string const value = std::to_string(number);
-        return R"({"biz_data":{"merged_cfg":{"M":{"a":)" + value + R"(,"z":)" + value + "}}}}";
-    };
     std::atomic<bool> stop{false};
     std::atomic<int> torn{0};
-    std::vector<std::thread> readers;
-    for (int i = 0; i < 4; ++i) {
-        readers.emplace_back([&] {
-            while (!stop) {
-                // "a" is read first: an older "z" than "a" would be half of a refresh.
-                int const a = Configure::GetInstance()->GetInt("M", "a", -1);
-                int const z = Configure::GetInstance()->GetInt("M", "z", -1);
-                torn += z < a ? 1 : 0;
-            }
-        });
-    }
-    for (int round = 0; round < 20; ++round) {
-        _server.Answer(answer(round));
-        Impl().SetUrl(kUrl);
-        ASSERT_TRUE(_server.AwaitRequests(static_cast<std::size_t>(round) + 1));
-        AwaitState(ConfigureImpl::kFinished);
-    }
-    stop = true;
-    for (std::thread& reader : readers) {
-        reader.join();
-    }
+    ::Test::OnThreads(5, [&](int role) {
+        for (int round = 0; role == 0 && round < 20; ++round) {
+            std::string const value = std::to_string(round);
+            _server.Answer(R"({"biz_data":{"merged_cfg":{"M":{"a":)" + value + R"(,"z":)" + value + "}}}}");
+            Impl().SetUrl(kUrl);
+            EXPECT_TRUE(_server.AwaitRequests(static_cast<std::size_t>(round) + 1));
+            AwaitState(ConfigureImpl::kFinished);
+        }
+        stop = stop || role == 0;
+        while (!stop) {
+            // "a" is read first: an older "z" than "a" would be half of a refresh.
+            int const a = Configure::GetInstance()->GetInt("M", "a", -1);
+            int const z = Configure::GetInstance()->GetInt("M", "z", -1);
+            torn += z < a ? 1 : 0;
+        }
+    });
     EXPECT_EQ(torn, 0);
 }
 
@@ -388,14 +372,12 @@ TEST_F(ConfigureTest, TeardownDuringARequestReturnsAtOnce) {
 }
 
 TEST_F(ConfigureTest, AModuleViewPassesTheNotificationOnOnce) {
-    class GameObserver : public Velmor::RemoteConfigObserver {
-    public:
+    struct GameObserver : Velmor::RemoteConfigObserver {
         void OnRemoteConfigRefreshed(Velmor::IRemoteConfig* config, Velmor::IStringIterator* keys) override {
             EXPECT_EQ(config->GetInt("speed", 0), 3);
-            first = keys->Next();
+            EXPECT_STREQ(keys->Next(), "big");
             done.set_value();
         }
-        std::string first;
         std::promise<void> done;
     } observer;
     Velmor::RemoteConfig game("Game");
@@ -406,7 +388,6 @@ TEST_F(ConfigureTest, AModuleViewPassesTheNotificationOnOnce) {
     Impl().SetUrl(kUrl);
     ASSERT_EQ(observer.done.get_future().wait_for(std::chrono::seconds(10)), std::future_status::ready);
     game.RemoveObserver(&observer);
-    EXPECT_EQ(observer.first, "big");
     _server.Answer(kGood);
     game.Fetch();
     AwaitState(ConfigureImpl::kFinished);

@@ -3,12 +3,11 @@
 
 #include <VelmorCore/Http.h>
 
-#include <chrono>
-#include <condition_variable>
 #include <functional>
-#include <mutex>
 #include <string>
 #include <vector>
+
+#include "Support/Watched.h"
 
 namespace Test {
 
@@ -24,29 +23,27 @@ public:
         if (inside) {
             inside(task);
         }
-        std::lock_guard<std::mutex> lock(_mutex);
-        _outcomes.push_back(std::to_string(errorCode) + " " + std::to_string(httpStatus) + " " + body);
-        _came.notify_all();
+        _outcomes.With([&](Outcomes& outcomes) {
+            outcomes.push_back(std::to_string(errorCode) + " " + std::to_string(httpStatus) + " " + body);
+        });
     }
 
     // The outcome number `count`, from 1: error code, status and body, with a blank between them; the body is
     // "null" where no data came. A failed test after a minute.
     std::string Await(std::size_t count = 1) {
-        std::unique_lock<std::mutex> lock(_mutex);
-        bool const came =
-            _came.wait_for(lock, std::chrono::seconds(60), [&] { return _outcomes.size() >= count; });
-        EXPECT_TRUE(came);
-        return came ? _outcomes[count - 1] : "no outcome";
+        auto const came = [count](Outcomes const& outcomes) { return outcomes.size() >= count; };
+        EXPECT_TRUE(_outcomes.Await(came, std::chrono::minutes(1)));
+        return _outcomes.With(
+            [&](Outcomes const& outcomes) { return came(outcomes) ? outcomes[count - 1] : "no outcome"; });
     }
     std::size_t Count() {
-        std::lock_guard<std::mutex> lock(_mutex);
-        return _outcomes.size();
+        return _outcomes.With([](Outcomes const& outcomes) { return outcomes.size(); });
     }
 
 private:
-    std::mutex _mutex;
-    std::condition_variable _came;
-    std::vector<std::string> _outcomes;
+    using Outcomes = std::vector<std::string>;
+
+    Watched<Outcomes> _outcomes;
 };
 
 }  // namespace Test
