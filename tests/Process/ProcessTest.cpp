@@ -1,17 +1,14 @@
 // Scenarios that need a process of their own, run against the shared library.
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <spawn.h>
 #include <sys/wait.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "Support/Files.h"
-
-extern char** environ;
 
 namespace {
 
@@ -21,31 +18,15 @@ struct Result {
     std::string err;
 };
 
-// Runs a program to its end in the present directory. The test's own time limit ends one that hangs.
-Result RunProgram(std::vector<std::string> arguments) {
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 1, "out.txt", O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    posix_spawn_file_actions_addopen(&actions, 2, "err.txt", O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    std::vector<char*> argv;
-    for (std::string& argument : arguments) {
-        argv.push_back(argument.data());
-    }
-    argv.push_back(nullptr);
-    pid_t child = 0;
-    int const spawned = posix_spawn(&child, argv[0], &actions, nullptr, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    EXPECT_EQ(spawned, 0) << arguments[0];
-    int status = -1;
-    if (spawned == 0) {
-        waitpid(child, &status, 0);
-    }
+// Runs a shell's command to its end in the present directory. The test's own time limit ends one that hangs.
+Result RunProgram(std::string const& command) {
+    int const status = std::system(("(" + command + ") >out.txt 2>err.txt").c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ::Test::ReadWholeFile("out.txt"),
             ::Test::ReadWholeFile("err.txt")};
 }
 
 Result Child(std::string const& scenario) {
-    return RunProgram({VELMORCORE_CHILD, scenario});
+    return RunProgram("'" VELMORCORE_CHILD "' " + scenario);
 }
 
 // The messages of `wanted` stand in `text` in this order.
@@ -89,10 +70,9 @@ TEST(Process, TheDeviceIdAndAConfigFileOutliveTheProcess) {
 }
 
 TEST(Process, WithoutAWorkingDirectoryNothingIsStoredAndNothingFails) {
-    Result const result = RunProgram({"/bin/sh", "-c",
-                                      "export ELSEWHERE=$PWD/elsewhere.config; mkdir gone; cd gone; rmdir "
-                                      "../gone; exec \"$0\" no-directory",
-                                      VELMORCORE_CHILD});
+    Result const result = RunProgram(
+        "export ELSEWHERE=$PWD/elsewhere.config; mkdir gone; cd gone; rmdir ../gone;"
+        "'" VELMORCORE_CHILD "' no-directory");
     EXPECT_EQ(result.status, 0) << result.err;
     std::string const early = "| CachePath is empty, do not use bundle in JNI_ONLoad!!!\n";
     EXPECT_TRUE(InOrder(result.err, {"getcwd error: ", "|Ubrix::IniBundle::IniBundle" + early,
@@ -106,12 +86,12 @@ TEST(Process, EndsAtOnceWithARequestInFlight) {
 }
 
 TEST(Process, MayBeUnloadedAndLoadedAgain) {
-    Result const result = RunProgram({VELMORCORE_LOADER, VELMORCORE_LIBRARY});
+    Result const result = RunProgram("'" VELMORCORE_LOADER "' '" VELMORCORE_LIBRARY "'");
     EXPECT_EQ(result.status, 0) << result.err;
 }
 
 TEST(Process, ServesACallerInC) {
-    Result const result = RunProgram({VELMORCORE_C_CHILD});
+    Result const result = RunProgram("'" VELMORCORE_C_CHILD "'");
     EXPECT_EQ(result.out, "0 failures\n") << result.err;
     EXPECT_EQ(result.status, 0);
 }

@@ -1,13 +1,12 @@
 // Reads an enciphered INI file by its documented form alone, with nothing of the library's own code.
 #pragma once
 
-#include <openssl/ec.h>
 #include <openssl/evp.h>
-#include <openssl/obj_mac.h>
 
 #include <cstdint>
-#include <memory>
 #include <string>
+
+#include "Support/PeerCurve.h"
 
 namespace Test {
 
@@ -27,13 +26,12 @@ inline std::string Md5(std::string const& bytes) {
     return {reinterpret_cast<char*>(digest), sizeof digest};
 }
 
+// The 16 bytes that a key's text stands for.
 inline std::string FromBase64(std::string const& text) {
     std::string bytes(text.size(), '\0');
-    int const size =
-        EVP_DecodeBlock(reinterpret_cast<unsigned char*>(bytes.data()),
-                        reinterpret_cast<unsigned char const*>(text.data()), static_cast<int>(text.size()));
-    return bytes.substr(0, static_cast<std::size_t>(size < 0 ? 0 : size) -
-                               (text.size() > 1 && text[text.size() - 2] == '=' ? 2 : 0));
+    EVP_DecodeBlock(reinterpret_cast<unsigned char*>(bytes.data()),
+                    reinterpret_cast<unsigned char const*>(text.data()), static_cast<int>(text.size()));
+    return bytes.substr(0, 16);
 }
 
 // What the server computes: the first 16 bytes of the X coordinate of its private key times the public key
@@ -41,20 +39,10 @@ inline std::string FromBase64(std::string const& text) {
 inline std::string ServerKey(std::string const& privateKeyHex, std::string const& file) {
     BIGNUM* number = nullptr;
     BN_hex2bn(&number, privateKeyHex.c_str());
-    std::unique_ptr<BIGNUM, void (*)(BIGNUM*)> const secret(number, BN_clear_free);
-    std::unique_ptr<EC_GROUP, void (*)(EC_GROUP*)> const group(EC_GROUP_new_by_curve_name(NID_secp256k1),
-                                                               EC_GROUP_free);
-    std::unique_ptr<EC_POINT, void (*)(EC_POINT*)> const point(EC_POINT_new(group.get()), EC_POINT_free);
-    std::string octets = '\4' + file.substr(16, 64);
-    auto* const bytes = reinterpret_cast<unsigned char*>(octets.data());
-    // The first of these refuses a point that isn't on the curve.
-    if (EC_POINT_oct2point(group.get(), point.get(), bytes, 65, nullptr) != 1 ||
-        EC_POINT_mul(group.get(), point.get(), nullptr, point.get(), number, nullptr) != 1 ||
-        EC_POINT_point2oct(group.get(), point.get(), POINT_CONVERSION_UNCOMPRESSED, bytes, 65, nullptr) !=
-            65) {
-        return "no key";
-    }
-    return octets.substr(1, 16);
+    PeerCurve::BigNumber const secret(number);
+    PeerCurve::Bytes const product =
+        PeerCurve::Multiply(NID_secp256k1, *secret, {file.begin() + 16, file.begin() + 80});
+    return {product.begin(), product.begin() + 16};
 }
 
 inline std::uint64_t BlockAt(std::string const& bytes, std::size_t at) {

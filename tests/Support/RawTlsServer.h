@@ -52,11 +52,6 @@ public:
     // The same below TLS.
     void SendPlain(std::string const& bytes) { send(_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL); }
 
-    // From here on the connection ends with a reset.
-    void Reset() {
-        linger const atOnce{1, 0};
-        setsockopt(_socket, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
-    }
     // Waits until the client goes away or the server stops. At most a minute.
     void HoldOpen() {
         pollfd waiting{_socket, POLLRDHUP, 0};
@@ -117,12 +112,6 @@ public:
                 connection.Send(bytes);
             }
         };
-    }
-    // A port at which nobody listens.
-    static std::string ClosedAddress() {
-        BoundSocket const bound;
-        close(bound.socket);
-        return bound.Address();
     }
     // A port that takes no more connections until the process ends: its queue is full and nobody accepts.
     static std::string FullAddress() {

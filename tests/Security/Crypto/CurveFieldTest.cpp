@@ -5,7 +5,7 @@
 
 #include <random>
 
-#include "Security/Crypto/PeerCurve.h"
+#include "Security/Crypto/AllCurves.h"
 #include "Security/Crypto/Secp256k1Field.h"
 
 namespace {

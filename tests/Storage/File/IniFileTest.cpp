@@ -78,20 +78,11 @@ TEST(IniFileTest, WritesIntoTheLinesThatStand) {
 }
 
 TEST(IniFileTest, ReadsNumbersAsStreamsDo) {
+    char const* const low = "-99999999999999999999";
     std::pair<char const*, long long> const cases[] = {
-        {"12x", 12},
-        {"\t+7", 7},
-        {"-5 5", -5},
-        {"abc", 0},
-        {"- 5", 0},
-        {"+-5", 0},
-        {"0x10", 0},
-        {"1.9", 1},
-        {"#", 3},
-        {"4294967296", 4294967296},
-        {"-99999999999999999999", LLONG_MIN},
-        {"99999999999999999999", LLONG_MAX},
-    };
+        {"12x", 12},      {"\t+7", 7},         {"-5 5", -5}, {"abc", 0}, {"- 5", 0},
+        {"+-5", 0},       {"0x10", 0},         {"1.9", 1},   {"#", 3},   {"4294967296", 1LL << 32},
+        {low, LLONG_MIN}, {low + 1, LLONG_MAX}};
     for (auto const& [text, number] : cases) {
         auto const file = Open(std::string("[a]\nk=") + text + "\n");
         bool found = false;

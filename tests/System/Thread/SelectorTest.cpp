@@ -7,6 +7,7 @@
 
 #include "Platform/Event.h"
 #include "Platform/MessageWindow.h"
+#include "Platform/Thread.h"
 #include "Support/OnThreads.h"
 #include "System/Thread/ATargetBase.h"
 #include "System/Thread/CSelectorManager.h"
@@ -22,15 +23,15 @@ char g_letters[] = "abcdefghijklmnopqrstuvwxyz";
 void* Letter(char letter) {
     return g_letters + (letter - 'a');
 }
-char LetterAt(void* argument) {
-    return *static_cast<char const*>(argument);
+void Note(void* letter) {
+    g_trail += *static_cast<char const*>(letter);
 }
 
 // A call that leaves its letter in the trail.
 CSelector Noting(char letter, CTargetBase* target = nullptr) {
     CSelector selector;
     selector.target = target;
-    selector.function1 = [](void* argument) { g_trail += LetterAt(argument); };
+    selector.function1 = Note;
     selector.arg1 = Letter(letter);
     return selector;
 }
@@ -43,9 +44,9 @@ class Target : public CTargetBase {
 public:
     explicit Target(bool own = false) : CTargetBase(own) {}
     void None() { g_trail += '0'; }
-    void One(void* a) { g_trail += {'1', LetterAt(a)}; }
-    void Two(void* a, void* b) { g_trail += {'2', LetterAt(a), LetterAt(b)}; }
-    void Three(void* a, void* b, void* c) { g_trail += {'3', LetterAt(a), LetterAt(b), LetterAt(c)}; }
+    void One(void* a) { g_trail += '1', Note(a); }
+    void Two(void* a, void* b) { g_trail += '2', Note(a), Note(b); }
+    void Three(void* a, void* b, void* c) { g_trail += '3', Note(a), Note(b), Note(c); }
 };
 
 class Selectors : public testing::Test {
@@ -63,11 +64,10 @@ TEST_F(Selectors, FirstSetFormRunsMembersBeforeFunctions) {
     all.member2 = static_cast<CSelector::Member2>(&Target::Two);
     all.member3 = static_cast<CSelector::Member3>(&Target::Three);
     all.function0 = [] { g_trail += "F"; };
-    all.function2 = [](void* a, void* b) { g_trail += {LetterAt(a), LetterAt(b)}; };
-    all.function3 = [](void* a, void* b, void* c) { g_trail += {LetterAt(a), LetterAt(b), LetterAt(c)}; };
-    CSelector targetless = all;
-    targetless.target = nullptr;
-    targetless.Run();
+    all.function2 = [](void* a, void* b) { Note(a), Note(b); };
+    all.function3 = [](void* a, void* b, void* c) { Note(a), Note(b), Note(c); };
+    all.target = nullptr;
+    all.Run(), all.target = &target;
     // Each run takes the form away that ran.
     all.Run(), all.member0 = nullptr;
     all.Run(), all.member1 = nullptr;
@@ -97,33 +97,30 @@ TEST_F(Selectors, PassRunsTwentyAndRemovalKeepsTheOthersInOrder) {
 // A target that dies after the removal is safe from a pass on another thread.
 TEST_F(Selectors, RemovalWaitsForARunningSelector) {
     struct Slow : Target {
-        CSelectorManager* queue = nullptr;
-        Platform::Event entered, leave;
-        bool done = false;
+        CSelectorManager queue;
+        Platform::Event entered;
+        std::atomic<bool> done{false};
+    } slow;
+    CSelector selector;
+    selector.target = &slow;
+    selector.arg1 = &slow;
+    selector.function1 = [](void* argument) {
+        auto& self = *static_cast<Slow*>(argument);
+        self.entered.Set();
+        // Long enough that a removal that doesn't wait is seen.
+        Platform::SleepFor(50);
+        self.queue.RemoveSelectors(&self);  // from inside, it must not wait for itself
+        self.done = true;
     };
-    CSelectorManager queue;
-    for (int i = 0; i < 10; ++i) {
-        auto target = std::make_unique<Slow>();
-        target->queue = &queue;
-        CSelector selector;
-        selector.target = target.get();
-        selector.function1 = [](void* argument) {
-            auto& slow = *static_cast<Slow*>(argument);
-            slow.entered.Set();
-            slow.leave.WaitFor(5);
-            slow.queue->RemoveSelectors(&slow);  // from inside, it must not wait for itself
-            slow.done = true;
-        };
-        selector.arg1 = target.get();
-        queue.AddSelector(selector);
-        queue.AddSelector(selector);
-        std::thread pump([&] { queue.RunSelectors(); });
-        ASSERT_TRUE(target->entered.WaitFor(kBound));
-        queue.RemoveSelectors(target.get());
-        EXPECT_TRUE(target->done);
-        target.reset();
-        pump.join();
-    }
+    slow.queue.AddSelector(selector);
+    slow.queue.AddSelector(selector);
+    std::thread pump([&] { slow.queue.RunSelectors(); });
+    ASSERT_TRUE(slow.entered.WaitFor(kBound));
+    slow.queue.RemoveSelectors(&slow);
+    EXPECT_TRUE(slow.done);
+    slow.done = false;
+    pump.join();
+    EXPECT_FALSE(slow.done) << "the second one ran";
 }
 
 // The process-wide road from load on: no window, window, host update. Each step builds on the one before.
@@ -184,13 +181,12 @@ void WalkTheRoadOfAPostedCall() {
     Post(Noting('k'));
     ReleaseHostUpdateQueue();
     RunHostUpdateSelectors();
-    EXPECT_EQ(g_trail, "ih") << "removed, and dropped with the queue";
     CSelector release;
     release.function0 = ReleaseHostUpdateQueue;
     Post(release);
     Post(Noting('l'));
     RunHostUpdateSelectors();
-    EXPECT_EQ(g_trail, "ih") << "a pass ends with its queue";
+    EXPECT_EQ(g_trail, "ih") << "removed, and dropped with the queue, which ends its pass";
     Post(Noting('m'));
     RunHostUpdateSelectors();
     EXPECT_EQ(g_trail, "ihm");
@@ -199,26 +195,20 @@ void WalkTheRoadOfAPostedCall() {
 // In a process of its own: the host's word can't be taken back.
 TEST(SelectorsDeathTest, RoadOfAPostedCall) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    auto const walk = [] {
-        WalkTheRoadOfAPostedCall();
-        std::exit(testing::Test::HasFailure() ? 1 : 0);
-    };
-    EXPECT_EXIT(walk(), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT((WalkTheRoadOfAPostedCall(), std::exit(testing::Test::HasFailure() ? 1 : 0)),
+                testing::ExitedWithCode(0), "");
 }
 
 TEST_F(Selectors, PostPumpAndReleaseRunAtOnce) {
     EnableUiUpdate();
     static std::atomic<int> runs;
-    runs = 0;
     CSelector count;
     count.function0 = [] { ++runs; };
     ::Test::OnThreads(4, [&count](int role) {
         for (int n = 0; n < 1000; ++n) {
             Post(count);
-            if (role == 0) {
-                ReleaseHostUpdateQueue();
-            } else if (role == 1) {
-                RunHostUpdateSelectors();
+            if (role < 2) {
+                role == 0 ? ReleaseHostUpdateQueue() : RunHostUpdateSelectors();
             }
         }
     });
