@@ -10,29 +10,23 @@ using Ubrix::IBase;
 
 std::string g_order;
 
-void Last() {
-    g_order += 'c';
-}
-
-void First() {
-    g_order += 'a';
-}
-
-// Uses the service that First released, so that it registers again.
-void MakesAnew() {
-    g_order += 'b';
-    IBase::AddReleaseCallback(First);
-    IBase::AddReleaseCallback(Last);
-}
+template <char kLetter>
+constexpr auto kNote = [] { g_order += kLetter; };
 
 TEST(ReleaseList, RunsEachOnceInOrderAndWhatComesInDuringTheWalk) {
     IBase::RunReleaseCallbacks();
     for (int life = 0; life < 2; ++life) {
         g_order.clear();
+        // Uses the service that the first one released, so that it registers again.
+        auto const makesAnew = [] {
+            g_order += 'b';
+            IBase::AddReleaseCallback(kNote<'a'>);
+            IBase::AddReleaseCallback(kNote<'c'>);
+        };
         IBase::AddReleaseCallback(nullptr);
-        IBase::AddReleaseCallback(First);
-        IBase::AddReleaseCallback(MakesAnew);
-        IBase::AddReleaseCallback(First);
+        IBase::AddReleaseCallback(kNote<'a'>);
+        IBase::AddReleaseCallback(makesAnew);
+        IBase::AddReleaseCallback(kNote<'a'>);
         IBase::RunReleaseCallbacks();
         EXPECT_EQ(g_order, "abac");
         IBase::RunReleaseCallbacks();

@@ -21,7 +21,6 @@ TEST(SecurityStoreTest, EntriesStandInOneSectionOfStoreIniAndLast) {
         store.Set("k", "QUI=");
         store.Set("h", "cut#off");
         EXPECT_STREQ(store.Get("h", "").CString(), "cut");
-        store.Set(nullptr, "x");
         EXPECT_FALSE(store.SetChecked(nullptr, "x"));
         EXPECT_EQ(::Test::ReadWholeFile(path), "[Other]\nk=0\n\n[Velmor]\nk=QUI=\nh=cut#off\n");
     }

@@ -105,7 +105,6 @@ TEST(BundleTest, OnlyTheSavingFormsReachTheDisk) {
     EXPECT_TRUE(bundle.Save());
     EXPECT_NE(ReadWholeFile(kPath), before);
     EXPECT_TRUE(bundle.RemoveKey("s", "a") && bundle.RemoveSection("s"));
-    EXPECT_EQ(bundle.Get("s", "a", 0), 0);
 }
 
 TEST(BundleTest, WithoutAPathEverythingIsAnsweredNeutrally) {

@@ -22,10 +22,10 @@ struct Record {
         EXPECT_TRUE(deleted.WaitFor(kBound));
         EXPECT_EQ(deletions, 1);
     }
-    bool failsToBegin = false;               // the constructor throws
-    bool endsItself = false;                 // a turn destroys the worker
-    std::atomic<bool> resumesItself{false};  // as soon as it hears of a pause
-    std::string trail;                       // of the worker's steps
+    bool failsToBegin = false;                 // the constructor throws
+    std::function<void(CThreadBase*)> inTurn;  // runs in each turn
+    std::atomic<bool> resumesItself{false};    // as soon as it hears of a pause
+    std::string trail;                         // of the worker's steps
     std::atomic<int> deletions{0};
     Platform::Event turn;     // set at each turn
     Platform::Event paused;   // set at each pause
@@ -45,10 +45,8 @@ public:
     }
     void ThRun() override {
         _record->turn.Set();
-        if (_record->endsItself) {
-            CThreadBase* self = this;
-            Destroy(self, false);
-            Step0();
+        if (_record->inTurn) {
+            _record->inTurn(this);
         }
         Platform::SleepFor(1);
     }
@@ -62,8 +60,7 @@ public:
         _record->paused.Set();
     }
     void OnThreadResume() override { _record->trail += "resume "; }
-    void Step0() { _record->trail += "step0 "; }
-    void Step1(void* text) { _record->trail += static_cast<char const*>(text); }
+    void Step(void* text) { _record->trail += static_cast<char const*>(text); }
 
 private:
     std::shared_ptr<Record> _record;
@@ -97,8 +94,8 @@ TEST_F(ThreadBase, PauseResumeAndStopWhilePaused) {
     char first[] = "first ";
     CThreadBase* thread = NewWorker();
     thread->Pause();  // not running yet: nothing
-    thread->PostSelector(&Worker::Step1, first);
-    thread->PostSelector(&Worker::Step0);
+    thread->PostSelector(&Worker::Step, first);
+    thread->PostSelector(&Worker::Step, first + 1);
     thread->Start();
     ASSERT_TRUE(AwaitTurn() && AwaitTurn());
     thread->Pause();
@@ -113,7 +110,7 @@ TEST_F(ThreadBase, PauseResumeAndStopWhilePaused) {
     thread->Resume(false);
     thread->Start();  // a stopped thread stays stopped
     CThreadBase::Destroy(thread, false);
-    EXPECT_EQ(record->trail, "start resume first step0 pause resume pause exit ");
+    EXPECT_EQ(record->trail, "start resume first irst pause resume pause exit ");
     EXPECT_TRUE(console.Has("Thread is not running..") && console.Has("CThreadBase::Destroy end"));
 }
 
@@ -188,10 +185,10 @@ TEST_F(ThreadBase, DestroyInEveryStateDeletesOnce) {
 }
 
 TEST_F(ThreadBase, DestroyFromTheOwnThreadReturnsAndDeletesLater) {
-    record->endsItself = true;
+    record->inTurn = [](CThreadBase* self) { CThreadBase::Destroy(self, false); };
     (new Worker(record))->Start();
     record->ExpectDeletedOnce();
-    EXPECT_EQ(record->trail, "start resume step0 exit ");
+    EXPECT_EQ(record->trail, "start resume exit ");
 }
 
 TEST_F(ThreadBase, ThrowingConstructorLeavesTheThreadNothingToTouch) {

@@ -1,5 +1,6 @@
 #include <VelmorCore/Timer.h>
 
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -21,11 +22,7 @@ protected:
     static void Record(unsigned int id, void* self) {
         auto* test = static_cast<Timer*>(self);
         test->_calls.emplace_back(id, test->clock.Elapsed());
-        test->clock.Advance(test->callbackTakes);
-        if (test->stopFrom != nullptr) {
-            test->stopFrom->StopTimer(id);
-        }
-        test->called.Set();
+        test->inside(id);
     }
     unsigned int Start(CTimer& timer, unsigned long long intervalMs, bool repeat) {
         return timer.StartTimer(intervalMs, repeat, Record, this);
@@ -40,9 +37,7 @@ protected:
 
     ::Test::SteppedClock& clock = ::Test::SteppedClock::Install();
     ::Test::ConsoleCapture console;
-    long long callbackTakes = 0;
-    CTimer* stopFrom = nullptr;
-    Platform::Event called;
+    std::function<void(unsigned int)> inside = [](unsigned int) {};  // a call
 
 private:
     Calls _calls;
@@ -67,7 +62,7 @@ TEST_F(Timer, PeriodIsRoundedUpToPollsAndDriftsWithTheCallback) {
     unsigned int const id = Start(timer, 700, true);
     Advance(0, {1000});
     Advance(1000, {2000});
-    callbackTakes = 30;
+    inside = [this](unsigned int) { clock.Advance(30); };
     // Called at 2000, done at 2030, due at 2700: polls at 2530 and 3030.
     Advance(1000, {3030});
     Advance(5000, {8060});  // a machine that slept: one call, none made up for
@@ -91,7 +86,8 @@ TEST_F(Timer, ExtremeIntervals) {
 
 TEST_F(Timer, MayBeStoppedFromItsOwnCallback) {
     CTimer timer;
-    stopFrom = &timer;
+    Platform::Event called;
+    inside = [&](unsigned int id) { timer.StopTimer(id), called.Set(); };
     unsigned int const id = Start(timer, 400, true);
     Advance(0, {500});
     clock.Advance(500);

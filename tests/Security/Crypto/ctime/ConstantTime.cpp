@@ -61,11 +61,10 @@ int main() {
          {&kSecp160r1, &kSecp192r1, &kSecp224r1, &kSecp256r1, &kSecp256k1, &narrow}) {
         Agree(*curve);
     }
-    auto const found = VALGRIND_COUNT_ERRORS;
+    unsigned long const found = VALGRIND_COUNT_ERRORS;
     int volatile leaked = LeakOnPurpose();
     (void)leaked;
-    auto const foundOnPurpose = VALGRIND_COUNT_ERRORS - found;
-    std::printf("%u dependencies on secrets, %u on purpose\n", static_cast<unsigned int>(found),
-                static_cast<unsigned int>(foundOnPurpose));
+    unsigned long const foundOnPurpose = VALGRIND_COUNT_ERRORS - found;
+    std::printf("%lu dependencies on secrets, %lu on purpose\n", found, foundOnPurpose);
     return found == 0 && foundOnPurpose == 1 ? 0 : 1;
 }
