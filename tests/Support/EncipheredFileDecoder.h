@@ -40,9 +40,10 @@ inline std::string ServerKey(std::string const& privateKeyHex, std::string const
     BIGNUM* number = nullptr;
     BN_hex2bn(&number, privateKeyHex.c_str());
     PeerCurve::BigNumber const secret(number);
-    PeerCurve::Bytes const product =
+    PeerCurve::Bytes product =
         PeerCurve::Multiply(NID_secp256k1, *secret, {file.begin() + 16, file.begin() + 80});
-    return {product.begin(), product.begin() + 16};
+    product.resize(16);
+    return {product.begin(), product.end()};
 }
 
 inline std::uint64_t BlockAt(std::string const& bytes, std::size_t at) {

@@ -100,6 +100,7 @@ public:
             shutdown(_current, SHUT_RDWR);
         }
         _thread.join();
+        close(_current);
         close(_listener.socket);
     }
     std::string Address() const { return _listener.Address(); }
@@ -141,12 +142,8 @@ private:
     bool Accept() {
         int const socket = accept4(_listener.socket, nullptr, nullptr, SOCK_CLOEXEC);
         std::lock_guard<std::mutex> const lock(_mutex);
-        if (_stopping) {
-            close(socket);
-            return false;
-        }
         _current = socket;
-        return socket >= 0;
+        return socket >= 0 && !_stopping;
     }
 
     BoundSocket _listener;
