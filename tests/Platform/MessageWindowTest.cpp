@@ -45,19 +45,15 @@ TEST_F(MessageWindow, SendFromTheOwnThreadRunsAtOnceAndOvertakesPosts) {
 
 TEST_F(MessageWindow, CloseLetsSendersGoAndDiscardsPosts) {
     PostToMessageWindow(window, 4, nullptr);
-    bool sent = true;
     Event sending;
     std::thread sender([&] {
         sending.Set();
-        sent = SendToMessageWindow(window, 5, nullptr);
+        EXPECT_FALSE(SendToMessageWindow(window, 5, nullptr));
     });
     ASSERT_TRUE(sending.WaitFor(kBound));
-    bool closedElsewhere = true;
-    std::thread([&] { closedElsewhere = CloseMessageWindow(window); }).join();
-    EXPECT_FALSE(closedElsewhere);
+    std::thread([this] { EXPECT_FALSE(CloseMessageWindow(window)); }).join();
     EXPECT_TRUE(CloseMessageWindow(window));
     sender.join();
-    EXPECT_FALSE(sent);
     EXPECT_TRUE(g_handled.empty());
     EXPECT_EQ(g_discarded, (Messages{4}));
     EXPECT_FALSE(MessageWindowExists(window) || CloseMessageWindow(window) ||

@@ -16,8 +16,8 @@ TEST(AString, IsNeverWithoutText) {
     EXPECT_STREQ(text.c_str(), "");
     text = nullptr;
     EXPECT_NE(text.data(), nullptr);
-    for (int size : {0, 1, 63, 64, 65, 127, 128, 200}) {
-        std::string const expected(static_cast<size_t>(size), 'a');
+    for (size_t const size : {0, 1, 63, 64, 65, 127, 128, 200}) {
+        std::string const expected(size, 'a');
         AString const taken(expected.c_str());
         text = AString(taken);
         EXPECT_EQ((text + taken + "z").c_str(), expected + expected + "z");
@@ -121,18 +121,16 @@ TEST(AStringBuilder, KeepsItsTextTerminated) {
     AStringBuilder builder;
     std::string expected;
     for (int i = 0; i < 100; ++i) {
-        builder += "abc";
-        builder += AString("de");
+        builder += AString("abcde");
         ASSERT_EQ(builder.ToString(), expected += "abcde");
     }
     builder.Append(builder.ToString());
     builder = builder.ToString();
     EXPECT_EQ(builder.ToString(), expected + expected);
+    std::unique_ptr<AObject> const clone(builder.Clone());
+    EXPECT_TRUE(builder.IsEqual(clone.get()));
     builder = AString("new");
     builder.Append(static_cast<AString const*>(nullptr));
     EXPECT_STREQ(builder.ToString(), "new");
-    std::unique_ptr<AObject> const clone(builder.Clone());
-    EXPECT_TRUE(builder.IsEqual(clone.get()));
-    builder.Clear();
     EXPECT_FALSE(builder.IsEqual(clone.get()));
 }
