@@ -213,7 +213,7 @@ protected:
         Ubrix::Platform::HttpTimeouts const send{kNever, limit, kNever};
         Ubrix::Platform::HttpTimeouts const receive{kNever, kNever, limit};
         // Longer where the handshake has to be done by then, however busy the machine is.
-        Ubrix::Platform::HttpTimeouts const receiveBody{kNever, kNever, limit * 6};
+        Ubrix::Platform::HttpTimeouts const receiveBody{kNever, kNever, limit * 25};
         return {
             {"resolving", connect, nullptr, "https://game.stalled/"},
             {"connecting", connect, nullptr},
@@ -264,7 +264,7 @@ private:
 };
 
 TEST_F(TransportPhases, SilenceTimesOut) {
-    RunAll(200, [](Phase const& phase, DataTask*, ::Test::OutcomeListener& listener) {
+    RunAll(100, [](Phase const& phase, DataTask*, ::Test::OutcomeListener& listener) {
         bool const isBody = std::string(phase.name) == "body";
         EXPECT_EQ(listener.Await(), isBody ? "0 200 some" : "2 0 null");
     });
