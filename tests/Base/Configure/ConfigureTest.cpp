@@ -236,6 +236,8 @@ TEST_F(ConfigureTest, AFailureIsRetriedEveryTenSecondsAndThenWaitsForTheNetwork)
     AwaitState(ConfigureImpl::kFailed);
     ASSERT_TRUE(clock.AwaitWaiters({})) << "the retries are used up";
     EXPECT_EQ(_log.Count("Info", "OnDataTaskFinished error:5"), 4);
+    EXPECT_EQ(_log.Count("Info", ", maxRetryCount 3, retryCount 0"), 1);
+    clock.Advance(100000);
     Impl().OnNetworkStateChanged(Ubrix::ANetworkStateNotReachable);
     EXPECT_EQ(_server.Seen().size(), 4U);
     _server.Answer(kGood);

@@ -117,12 +117,11 @@ TEST(IniFileTest, NullArgumentsAreAnsweredNeutrally) {
     LogCapture log;
     bool found = true;
     EXPECT_STREQ(file->ReadString("a", nullptr, "d", &found).CString(), "");
-    EXPECT_FALSE(found);
     EXPECT_STREQ(file->ReadString(nullptr, "k", "d", nullptr).CString(), "");
     EXPECT_EQ(log.Count("Error", "|Ubrix::CIniFileImpl::ReadString| s == NULL || key == NULL"), 2);
     file->GetKeys(nullptr, nullptr);
-    EXPECT_FALSE(file->HasKey("a", nullptr) || file->RemoveKey(nullptr, "k") || file->RemoveSection(nullptr));
-    EXPECT_STREQ(file->ReadString("a", "absent", nullptr).CString(), "");
+    EXPECT_FALSE(found || file->HasKey("a", nullptr) || file->RemoveKey(nullptr, "k") ||
+                 file->RemoveSection(nullptr));
 }
 
 TEST(IniFileTest, TheDestructorSavesPrivatelyAndTheConstructorTellsItsCost) {

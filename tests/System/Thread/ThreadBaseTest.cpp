@@ -3,12 +3,12 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "Platform/Event.h"
 #include "Platform/Thread.h"
 #include "Support/ConsoleCapture.h"
+#include "Support/OnThreads.h"
 #include "System/Thread/AThreadBase.h"
 
 namespace Ubrix {
@@ -137,22 +137,6 @@ TEST_F(ThreadBase, NoResumeIsLost) {
     record->ExpectDeletedOnce();
 }
 
-TEST_F(ThreadBase, PauseAndStopAtOnceStillEnd) {
-    for (int i = 0; i < 100; ++i) {
-        CThreadBase* thread = NewWorker();
-        thread->Start();
-        std::thread pauser([thread] {
-            for (int n = 0; n < 20; ++n) {
-                thread->Pause();
-            }
-        });
-        thread->Stop();
-        pauser.join();
-        CThreadBase::Destroy(thread, i % 2 == 0);
-        record->ExpectDeletedOnce();
-    }
-}
-
 TEST_F(ThreadBase, DestroyInEveryStateDeletesOnce) {
     using Step = std::function<void(CThreadBase*)>;
     Step const start = &CThreadBase::Start;
@@ -165,11 +149,19 @@ TEST_F(ThreadBase, DestroyInEveryStateDeletesOnce) {
             Platform::SleepFor(1);
         }
     };
+    Step const both = [](CThreadBase* thread) {
+        ::Test::OnThreads(2, [thread](int role) {
+            for (int n = 0; n < 20; ++n) {
+                role == 0 && n == 10 ? thread->Stop() : thread->Pause();
+            }
+        });
+    };
     // From never started to ended by itself.
     std::vector<Step> const cases[] = {
-        {}, {stop}, {start}, {start, turn}, {start, pause, paused}, {start, stop}, {start, stop, ended}};
+        {}, {stop}, {start}, {start, turn}, {start, pause, paused}, {start, both}, {start, stop, ended}};
     for (auto const& steps : cases) {
-        for (bool detach : {true, false}) {
+        for (int round = 0; round < 40; ++round) {
+            bool const detach = round % 2 == 0;
             SCOPED_TRACE(&steps - cases);
             CThreadBase* thread = NewWorker();
             for (Step const& step : steps) {
