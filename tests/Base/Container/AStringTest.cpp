@@ -16,7 +16,7 @@ TEST(AString, IsNeverWithoutText) {
     EXPECT_STREQ(text.c_str(), "");
     text = nullptr;
     EXPECT_NE(text.data(), nullptr);
-    for (size_t const size : {0, 1, 63, 64, 65, 127, 128, 200}) {
+    for (size_t const size : {0U, 1U, 63U, 64U, 65U, 127U, 128U, 200U}) {
         std::string const expected(size, 'a');
         AString const taken(expected.c_str());
         text = AString(taken);
