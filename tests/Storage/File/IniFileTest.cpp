@@ -8,7 +8,6 @@
 
 #include "Storage/File/IniFileImp.h"
 #include "Support/ConsoleCapture.h"
-#include "Support/FileSizeLimit.h"
 #include "Support/Files.h"
 #include "Support/LogCapture.h"
 
@@ -144,22 +143,6 @@ TEST(IniFileTest, TheDestructorSavesPrivatelyAndTheConstructorTellsItsCost) {
 TEST(IniFileTest, ALineHasNoLimit) {
     auto const file = Open("[a]\nk=" + std::string(10 << 20, 'v') + "\n");
     EXPECT_EQ(file->ReadString("a", "k", "").GetLength(), 10 << 20);
-}
-
-TEST(IniFileTest, AFullDiskLeavesTheFileAsItWas) {
-    auto const file = std::make_unique<CIniFileImpl>(kPath);
-    file->WriteString("a", "k", "old");
-    ASSERT_TRUE(file->SaveChecked());
-    std::string const before = ReadWholeFile(kPath);
-    file->WriteString("a", "k", std::string(100000, 'x').c_str());
-    {
-        FileSizeLimit const limit(1000);
-        EXPECT_TRUE(file->Save());
-        EXPECT_FALSE(file->SaveChecked());
-    }
-    EXPECT_EQ(ReadWholeFile(kPath), before);
-    EXPECT_EQ(CountFilesWith(".tmp"), 0);
-    EXPECT_TRUE(file->SaveChecked());
 }
 
 }  // namespace
