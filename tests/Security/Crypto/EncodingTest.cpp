@@ -44,7 +44,8 @@ TEST(HexTest, DecodesPairsUpToTheFirstForeignCharacter) {
         EXPECT_FALSE(HexToBytes(text, 4, bytes)) << text;
         EXPECT_EQ(std::string(bytes, 2), "\x01#");
     }
-    EXPECT_TRUE(HexToBytes(nullptr, 4, bytes) && HexToBytes("0102", 4, nullptr) && HexToBytes("zzz", 3, bytes));
+    EXPECT_TRUE(HexToBytes(nullptr, 4, bytes) && HexToBytes("0102", 4, nullptr) &&
+                HexToBytes("zzz", 3, bytes));
     EXPECT_EQ(bytes[0], '\x01');
 }
 
