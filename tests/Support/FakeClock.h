@@ -2,30 +2,41 @@
 // real.
 #pragma once
 
+#include "Support/Watched.h"
 #include "System/Time/ClockSource.h"
 
 namespace Test {
 
-class FakeClock : public Ubrix::ClockSource {
+class FakeClock {
 public:
-    explicit FakeClock(Ubrix::Platform::CalendarTime const& local = {2036, 3, 5, 7, 59, 1, 42})
-        : _local(local) {
-        Ubrix::ClockSource::Replace(this);
+    explicit FakeClock(Ubrix::Platform::CalendarTime const& local = {2036, 3, 5, 7, 59, 1, 42}) {
+        SetLocal(local);
+        Ubrix::ClockSource::Replace(&TheSource());
     }
-    ~FakeClock() override { Ubrix::ClockSource::Replace(nullptr); }
+    ~FakeClock() { Ubrix::ClockSource::Replace(nullptr); }
     FakeClock(FakeClock const&) = delete;
     FakeClock& operator=(FakeClock const&) = delete;
 
-    Ubrix::Platform::CalendarTime Local() const override { return _local; }
-    long long EpochSeconds() const override {
-        return Ubrix::Platform::CalendarToEpoch(_local, Ubrix::Platform::DaylightSaving::Unknown);
+    void SetLocal(Ubrix::Platform::CalendarTime const& local) {
+        TheSource().local.With([&](Ubrix::Platform::CalendarTime& now) { now = local; });
     }
 
-    // Not while another thread reads the clock.
-    void SetLocal(Ubrix::Platform::CalendarTime const& local) { _local = local; }
-
 private:
-    Ubrix::Platform::CalendarTime _local;
+    struct Source : Ubrix::ClockSource {
+        Ubrix::Platform::CalendarTime Local() const override {
+            return local.With([](Ubrix::Platform::CalendarTime const& now) { return now; });
+        }
+        long long EpochSeconds() const override {
+            return Ubrix::Platform::CalendarToEpoch(Local(), Ubrix::Platform::DaylightSaving::Unknown);
+        }
+        mutable Watched<Ubrix::Platform::CalendarTime> local;
+    };
+
+    // Never destroyed: threads may be on their way out of it, such as the sweep that load begins.
+    static Source& TheSource() {
+        static Source& source = *new Source;
+        return source;
+    }
 };
 
 }  // namespace Test
