@@ -1,6 +1,5 @@
 #include "Storage/Log/autobuffer.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -32,48 +31,22 @@ void AutoBuffer::AddCapacity(std::size_t length) {
 
 void AutoBuffer::Write(void const* data, std::size_t length) {
     RequireOfBuffer(length <= kLongest, "_len <= 20 * 1024 * 1024");
-    if (length == 0) {
-        return;
+    if (length > 0) {
+        AddCapacity(pos_ + length);
+        Store(data, length);
     }
-    AddCapacity(pos_ + length);
-    std::memcpy(parray_ + pos_, data, length);
-    pos_ += length;
-    length_ = std::max(length_, pos_);
-}
-
-std::size_t AutoBuffer::Read(void* out, std::size_t length) {
-    std::size_t const count = std::min(length, length_ - pos_);
-    if (count > 0) {
-        std::memcpy(out, parray_ + pos_, count);
-        pos_ += count;
-    }
-    return count;
-}
-
-void AutoBuffer::Seek(long long offset, BufferOrigin origin) {
-    pos_ = SeekTarget(pos_, length_, offset, origin);
 }
 
 void AutoBuffer::Move(long long count) {
-    if (count > 0) {
-        RequireOfBuffer(count <= static_cast<long long>(kLongest), "_len <= 20 * 1024 * 1024");
-        auto const inserted = static_cast<std::size_t>(count);
-        AddCapacity(length_ + inserted);
-        std::memmove(parray_ + inserted, parray_, length_);
-        std::memset(parray_, 0, inserted);
-        length_ += inserted;
-        pos_ += inserted;
+    if (count <= 0) {
+        // All but the tail that a seek back from the end leaves.
+        Remove(length_ - SeekTarget(0, length_, count, FromEnd));
         return;
     }
-    // The tail that a seek back from the end leaves.
-    std::size_t const kept = SeekTarget(0, length_, count, FromEnd);
-    std::size_t const removed = length_ - kept;
-    if (removed > 0) {
-        std::memmove(parray_, parray_ + removed, kept);
-        std::memset(parray_ + kept, 0, removed);
-        length_ = kept;
-        pos_ -= std::min(pos_, removed);
-    }
+    RequireOfBuffer(count <= static_cast<long long>(kLongest), "_len <= 20 * 1024 * 1024");
+    auto const inserted = static_cast<std::size_t>(count);
+    AddCapacity(length_ + inserted);
+    Insert(inserted, length_);
 }
 
 void AutoBuffer::Length(std::size_t position, std::size_t length) {

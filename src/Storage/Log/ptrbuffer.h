@@ -3,43 +3,33 @@
 
 #include <cstddef>
 
-#include "Storage/Log/BufferRules.h"
+#include "Storage/Log/BufferContent.h"
 
 namespace Ubrix {
 
 // The interface of AutoBuffer, without growth: what doesn't fit the memory isn't stored, and nothing tells
-// it. No lock: one thread at a time.
-class PtrBuffer {
+// it.
+class PtrBuffer final : public BufferContent {
 public:
     // Over no memory.
     PtrBuffer() = default;
     // Over `maxLength` bytes, of which the first `length` count as content. The caller owns them, and keeps
     // them as long as the buffer is used.
     PtrBuffer(void* memory, std::size_t length, std::size_t maxLength);
-    PtrBuffer(PtrBuffer const&) = delete;
-    PtrBuffer& operator=(PtrBuffer const&) = delete;
 
     // Stores what fits at the position, which moves on by `length`, but not beyond the content.
     void Write(void const* data, std::size_t length);
-    std::size_t Read(void* out, std::size_t length);
-    void Seek(long long offset, BufferOrigin origin);
     // As AutoBuffer's; what an insertion pushes out of the memory is lost.
     void Move(long long count);
+    using BufferContent::Length;
     // Sets both. `position` is at most `length`; neither exceeds the memory.
     void Length(std::size_t position, std::size_t length);
     // Lets go of the memory.
     void Reset();
 
-    char* Ptr() { return pointer_; }
-    char const* Ptr() const { return pointer_; }
-    std::size_t Pos() const { return pos_; }
-    std::size_t Length() const { return length_; }
     std::size_t MaxLength() const { return max_length_; }
 
 private:
-    char* pointer_ = nullptr;
-    std::size_t pos_ = 0;
-    std::size_t length_ = 0;
     std::size_t max_length_ = 0;
 };
 
