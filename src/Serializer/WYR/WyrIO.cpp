@@ -71,8 +71,6 @@ int WyrOutput::print(char const* format, va_list args) {
         _state = _buffer.vtextize(format, args);
         return _state;
     }
-    // This clang's analyzer loses sight of a va_list that the caller has started.
-    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized)
     int const written = std::vfprintf(_file, format, args);
     if (written < 0) {
         _state = WyrError::WYR_ERR_FILE_WRITE;

@@ -30,8 +30,6 @@ Velmor::ILogger* ReadyLogger() {
 
 // Prints the arguments of a call, cut to the room. False for a format that can't be printed.
 VELMORCORE_PRINTF(2, 0) bool FormatArguments(LogText& text, char const* fmt, va_list arguments) {
-    // This clang's analyzer loses sight of a va_list that the caller has started.
-    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized)
     int const length = std::vsnprintf(text, sizeof text, fmt, arguments);
     return length >= 0;
 }
