@@ -23,18 +23,21 @@ public:
         _isElement = true;
     }
 
-    // The indent and the name, without anything behind it.
-    int print(WyrBuf& buf, int indent) const {
+    // Each is one write, so that a name without room for what follows leaves the position behind the indent.
+    int printAlone(WyrBuf& buf, int indent, char separator) const {
         int const result = WyrBufUtil::printMultiStr(buf, kIndent, indent);
         if (result != kOk) {
             return result;
         }
-        return _isElement ? buf.textize("%s[%u]", _variable, _index) : buf.textize("%s", _variable);
+        return _isElement ? buf.textize("%s[%u]%c", _variable, _index, separator)
+                          : buf.textize("%s%c", _variable, separator);
     }
-
     int printBeforeValue(WyrBuf& buf, int indent) const {
-        int const result = print(buf, indent);
-        return result == kOk ? buf.textize(": ") : result;
+        int const result = WyrBufUtil::printMultiStr(buf, kIndent, indent);
+        if (result != kOk) {
+            return result;
+        }
+        return _isElement ? buf.textize("%s[%u]: ", _variable, _index) : buf.textize("%s: ", _variable);
     }
 
 private:
@@ -44,11 +47,7 @@ private:
 };
 
 int PrintName(WyrBuf& buf, int indent, char separator, Name const& name, bool withSeparator) {
-    if (!withSeparator) {
-        return name.printBeforeValue(buf, indent);
-    }
-    int const result = name.print(buf, indent);
-    return result == kOk ? buf.writeCharWithNull(separator) : result;
+    return withSeparator ? name.printAlone(buf, indent, separator) : name.printBeforeValue(buf, indent);
 }
 
 // `write` puts the value into the buffer.
@@ -101,8 +100,9 @@ int WyrBufUtil::printName(WyrBuf& buf, int indent, char separator, char const* v
 }
 
 int WyrBufUtil::printArrayName(WyrBuf& buf, int indent, char const* variable, size_t count) {
-    int const result = Name(variable).print(buf, indent);
-    return result == kOk ? buf.textize("[0 : %lld]:", static_cast<long long>(count) - 1) : result;
+    assert(nullptr != variable);
+    int const result = printMultiStr(buf, kIndent, indent);
+    return result == kOk ? buf.textize("%s[0 : %lld]:", variable, static_cast<long long>(count) - 1) : result;
 }
 
 int WyrBufUtil::printValue(WyrBuf& buf, int indent, char separator, char const* variable, char const* format,
