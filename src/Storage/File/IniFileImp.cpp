@@ -10,6 +10,7 @@
 
 #include "Platform/FileSystem.h"
 #include "Storage/File/FileReplacement.h"
+#include "Storage/File/IniText.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Ubrix {
@@ -161,11 +162,29 @@ long long CIniFileImpl::ReadInt64(char const* section, char const* key, long lon
 }
 
 bool CIniFileImpl::WriteString(char const* section, char const* key, char const* value) {
+    constexpr char kFunction[] = "Ubrix::CIniFileImpl::WriteString";
     if (section == nullptr || key == nullptr) {
         return false;
     }
-    Platform::ScopedLock lock(_lock);
-    _lines.Write(section, key, value != nullptr ? value : "");
+    std::string_view const text = value != nullptr ? value : "";
+    if (!IniText::CanBeSection(section) || !IniText::CanBeKey(key) || !IniText::CanBeValue(text)) {
+        VC_LOG(Error, kFunction, "a line of the file can't hold this section, key or value: refused");
+        return false;
+    }
+    auto cut = CutKeys::Answer::Known;
+    {
+        Platform::ScopedLock lock(_lock);
+        _lines.Write(section, key, text);
+        if (!IniText::ComesBackWhole(text)) {
+            cut = _cutKeys.Add(section, key);
+        }
+    }
+    if (cut == CutKeys::Answer::New) {
+        VC_LOG(Warning, kFunction, "[%s] %s: an empty value, a \"#\" and blanks at the ends don't come back",
+               section, key);
+    } else if (cut == CutKeys::Answer::Last) {
+        VC_LOG(Warning, kFunction, "more keys whose values don't come back whole; they aren't told of");
+    }
     return true;
 }
 

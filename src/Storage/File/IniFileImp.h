@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Platform/Mutex.h"
+#include "Storage/File/CutKeys.h"
 #include "Storage/File/IniFile.h"
 #include "Storage/File/IniLines.h"
 
@@ -52,6 +53,7 @@ protected:
 
 private:
     bool _savesAtEnd = true;
+    CutKeys _cutKeys VC_GUARDED_BY(_lock);
 };
 
 }  // namespace Ubrix

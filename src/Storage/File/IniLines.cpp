@@ -185,7 +185,10 @@ void IniLines::Write(std::string_view section, std::string_view key, std::string
     }
     std::string& line = found->block->lines[found->line].text;
     std::size_t const behind = line.find('=') + 1;
-    std::size_t const comment = line.find('#', behind);
+    // A "#" of the value's own begins the line's comment: keeping the old one too would let the line grow
+    // with each write.
+    bool const keepsComment = value.find('#') == std::string_view::npos;
+    std::size_t const comment = keepsComment ? line.find('#', behind) : std::string::npos;
     line.replace(behind, comment == std::string::npos ? comment : comment - behind, value);
 }
 

@@ -47,8 +47,9 @@ public:
     // The value of `key` in the first section of the name that has it. Absent leaves `value` alone. A key
     // with nothing at all behind its "=" is absent.
     Lookup Read(std::string_view section, std::string_view key, std::string& value) const;
-    // Sets `key` in the first section of the name: an existing line keeps its spacing before the "=" and its
-    // text from a "#" on. A new section goes to the end, behind an empty line.
+    // Sets `key` in the first section of the name: an existing line keeps its spacing before the "=" and, if
+    // the value has no "#" of its own, its text from a "#" on. A new section goes to the end, behind an empty
+    // line. The names and the value are such as a line can hold.
     void Write(std::string_view section, std::string_view key, std::string_view value);
     // The names of the first section of the name, in order. Walks the section.
     std::vector<std::string> Keys(std::string_view section) const;

@@ -76,6 +76,45 @@ TEST(IniFileTest, WritesIntoTheLinesThatStand) {
     EXPECT_FALSE(file->WriteString(nullptr, "k", "v") || file->WriteInt("a", nullptr, 1));
 }
 
+// Each of these would read back as another name, as another line, or hide its neighbours.
+TEST(IniFileTest, RefusesWhatALineCannotHold) {
+    std::string const content = "[a]\nk=1 #c\nz=9\n[b]\nk=2\n";
+    struct {
+        char const *section, *key, *value;
+    } const cases[] = {{"a\n[b", "k", "v"}, {"a]", "k", "v"},   {" a", "k", "v"}, {"a ", "k", "v"},
+                       {"a\rx", "k", "v"},  {"a", "[n", "v"},   {"a", "#n", "v"}, {"a", "n=k", "v"},
+                       {"a", " n", "v"},    {"a", "n ", "v"},   {"a", " ", "v"},  {"a", "n\nk", "v"},
+                       {"a", "n\rk", "v"},  {"a", "k", "v\nz"}, {"a", "k", "v\r"}};
+    auto const file = Open(content);
+    for (auto const& one : cases) {
+        LogCapture log;
+        EXPECT_FALSE(file->WriteString(one.section, one.key, one.value))
+            << one.section << one.key << one.value;
+        EXPECT_EQ(log.Count("Error", ": refused"), 1);
+        file->Save();
+        EXPECT_EQ(ReadWholeFile(kPath), content);
+    }
+    EXPECT_FALSE(file->WriteInt("a", "n=", 1) || file->WriteInt64("a]", "n", 1));
+}
+
+TEST(IniFileTest, TellsOnceOfAKeyWhoseValueDoesNotComeBack) {
+    auto const file = Open("[a]\nk=1 #c\n");
+    LogCapture log;
+    char const tail[] = "don't come back";
+    for (char const* value : {"#", "", " v", "v ", "v#w"}) {
+        for (char const* key : {"k", "key with \t [odd] # name"}) {
+            EXPECT_TRUE(file->WriteString("a", key, value)) << value;
+        }
+    }
+    EXPECT_EQ(log.Count("Warning", tail), 2);
+    file->Save();
+    EXPECT_EQ(ReadWholeFile(kPath), "[a]\nk=v#w\nkey with \t [odd] # name=v#w\n") << "no line grows";
+    for (int i = 0; i < 1000; ++i) {
+        file->WriteString("a", std::to_string(i).c_str(), "");
+    }
+    EXPECT_EQ(log.Count("Warning", ""), 65) << "and one that tells that no more are told of";
+}
+
 TEST(IniFileTest, ReadsNumbersAsStreamsDo) {
     char const* const low = "-99999999999999999999";
     std::pair<char const*, long long> const cases[] = {
