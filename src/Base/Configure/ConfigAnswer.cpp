@@ -3,6 +3,7 @@
 #include <string>
 
 #include "Base/Configure/JsonCpp.h"
+#include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Velmor {
@@ -105,7 +106,8 @@ int ParseConfigAnswer(char const* json, std::uint64_t length, Ubrix::Value& modu
         VC_LOG(Error, kFunction, "jsonStr == NULL || len == 0");
         return kBadAnswer;
     }
-    VC_LOG(Info, kFunction, "ParseJsonObject : %s", json);
+    VC_LOG(Info, kFunction, "ParseJsonObject : %s",
+           Ubrix::ForeignText(std::string_view(json, static_cast<std::size_t>(length))).c_str());
     Ubrix_Json::Value root;
     if (!ParseJson(std::string(json, length), root)) {
         VC_LOG(Error, kFunction, "parse json error");
@@ -124,7 +126,7 @@ int ParseConfigAnswer(char const* json, std::uint64_t length, Ubrix::Value& modu
         return kBadAnswer;
     }
     if (code != 0) {
-        VC_LOG(Error, kFunction, "Configue error code %d, msg %s", code, message.c_str());
+        VC_LOG(Error, kFunction, "Configue error code %d, msg %s", code, Ubrix::ForeignText(message).c_str());
         return kBadAnswer;
     }
     modules.swap(read);

@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Velmor {
@@ -35,7 +36,7 @@ ConfigFile::ConfigFile(char const* name) {
         _bundle = &BundleFactory::GetInstance().GetDefaultBundle();
         return;
     }
-    VC_LOG(Info, kFunction, "using %s.config", name);
+    VC_LOG(Info, kFunction, "using %s.config", Ubrix::ForeignText(name).c_str());
     char const* directory = Ubrix::CPath::GetCachePath();
     if (AString::IsNullOrEmpty(directory)) {
         VC_LOG(Info, kFunction, "CachePath is empty, do not use bundle in JNI_ONLoad!!!");

@@ -7,12 +7,14 @@
 #include "Base/Configure/ConfigureImpl.h"
 #include "Base/Configure/ReportKeeper.h"
 #include "Base/Configure/StringIterator.h"
+#include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Time/ClockSource.h"
 #include "System/WWW/Task/DataTaskImpl.h"
 
 namespace Velmor {
 
+using Ubrix::ForeignText;
 using Ubrix::Value;
 using Ubrix::Platform::ScopedLock;
 
@@ -37,6 +39,11 @@ void NotifyModules(ConfigureObservers& observers, Value const& modules) {
         }
         observers.Notify(module.memberName(), &names);
     }
+}
+
+ForeignText ShownBody(char const* body, std::uint64_t length) {
+    return body != nullptr ? ForeignText(std::string_view(body, static_cast<std::size_t>(length)))
+                           : ForeignText(nullptr);
 }
 
 // One module into its section, without a save.
@@ -80,8 +87,8 @@ ConfigureImpl::Ending ConfigureImpl::End(Outcome const& outcome, char const* bod
         }
         VC_LOG(Info, kFunction,
                "OnDataTaskFinished error:%d, httpStatus:%d, cost time %llu ms, data:%s, len:%llu",
-               outcome.errorCode, outcome.httpStatus, CostMilliseconds(), body != nullptr ? body : "",
-               static_cast<unsigned long long>(outcome.length));
+               outcome.errorCode, outcome.httpStatus, CostMilliseconds(),
+               ShownBody(body, outcome.length).c_str(), static_cast<unsigned long long>(outcome.length));
     }
     return outcome.errorCode == 0 ? TakeAnswer(outcome, body, modules) : TakeFailure(outcome);
 }
@@ -102,7 +109,8 @@ bool ConfigureImpl::DropIfIgnored(Outcome const& outcome) {
            "requestUrl:%s, setUrl:%s",
            outcome.errorCode, outcome.httpStatus, CostMilliseconds(),
            static_cast<unsigned long long>(outcome.length),
-           outcome.task != nullptr ? outcome.task->GetUrl() : "", _url.c_str());
+           ForeignText(outcome.task != nullptr ? outcome.task->GetUrl() : nullptr).c_str(),
+           ForeignText(_url).c_str());
     return true;
 }
 

@@ -7,12 +7,14 @@
 #include "Base/Container/Number/RealText.h"
 #include "Base/Ubrix/IBase.h"
 #include "Storage/Bundle/BundleImpl.h"
+#include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Time/ClockSource.h"
 #include "System/WWW/Task/DataTaskImpl.h"
 
 namespace Velmor {
 
+using Ubrix::ForeignText;
 using Ubrix::Platform::ScopedLock;
 
 namespace {
@@ -232,10 +234,10 @@ void ConfigureImpl::Request() {
     }
     _channel = ChannelId().c_str();
     _openId = OpenId().c_str();
-    VC_LOG(Info, kFunction, "Request config, channel: %s, openID: %s,  ruleID: %d", _channel.c_str(),
-           _openId.c_str(), _ruleId);
+    VC_LOG(Info, kFunction, "Request config, channel: %s, openID: %s,  ruleID: %d",
+           ForeignText(_channel).c_str(), ForeignText(_openId).c_str(), _ruleId);
     AString const parameters = RequestText();
-    VC_LOG(Info, kFunction, "comParams: %s", parameters.c_str());
+    VC_LOG(Info, kFunction, "comParams: %s", ForeignText(parameters.c_str()).c_str());
     Transmit(ComposeConfigUrl(_url, parameters.c_str(), Ubrix::ClockSource::Current().EpochSeconds()));
 }
 
@@ -248,7 +250,7 @@ void ConfigureImpl::Transmit(std::string const& url) {
         _task = new Ubrix::DataTaskImpl(url.c_str(), this);
     }
     _task->SetUrl(url.c_str());
-    VC_LOG(Info, kFunction, "RemoteConfig url:%s, maxRetryCount %d, retryCount %d", _url.c_str(),
+    VC_LOG(Info, kFunction, "RemoteConfig url:%s, maxRetryCount %d, retryCount %d", ForeignText(_url).c_str(),
            _maxRetryCount, _retryCount);
     _requestStart = Ubrix::ClockSource::Current().MonotonicMilliseconds();
     if (!Ubrix::DataTaskImpl::TryGet(_task)) {
@@ -292,7 +294,8 @@ void ConfigureImpl::SetUrl(char const* url) {
         ScopedLock lock(_lock);
         LoadStoredUrl();
         if (_url != url) {
-            VC_LOG(Info, "Velmor::ConfigureImpl::SetUrl", "change url form [%s] to [%s]", _url.c_str(), url);
+            VC_LOG(Info, "Velmor::ConfigureImpl::SetUrl", "change url form [%s] to [%s]",
+                   ForeignText(_url).c_str(), ForeignText(url).c_str());
             _url = url;
             ForgetCache();
             if (_cache != nullptr) {

@@ -17,6 +17,7 @@
 #include "Platform/FileSystem.h"
 #include "Platform/Mutex.h"
 #include "Security/SecurityStore/SecurityStore.h"
+#include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Velmor {
@@ -98,11 +99,11 @@ std::string ResolvePath(std::string const& path) {
 
 bool IsSearchable(char const* path) {
     if (!CFile::Exist(path)) {
-        VC_LOG(Error, kRefreshed, "search path %s is not exit", path);
+        VC_LOG(Error, kRefreshed, "search path %s is not exit", Ubrix::ForeignText(path).c_str());
         return false;
     }
     if (!CFile::IsDir(path)) {
-        VC_LOG(Error, kRefreshed, "search path %s is not a dir", path);
+        VC_LOG(Error, kRefreshed, "search path %s is not a dir", Ubrix::ForeignText(path).c_str());
         return false;
     }
     return true;
@@ -111,7 +112,7 @@ bool IsSearchable(char const* path) {
 std::vector<std::string> SortedNames(char const* directory) {
     std::vector<std::string> names;
     if (!Platform::ListDirectory(directory, names)) {
-        std::printf("%s not found!!!\n", directory);
+        std::printf("%s not found!!!\n", Ubrix::ForeignText(directory).c_str());
     }
     std::sort(names.begin(), names.end());
     return names;
@@ -126,11 +127,11 @@ void SearchDirectory(std::string const& directory, std::vector<std::string> cons
     for (std::string const& name : SortedNames(directory.c_str())) {
         for (std::string const& pattern : patterns) {
             if (MatchPattern(pattern, name) >= 0) {
-                VC_LOG(Info, kRefreshed, "fileName %s match ", name.c_str());
+                VC_LOG(Info, kRefreshed, "fileName %s match ", Ubrix::ForeignText(name).c_str());
                 matches.push_back({directory, name});
             } else {
-                VC_LOG(Warning, kRefreshed, "fileName %s dismatch filePattern %s", name.c_str(),
-                       pattern.c_str());
+                VC_LOG(Warning, kRefreshed, "fileName %s dismatch filePattern %s",
+                       Ubrix::ForeignText(name).c_str(), Ubrix::ForeignText(pattern).c_str());
             }
         }
     }
@@ -169,8 +170,8 @@ void AddFile(Match const& match, std::string const& archivePath, Ubrix::ZipArchi
     Platform::ReachedFile const file = Platform::OpenWithin(match.directory.c_str(), match.name.c_str());
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> const closer(file.stream, std::fclose);
     if (char const* const objection = ObjectionTo(file, archivePath)) {
-        VC_LOG(Warning, kRefreshed, "%s/%s %s, left out", match.directory.c_str(), match.name.c_str(),
-               objection);
+        VC_LOG(Warning, kRefreshed, "%s/%s %s, left out", Ubrix::ForeignText(match.directory).c_str(),
+               Ubrix::ForeignText(match.name).c_str(), objection);
         return;
     }
     archive.AddStreamToZip(file.stream, match.name.c_str());
@@ -179,7 +180,8 @@ void AddFile(Match const& match, std::string const& archivePath, Ubrix::ZipArchi
 void RemoveOlderArchive(std::string const& archivePath, std::string const& uploadId) {
     VC_LOG(Debug, kRefreshed, "determine whethe the file exists");
     if (CFile::Exist(archivePath.c_str())) {
-        VC_LOG(Info, kRefreshed, "%s.zip already exist! need to delete", uploadId.c_str());
+        VC_LOG(Info, kRefreshed, "%s.zip already exist! need to delete",
+               Ubrix::ForeignText(uploadId).c_str());
         CFile::Remove(archivePath.c_str());
     }
 }
@@ -273,7 +275,9 @@ void FileUploader::OnConfigureRefreshed(IStringIterator* /*keys*/) {
         return;
     }
     VC_LOG(Info, kRefreshed, "searchPaths: %s, filePatterns: %s, uploadid: %s, partSize: %d",
-           order.searchPaths.c_str(), order.filePatterns.c_str(), order.uploadId.c_str(), order.partSize);
+           Ubrix::ForeignText(order.searchPaths.c_str()).c_str(),
+           Ubrix::ForeignText(order.filePatterns.c_str()).c_str(),
+           Ubrix::ForeignText(order.uploadId.c_str()).c_str(), order.partSize);
     if (!IsFileName(order.uploadId)) {
         VC_LOG(Error, kRefreshed, "the upload id is no file name, order refused");
         return;

@@ -7,6 +7,7 @@
 
 #include "Base/Configure/KitParameters.h"
 #include "Platform/Mutex.h"
+#include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Velmor {
@@ -131,12 +132,13 @@ void RemoteConfig::RemoveObserver(RemoteConfigObserver* observer) {
 
 void RemoteConfig::SetUserInfo(int channelId, char const* openId) {
     VC_LOG(Info, "Velmor::RemoteConfig::SetUserInfo", "module %s SetUserInfo channelid %d, openid %s",
-           _body->module.c_str(), channelId, openId != nullptr ? openId : "");
+           Ubrix::ForeignText(_body->module.c_str()).c_str(), channelId, Ubrix::ForeignText(openId).c_str());
     Velmor::SetUserInfo(Ubrix::int2str(channelId).c_str(), openId);
 }
 
 void RemoteConfig::Fetch() {
-    VC_LOG(Info, "Velmor::RemoteConfig::Fetch", "module %s Fetch", _body->module.c_str());
+    VC_LOG(Info, "Velmor::RemoteConfig::Fetch", "module %s Fetch",
+           Ubrix::ForeignText(_body->module.c_str()).c_str());
     Configure::GetInstance()->StartOnce();
 }
 

@@ -8,6 +8,7 @@
 
 #include "Base/Ubrix/CoreParameters.h"
 #include "Platform/FileSystem.h"
+#include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Ubrix {
@@ -290,7 +291,7 @@ bool CPath::GetFiles(char const* path, AArray* files) {
     }
     std::vector<std::string> names;
     if (!Platform::ListDirectory(path, names)) {
-        VC_LOG(Error, "Ubrix::CPath::GetFiles", "%s not found!", path);
+        VC_LOG(Error, "Ubrix::CPath::GetFiles", "%s not found!", ForeignText(path).c_str());
         return false;
     }
     for (std::string const& name : names) {

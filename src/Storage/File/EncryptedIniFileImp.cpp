@@ -12,6 +12,7 @@
 #include "Security/Crypto/Wipe.h"
 #include "Security/SecurityStore/SecurityStore.h"
 #include "Storage/File/FileReplacement.h"
+#include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Ubrix {
@@ -172,7 +173,7 @@ void EncryptedIniFileImpl::LogFault(EncipheredContent const& content) const {
         case EncipheredFault::None:
             break;
         case EncipheredFault::CantOpen:
-            VC_LOG(Info, function, "config file %s is not exist", _path.c_str());
+            VC_LOG(Info, function, "config file %s is not exist", ForeignText(_path.c_str()).c_str());
             break;
         case EncipheredFault::ShortBaseHead:
             VC_LOG(Error, function, "config file read headbase failed");

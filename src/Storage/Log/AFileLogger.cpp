@@ -4,6 +4,7 @@
 #include <cstring>
 #include <new>
 
+#include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Time/ClockSource.h"
 
@@ -24,7 +25,7 @@ bool EnsureDirectoryAt(AString const& path) {
     if (CFile::Exist(path.c_str()) || CPath::CreatePath(path.c_str())) {
         return true;
     }
-    VC_LOG_CONSOLE(Error, kLogFunction, "CreatePath %s failed!", path.c_str());
+    VC_LOG_CONSOLE(Error, kLogFunction, "CreatePath %s failed!", ForeignText(path.c_str()).c_str());
     return false;
 }
 

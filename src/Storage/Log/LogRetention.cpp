@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Storage/Log/AFileLogger.h"
+#include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Time/ClockSource.h"
 
@@ -86,7 +87,7 @@ void AFileLogger::RemoveOldLogFiles(char const* name, int hours, int maxCount) {
     for (std::size_t i = first; i < files.size(); ++i) {
         if (now - files[i].stamp > static_cast<long long>(hours) * 3600) {
             VC_LOG_CONSOLE(Debug, "Ubrix::AFileLogger::RemoveOldLogFiles", "RemoveOldLog log fileName %s",
-                           files[i].name.c_str());
+                           ForeignText(files[i].name).c_str());
             RemoveFile(directory, files[i].name);
         }
     }
@@ -97,17 +98,17 @@ long long AFileLogger::GetLogFileTimeStamp(std::string const& fileName) {
     std::vector<std::string> const tail =
         parts.size() == 2 ? Pieces(parts[1], '.') : std::vector<std::string>();
     if (tail.size() != 2) {
-        VC_LOG_CONSOLE(Warning, kStampFunction, "logFile is invalid %s", fileName.c_str());
+        VC_LOG_CONSOLE(Warning, kStampFunction, "logFile is invalid %s", ForeignText(fileName).c_str());
         return 0;
     }
     if (tail[1] != "log" && tail[1] != "xlog") {
-        VC_LOG_CONSOLE(Warning, kStampFunction, "logFile Ext is invalid %s , ext %s", fileName.c_str(),
-                       tail[1].c_str());
+        VC_LOG_CONSOLE(Warning, kStampFunction, "logFile Ext is invalid %s , ext %s",
+                       ForeignText(fileName).c_str(), ForeignText(tail[1]).c_str());
         return 0;
     }
     std::string const& time = tail[0];
     if (!IsTimeText(time)) {
-        VC_LOG_CONSOLE(Warning, kStampFunction, "logTime is invalid %s", fileName.c_str());
+        VC_LOG_CONSOLE(Warning, kStampFunction, "logTime is invalid %s", ForeignText(fileName).c_str());
         return 0;
     }
     Platform::CalendarTime const calendar{

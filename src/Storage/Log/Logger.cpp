@@ -11,6 +11,7 @@
 #include "Base/Ubrix/CoreConfigReader.h"
 #include "Platform/Console.h"
 #include "Platform/LastError.h"
+#include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogLine.h"
 #include "Storage/Log/LogMacros.h"
 
@@ -75,7 +76,7 @@ void Logger::SetOption(char const* key, int value) {
     } else if (std::strcmp(key, "LogConsoleOutput") == 0) {
         _consoleOutput.store(value, std::memory_order_relaxed);
     } else {
-        VC_LOG_CONSOLE(Error, "Ubrix::Logger::SetOption", "Logger invalid key %s", key);
+        VC_LOG_CONSOLE(Error, "Ubrix::Logger::SetOption", "Logger invalid key %s", ForeignText(key).c_str());
     }
 }
 

@@ -1,4 +1,5 @@
 #include <VelmorCore/Configure.h>
+#include <VelmorCore/File.h>
 #include <VelmorCore/Network.h>
 #include <VelmorCore/RemoteConfig.h>
 #include <VelmorCore/velmorcore.h>
@@ -222,6 +223,26 @@ TEST_F(ConfigureTest, OddButGoodAnswersAreStored) {
     }
     EXPECT_EQ(Text("VelmorCore", "RemoteConfigUrl"), kUrl);
     EXPECT_EQ(ubrix_remoteconfig_GetInt("k", 5), 5);
+}
+
+TEST_F(ConfigureTest, AForeignTextForgesNoLine) {
+    std::string const hostile = "x\n[2036-03-05 07:59:01 042] | Error\x1b[2J";
+    Velmor::RemoteConfig game(hostile.c_str());
+    game.SetUserInfo(11, hostile.c_str());
+    Impl().SetUrl((kUrl + hostile).c_str());
+    AwaitState(ConfigureImpl::kFailed);
+    _server.Answer(hostile);
+    Impl().SetUrl(kUrl);
+    AwaitState(ConfigureImpl::kFinished);
+    _server.Answer(R"({"ret":1,"err":"a\nb\u001b[2J"})");
+    game.Fetch();
+    EXPECT_TRUE(_log.Await("Error", "| Configue error code 1, msg a\\nb\\x1b[2J"));
+    Ubrix::AArray names;
+    Ubrix::CPath::GetFiles(hostile.c_str(), &names);
+    game.SetUserInfo(0, "");
+    std::string const lines = _log.Text();
+    EXPECT_EQ(lines.find('\x1b'), std::string::npos) << lines;
+    EXPECT_EQ(lines.find("\n[2036-"), std::string::npos) << lines;
 }
 
 TEST_F(ConfigureTest, AFailureIsRetriedEveryTenSecondsAndThenWaitsForTheNetwork) {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Platform/Thread.h"
+#include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogFacade.h"
 #include "Support/ConsoleCapture.h"
 #include "Support/FakeClock.h"
@@ -39,6 +40,29 @@ TEST(LogLine, NamesLevelsAndCutsFilesAndTails) {
     }
     std::string const line = Line("f.cpp", std::string(5000, 'x').c_str());
     EXPECT_EQ(std::to_string(line.size()) + line.substr(0, 12), "4095[2036-03-05 ");
+}
+
+TEST(LogLine, ShowsWhatAForeignTextWouldDoToALine) {
+    std::pair<std::string, std::string> const rows[] = {
+        {"a\nb\r\tc\\n", "a\\nb\\r\\tc\\n"},
+        {std::string("\x1b[31m\0\x7f", 7), "\\x1b[31m\\x00\\x7f"},
+        {"Stra\xC3\x9F"
+         "e \xE6\x97\xA5 \xF0\x9F\x8E\xAE",
+         "Stra\xC3\x9F"
+         "e \xE6\x97\xA5 \xF0\x9F\x8E\xAE"},
+        {"\x9B\xC2\x9B\xC2\xA0", "\\x9b\\xc2\\x9b\xC2\xA0"},
+        {"\xE2\x80\xA8\xE2\x80\xAE\xE2\x81\xA6", "\\xe2\\x80\\xa8\\xe2\\x80\\xae\\xe2\\x81\\xa6"},
+        // Too long a form, a surrogate, beyond the last character, cut short.
+        {"\xE0\x80\x9B\xED\xA0\x80", "\\xe0\\x80\\x9b\\xed\\xa0\\x80"},
+        {"\xF4\x90\x80\x80\xC3", "\\xf4\\x90\\x80\\x80\\xc3"},
+    };
+    for (auto const& [text, shown] : rows) {
+        EXPECT_EQ(ForeignText(std::string_view(text)).c_str(), shown);
+    }
+    EXPECT_STREQ(ForeignText(nullptr).c_str(), "");
+    std::string const wide(4094, 'x');
+    EXPECT_EQ(ForeignText((wide + "yz").c_str()).c_str(), wide + "y");
+    EXPECT_EQ(ForeignText((wide + "\xC3\x9F").c_str()).c_str(), wide) << "no half character";
 }
 
 TEST(LogFacade, PrintsALiteralMessageAndRefusesAnIncompleteRecord) {
