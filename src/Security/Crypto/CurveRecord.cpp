@@ -7,8 +7,13 @@ namespace Ubrix {
 namespace {
 
 // The rest of a doubling, once half the slope's numerator is known. All of z, x, y at half, quarter and
-// eighth of the usual size, which names the same point.
+// eighth of the usual size, which names the same point. The point at infinity stays as it is, by mask.
 void DoubleBySlope(Word* x, Word* y, Word* z, Word const* slope, CurveRecord const& curve) {
+    Word const isInfinity = WordsAreZero(z, curve.numWords);
+    Word sameX[kMaxCurveWords];
+    Word sameY[kMaxCurveWords];
+    WordsSet(sameX, x, curve.numWords);
+    WordsSet(sameY, y, curve.numWords);
     Word ySquared[kMaxCurveWords];
     Word cross[kMaxCurveWords];
     ModMultiply(z, y, z, curve);
@@ -21,6 +26,8 @@ void DoubleBySlope(Word* x, Word* y, Word* z, Word const* slope, CurveRecord con
     ModMultiply(y, slope, cross, curve);
     ModSquare(ySquared, ySquared, curve);
     ModSubtract(y, y, ySquared, curve);
+    WordsChoose(x, sameX, isInfinity, curve.numWords);
+    WordsChoose(y, sameY, isInfinity, curve.numWords);
 }
 
 // slope = 3 * slope / 2

@@ -19,7 +19,7 @@ struct CurveRecord {
     // The base point, X then Y, eight words each.
     Word G[2 * kMaxCurveWords];
     Word b[kMaxCurveWords];
-    // Doubles a point in Jacobian form in place. A point whose z is zero keeps it zero.
+    // Doubles a point in Jacobian form in place. A point whose z is zero doesn't change.
     void (*doubleJacobian)(Word* x, Word* y, Word* z, CurveRecord const& curve);
     // Replaces a by a square root modulo p. If a has none, what stands there then is no root: square it to
     // know. For public numbers: its time depends on a.

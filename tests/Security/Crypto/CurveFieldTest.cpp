@@ -57,6 +57,9 @@ TEST(CurveFieldTest, EveryReductionAgreesWithThePeerAndEveryEquationFits) {
         ModSquare(square, record.G + kMaxCurveWords, record);
         EXPECT_EQ(std::vector<Word>(root, root + count), std::vector<Word>(square, square + count))
             << curve.name;
+        Word infinity[3][kMaxCurveWords] = {{7}, {9}};
+        record.doubleJacobian(infinity[0], infinity[1], infinity[2], record);
+        EXPECT_EQ(infinity[0][0] * 100 + infinity[1][0] * 10 + infinity[2][0], 790U) << curve.name;
     }
 }
 
