@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -44,9 +45,48 @@ struct ReachedFile {
 ReachedFile OpenWithin(char const* directory, char const* name);
 // True if `stream` is open on the file at `path`, whatever its name was.
 bool IsOpenOn(std::FILE* stream, char const* path);
-// Opens a stream for binary output, truncating, on a file that only the user may read or write. Null on
-// failure. The caller closes it.
-std::FILE* OpenPrivateForWriting(char const* path);
+struct CloseFile {
+    void operator()(std::FILE* stream) const { std::fclose(stream); }
+};
+// A stream that is closed with its owner.
+using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
+
+// How an attempt to read a file went, as far as the caller's next step hangs on it.
+enum class FileAnswer {
+    Given,
+    Absent,   // nothing of that name
+    Failing,  // something may stand there and can't be read now, for want of descriptors or memory, or
+              // through a fault of the medium: a later attempt may succeed
+    Refused,  // what stands there isn't to be read, now or later: no regular file, larger than asked for, or
+              // not this user's to read
+};
+// Opens a regular file of at most `maxSize` bytes for binary reading, links followed. Never waits, and opens
+// neither pipes nor devices. `stream` is set if the answer is Given, and null otherwise.
+FileAnswer OpenForReading(char const* path, long long maxSize, OpenFile& stream);
+// Reads such a file whole. `content` is unchanged unless the answer is Given; a read that breaks off is
+// Failing. Want of memory is Failing too.
+FileAnswer ReadWholeFile(char const* path, long long maxSize, std::string& content);
+
+// The following three never wait, follow no link at the end of `path`, and give null for anything but a
+// regular file that belongs to this user. Only the user may read or write the file afterwards; one that was
+// more widely readable is narrowed.
+//
+// Makes a file for binary output that nothing stood in the place of. While the stream is open,
+// DeleteAbandonedFile leaves the file alone.
+OpenFile CreatePrivateFile(char const* path);
+// For binary output, truncating what stands there.
+OpenFile OpenPrivateForWriting(char const* path);
+// For binary output at the end, whatever was written meanwhile, and for reading.
+OpenFile OpenPrivateForAppending(char const* path);
+
+// Hands what was written to the system. True if it has every byte; a later close has nothing left to report.
+bool FinishWriting(std::FILE* stream);
+// Renames a file that CreatePrivateFile made and whose stream is still open; an existing target is replaced
+// in one step. False on failure, which leaves both as they were.
+bool RenameOpenFile(std::FILE* stream, char const* from, char const* to);
+// Deletes a file that CreatePrivateFile made, here or in another process, and whose stream isn't open any
+// more, in most cases because its process died. False if it stays.
+bool DeleteAbandonedFile(char const* path);
 // Hands what was written to `stream` to the disk. False on failure.
 bool FlushToDisk(std::FILE* stream);
 

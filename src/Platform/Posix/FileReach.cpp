@@ -9,38 +9,11 @@
 #include <utility>
 
 #include "Platform/FileSystem.h"
+#include "Platform/Posix/Descriptor.h"
 
 namespace Ubrix::Platform {
 
 namespace {
-
-// A file descriptor that is closed with its owner; negative for none.
-class Descriptor {
-public:
-    explicit Descriptor(int descriptor) : _descriptor(descriptor) {}
-    Descriptor(Descriptor&& other) noexcept : _descriptor(std::exchange(other._descriptor, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept {
-        std::swap(_descriptor, other._descriptor);
-        return *this;
-    }
-    ~Descriptor() {
-        if (_descriptor >= 0) {
-            close(_descriptor);
-        }
-    }
-    int Get() const { return _descriptor; }
-    // The stream takes the descriptor over, unless it can't be made.
-    std::FILE* MoveToStream() {
-        std::FILE* const stream = fdopen(_descriptor, "rb");
-        if (stream != nullptr) {
-            _descriptor = -1;
-        }
-        return stream;
-    }
-
-private:
-    int _descriptor;
-};
 
 // The path without links and dots; empty if there is nothing to be seen.
 std::string ResolvedPath(char const* path) {
@@ -87,7 +60,7 @@ ReachedFile OpenWithin(char const* directory, char const* name) {
         return {FileReach::LeadsOut, nullptr, ""};
     }
     std::string bareName = path.substr(path.rfind('/') + 1);
-    std::FILE* const stream = WalkTo(root, std::string_view(path).substr(prefix.size())).MoveToStream();
+    std::FILE* const stream = WalkTo(root, std::string_view(path).substr(prefix.size())).MoveToStream("rb");
     if (stream == nullptr) {
         return {FileReach::Unreadable, nullptr, ""};
     }

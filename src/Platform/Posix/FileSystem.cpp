@@ -1,13 +1,10 @@
 #include "Platform/FileSystem.h"
 
-#include <dirent.h>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
-#include <memory>
 
 namespace Ubrix::Platform {
 
@@ -35,21 +32,6 @@ bool RenamePath(char const* from, char const* to) {
     return std::rename(from, to) == 0;
 }
 
-bool ListDirectory(char const* path, std::vector<std::string>& names) {
-    std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(path), closedir);
-    if (directory == nullptr) {
-        return false;
-    }
-    std::vector<std::string> found;
-    while (dirent const* entry = readdir(directory.get())) {
-        if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0) {
-            found.emplace_back(entry->d_name);
-        }
-    }
-    names.swap(found);
-    return true;
-}
-
 bool WorkingDirectory(std::string& path) {
     std::string buffer(256, '\0');
     while (getcwd(buffer.data(), buffer.size()) == nullptr) {
@@ -61,20 +43,6 @@ bool WorkingDirectory(std::string& path) {
     buffer.resize(std::strlen(buffer.c_str()));
     path.swap(buffer);
     return true;
-}
-
-std::FILE* OpenPrivateForWriting(char const* path) {
-    int const descriptor = open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    if (descriptor < 0) {
-        return nullptr;
-    }
-    // A file that an earlier version made more widely readable is narrowed as well.
-    fchmod(descriptor, S_IRUSR | S_IWUSR);
-    std::FILE* stream = fdopen(descriptor, "wb");
-    if (stream == nullptr) {
-        close(descriptor);
-    }
-    return stream;
 }
 
 bool FlushToDisk(std::FILE* stream) {

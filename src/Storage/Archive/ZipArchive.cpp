@@ -19,8 +19,7 @@ constexpr std::uint64_t kMaxEntrySize = std::uint64_t{4080} << 20U;
 
 // Opening it for the archive keeps its mode.
 bool MakePrivateFile(char const* path) {
-    std::FILE* const file = Platform::OpenPrivateForWriting(path);
-    return file != nullptr && std::fclose(file) == 0;
+    return Platform::OpenPrivateForWriting(path) != nullptr;
 }
 
 bool OpenEntry(zipFile archive, char const* name) {

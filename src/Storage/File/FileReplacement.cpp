@@ -1,20 +1,37 @@
 #include "Storage/File/FileReplacement.h"
 
-#include "Platform/FileSystem.h"
+#include <algorithm>
+#include <cstdio>
+#include <string_view>
+#include <vector>
+
 #include "Platform/Random.h"
 
 namespace Ubrix {
 
 namespace {
 
+// A temporary file is named after its target, with a point, eight hexadecimal digits and this behind it.
+constexpr std::string_view kTemporaryEnd = ".tmp";
+constexpr std::size_t kDigits = 8;
+
+// Empty without a target or randomness.
 std::string TemporaryName(std::string const& target) {
     unsigned int number = 0;
-    if (!Platform::RandomBytes(&number, sizeof number)) {
-        number = 0;  // Less distinct, no less safe.
+    if (target.empty() || !Platform::RandomBytes(&number, sizeof number)) {
+        return {};
     }
     char suffix[16];
-    std::snprintf(suffix, sizeof suffix, ".%08x.tmp", number);
-    return target + suffix;
+    std::snprintf(suffix, sizeof suffix, ".%08x", number);
+    return target + suffix + std::string(kTemporaryEnd);
+}
+
+bool IsTemporaryNameOf(std::string_view target, std::string_view name) {
+    std::size_t const digits = target.size() + 1;
+    return name.size() == digits + kDigits + kTemporaryEnd.size() &&
+           name.substr(0, target.size()) == target && name[target.size()] == '.' &&
+           name.find_first_not_of("0123456789abcdef", digits) == digits + kDigits &&
+           name.substr(digits + kDigits) == kTemporaryEnd;
 }
 
 }  // namespace
@@ -22,41 +39,48 @@ std::string TemporaryName(std::string const& target) {
 FileReplacement::FileReplacement(std::string const& target)
     : _target(target),
       _temporary(TemporaryName(target)),
-      _stream(target.empty() ? nullptr : Platform::OpenPrivateForWriting(_temporary.c_str())),
+      _stream(_temporary.empty() ? nullptr : Platform::CreatePrivateFile(_temporary.c_str())),
       _state(_stream != nullptr ? State::Writing : State::Failed) {}
 
 FileReplacement::~FileReplacement() {
-    Finish();
-    if (_state == State::Finished) {
+    if (_stream != nullptr && _state != State::Committed) {
         Platform::DeleteFileAt(_temporary.c_str());
     }
 }
 
 void FileReplacement::Write(void const* bytes, std::size_t size) {
-    if (_state == State::Writing && size != 0 && std::fwrite(bytes, 1, size, _stream) != size) {
+    if (_state == State::Writing && size != 0 && std::fwrite(bytes, 1, size, _stream.get()) != size) {
         _state = State::Failed;
     }
 }
 
 bool FileReplacement::Finish() {
-    if (_stream != nullptr) {
-        bool const closed = std::fclose(_stream) == 0;
-        _stream = nullptr;
-        if (_state == State::Writing) {
-            _state = closed ? State::Finished : State::Failed;
-        }
-        if (_state == State::Failed) {
-            Platform::DeleteFileAt(_temporary.c_str());
-        }
+    if (_state == State::Writing) {
+        _state = Platform::FinishWriting(_stream.get()) ? State::Finished : State::Failed;
     }
     return _state == State::Finished || _state == State::Committed;
 }
 
 bool FileReplacement::Commit() {
-    if (_state == State::Finished && Platform::RenamePath(_temporary.c_str(), _target.c_str())) {
+    if (_state == State::Finished &&
+        Platform::RenameOpenFile(_stream.get(), _temporary.c_str(), _target.c_str())) {
         _state = State::Committed;
     }
     return _state == State::Committed;
+}
+
+void FileReplacement::ClearLeftovers(std::string const& target) {
+    std::size_t const bare = target.rfind('/') + 1;
+    std::string const directory = bare == 0 ? "./" : target.substr(0, bare);
+    std::vector<std::string> names;
+    if (!Platform::ListDirectory(directory.c_str(), names)) {
+        return;
+    }
+    for (std::string const& name : names) {
+        if (IsTemporaryNameOf(std::string_view(target).substr(bare), name)) {
+            Platform::DeleteAbandonedFile((directory + name).c_str());
+        }
+    }
 }
 
 }  // namespace Ubrix

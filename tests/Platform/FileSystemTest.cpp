@@ -1,0 +1,132 @@
+#include "Platform/FileSystem.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+
+#include <filesystem>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Platform/Directory.h"
+#include "Platform/FileLock.h"
+#include "Support/Files.h"
+#include "Support/OnThreads.h"
+
+namespace {
+
+using namespace Ubrix::Platform;
+namespace fs = std::filesystem;
+
+// Names that stand for what a caller may meet, in a directory of their own.
+class FileSystemTest : public testing::Test {
+protected:
+    FileSystemTest() {
+        fs::create_directory("place");
+        fs::current_path("place");
+        ::Test::WriteWholeFile("file", "0123456789");
+        fs::create_symlink("file", "link");
+        fs::create_symlink("nothing", "dangling");
+        fs::create_symlink("/dev/zero", "device");
+        fs::create_directory("directory");
+        mkfifo("pipe", 0600);
+    }
+    ~FileSystemTest() override {
+        fs::current_path("..");
+        fs::remove_all("place");
+    }
+};
+
+TEST_F(FileSystemTest, ReadsRegularFilesOfABoundedSizeAndNeverWaits) {
+    struct {
+        char const* path;
+        FileAnswer answer;
+        long long size = 10;
+    } const cases[] = {{"file", FileAnswer::Given},        {"link", FileAnswer::Given},
+                       {"file", FileAnswer::Refused, 9},   {"dangling", FileAnswer::Absent},
+                       {"absent", FileAnswer::Absent},     {"file/below", FileAnswer::Absent},
+                       {"device", FileAnswer::Refused},    {"pipe", FileAnswer::Refused},
+                       {"directory", FileAnswer::Refused}, {"", FileAnswer::Absent}};
+    for (auto const& one : cases) {
+        std::string content = "before";
+        EXPECT_EQ(ReadWholeFile(one.path, one.size, content), one.answer) << one.path;
+        EXPECT_EQ(content, one.answer == FileAnswer::Given ? "0123456789" : "before") << one.path;
+    }
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    rlimit const none{0, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    OpenFile stream;
+    FileAnswer const answer = OpenForReading("file", 10, stream);
+    setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_EQ(answer, FileAnswer::Failing);
+}
+
+TEST_F(FileSystemTest, PrivateFilesFollowNoLinkAndAreNarrowed) {
+    chmod("file", 0644);
+    for (char const* path : {"link", "dangling", "device", "pipe", "directory", "absent/file"}) {
+        EXPECT_EQ(OpenPrivateForWriting(path), nullptr) << path;
+        EXPECT_EQ(OpenPrivateForAppending(path), nullptr) << path;
+        EXPECT_EQ(CreatePrivateFile(path), nullptr) << path;
+    }
+    EXPECT_EQ(CreatePrivateFile("file"), nullptr);
+    EXPECT_EQ(fs::status("file").permissions(), fs::perms{0644});
+    std::fputs("ab", OpenPrivateForAppending("file").get());
+    EXPECT_EQ(::Test::ReadWholeFile("file"), "0123456789ab");
+    EXPECT_EQ(fs::status("file").permissions(), fs::perms{0600});
+    std::fputs("c", OpenPrivateForWriting("file").get());
+    EXPECT_EQ(::Test::ReadWholeFile("file"), "c");
+}
+
+TEST_F(FileSystemTest, AFileCountsAsAbandonedOnceItsStreamIsClosed) {
+    OpenFile stream = CreatePrivateFile("new");
+    ASSERT_NE(stream, nullptr);
+    EXPECT_FALSE(DeleteAbandonedFile("new"));
+    EXPECT_TRUE(RenameOpenFile(stream.get(), "new", "file"));
+    EXPECT_FALSE(DeleteAbandonedFile("file"));
+    stream.reset();
+    for (char const* path : {"link", "pipe", "directory", "absent"}) {
+        EXPECT_FALSE(DeleteAbandonedFile(path)) << path;
+    }
+    EXPECT_TRUE(DeleteAbandonedFile("file"));
+}
+
+TEST_F(FileSystemTest, ADirectoryHandleStaysInside) {
+    fs::create_directory_symlink("directory", "other");
+    EXPECT_FALSE(Directory("other").IsOpen() || Directory("file").IsOpen() || Directory("absent").IsOpen());
+    Directory const here(".");
+    std::vector<std::string> names;
+    EXPECT_TRUE(here.List(names));
+    EXPECT_EQ(names.size(), 7U);
+    EXPECT_TRUE(here.HasRegularFile("file"));
+    for (char const* name : {"link", "directory", "pipe", "absent", "../place/file"}) {
+        EXPECT_FALSE(here.HasRegularFile(name)) << name;
+    }
+    EXPECT_FALSE(here.Remove("../place/file") || here.Remove("directory"));
+    EXPECT_TRUE(here.Remove("link") && fs::exists("file"));
+}
+
+TEST_F(FileSystemTest, OneHolderAtATimeHasALock) {
+    {
+        FileLock const held("lock", 0);
+        ASSERT_TRUE(held.IsHeld());
+        EXPECT_FALSE(FileLock("lock", 0).IsHeld());
+        EXPECT_FALSE(FileLock("link", 0).IsHeld() || FileLock("absent/lock", 0).IsHeld());
+    }
+    std::atomic<int> counted{0};
+    ::Test::OnThreads(4, [&counted](int) {
+        for (int i = 0; i < 50; ++i) {
+            FileLock const turn("lock", 60000);
+            int const before = counted;
+            std::this_thread::yield();
+            counted = before + 1;
+        }
+    });
+    EXPECT_EQ(counted.load(), 200);
+}
+
+}  // namespace
