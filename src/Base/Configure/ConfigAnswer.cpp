@@ -109,7 +109,7 @@ int ParseConfigAnswer(char const* json, std::uint64_t length, Ubrix::Value& modu
     VC_LOG(Info, kFunction, "ParseJsonObject : %s",
            Ubrix::ForeignText(std::string_view(json, static_cast<std::size_t>(length))).c_str());
     Ubrix_Json::Value root;
-    if (!ParseJson(std::string(json, length), root)) {
+    if (!ParseJson(std::string(json, static_cast<std::size_t>(length)), root)) {
         VC_LOG(Error, kFunction, "parse json error");
         return kBadAnswer;
     }

@@ -44,9 +44,9 @@ long long CalendarToEpoch(CalendarTime const& time, DaylightSaving daylightSavin
 }
 
 bool EpochToCalendar(long long seconds, CalendarTime& time) {
-    time_t const moment = seconds;
+    auto const moment = static_cast<time_t>(seconds);
     tm local{};
-    if (localtime_r(&moment, &local) == nullptr || local.tm_year > INT_MAX - 1900) {
+    if (moment != seconds || localtime_r(&moment, &local) == nullptr || local.tm_year > INT_MAX - 1900) {
         return false;
     }
     time = {
