@@ -34,3 +34,22 @@ endif()
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     target_compile_options(velmorcore_settings INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wthread-safety>)
 endif()
+
+# What distributions build with. A sanitizer brings checks of its own, which the fortified functions would hide
+# the memory accesses from.
+if(NOT VELMORCORE_SANITIZE AND NOT MSVC)
+    include(CheckCXXCompilerFlag)
+    target_compile_options(velmorcore_settings INTERFACE -fstack-protector-strong
+        $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+    # Not on every processor.
+    foreach(flag -fstack-clash-protection -fcf-protection)
+        string(MAKE_C_IDENTIFIER "velmorcore_has${flag}" velmorcore_has_flag)
+        check_cxx_compiler_flag(${flag} ${velmorcore_has_flag})
+        if(${velmorcore_has_flag})
+            target_compile_options(velmorcore_settings INTERFACE ${flag})
+        endif()
+    endforeach()
+endif()
+if(UNIX AND NOT APPLE)
+    target_link_options(velmorcore_settings INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+endif()
