@@ -41,7 +41,7 @@ protected:
 
 // The configuration. Thread-safe. Reads answer from the cache at any time, also from that of an earlier run,
 // and with the default for an absent key; a read during a store waits, and never sees half of a fetch. No
-// argument may be null unless a comment says so. Not to be called from a log callback.
+// argument may be null unless a comment says so.
 //
 // A transfer that fails is repeated after 10 seconds, "RemoteConfigMaxRetryCount" times at most (section
 // "VelmorCore", 3 by default), and then once the network returns; a bad answer isn't. Both are logged and

@@ -3,7 +3,8 @@
 // A message passes if its level is not below the logger's. It becomes one line of at most 4095 bytes
 //   [2026-03-05 07:59:01 042] | Info | [VelmorCore] |4711| file.cpp:12|Ns::Func| message
 // in local time, which goes to the console, to the hourly log file and to the callback, all on the caller's
-// thread. Before the logger stands, lines go to the console only, unfiltered.
+// thread, and before the call returns: a line of the library's own may reach the callback a little later.
+// Before the logger stands, lines go to the console only, unfiltered.
 //
 // All functions may be called on any thread and never fail visibly: what can't be had, memory included, costs
 // the line at hand. Those that log leave the caller's last error number alone. Text is bytes of any encoding.
@@ -43,8 +44,10 @@ using Velmor::ALogPriorityWarning;
 using Velmor::ProntelStage;
 using Velmor::ProntelStatus;
 
-// Receives each finished line, without a line feed, on the logging thread, one line at a time. `line` is
-// valid during the call only. A callback may log; it must not take a lock that a logging thread may hold.
+// Receives each finished line, without a line feed, on the logging thread. `line` is valid during the call
+// only. A callback may call every function of the library. What it logs itself reaches it inside that call.
+// Lines of other threads wait for its end, unless it waits inside the library; so it must not wait in code of
+// the host's own for a thread that logs.
 using LogCallback = void (*)(ALogPriority level, char const* line);
 
 // Makes the process-wide logger; a second call changes nothing. Runs while the library is loaded: not for

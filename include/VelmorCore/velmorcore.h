@@ -42,7 +42,7 @@ VELMORCORE_API VelmorCoreObject* velmorcore_getInstance(void);
 /* Makes the core if need be. Always 0. */
 VELMORCORE_API int velmorcore_init(void);
 /* Takes the core and all services down, in order, on the calling thread; no transfer is waited for. Harmless
- * without a core. The core may be made again afterwards. Allowed in every callback but the log's. */
+ * without a core. The core may be made again afterwards. Allowed in every callback. */
 VELMORCORE_API void velmorcore_releaseInstance(void);
 /* Makes the core if need be and sets the log level: 0 Debug, 1 Info, 2 Warning, 3 Event, 4 Error, 5 None. */
 VELMORCORE_API void velmorcore_setLogLevel(int level);
@@ -53,8 +53,10 @@ VELMORCORE_API void VelmorSDKLog_setAllLogLevel(int level);
 
 /* ---- Logging ---- */
 
-/* Receives each finished line, without a line feed, on the logging thread, one line at a time. `line` is
- * valid during the call only. A callback may log; it must not take a lock that a logging thread may hold. */
+/* Receives each finished line, without a line feed, on the logging thread. `line` is valid during the call
+ * only. A callback may call every function of the library. What it logs itself reaches it inside that call.
+ * Lines of other threads wait for its end, unless it waits inside the library; so it must not wait in code of
+ * the host's own for a thread that logs. */
 typedef void (*VelmorCoreLogCallback)(VelmorCoreLogPriority level, char const* line);
 
 /* Messages below the level are dropped. A valid "LogLevel" in section "VelmorCore" of the remote

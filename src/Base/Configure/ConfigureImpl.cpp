@@ -246,7 +246,7 @@ void ConfigureImpl::Transmit(std::string const& url) {
     _state = kRequesting;
     StopTimer(_retryTimer, _retryTimerId);
     if (_task == nullptr) {
-        // With its listener from the start: setting it takes the lock that listeners run under.
+        // With its listener from the start: setting it waits for a listener that runs.
         _task = new Ubrix::DataTaskImpl(url.c_str(), this);
     }
     _task->SetUrl(url.c_str());

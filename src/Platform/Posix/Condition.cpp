@@ -2,18 +2,19 @@
 
 #include <cerrno>
 
+#include "Platform/CallTurn.h"
+#include "Platform/LockDepth.h"
 #include "Platform/Posix/MonotonicDeadline.h"
 #include "Platform/Posix/MutexBody.h"
 
 namespace Ubrix::Platform {
 
 struct Condition::Body {
+    RecursiveMutex& mutex;
     pthread_cond_t condition;
-    pthread_mutex_t* mutex;
 };
 
-Condition::Condition(RecursiveMutex& mutex) : _body(new Body) {
-    _body->mutex = &mutex._body->mutex;
+Condition::Condition(RecursiveMutex& mutex) : _body(new Body{mutex, {}}) {
     InitMonotonicCondition(&_body->condition);
 }
 
@@ -23,12 +24,19 @@ Condition::~Condition() {
 }
 
 void Condition::Wait() {
-    pthread_cond_wait(&_body->condition, _body->mutex);
+    if (!LockDepth::CatchUp(_body->mutex)) {
+        CallTurn::Pause const pause;
+        pthread_cond_wait(&_body->condition, &_body->mutex._body->mutex);
+    }
 }
 
 bool Condition::WaitFor(unsigned int milliseconds) {
     timespec const deadline = MonotonicDeadline(milliseconds);
-    return pthread_cond_timedwait(&_body->condition, _body->mutex, &deadline) != ETIMEDOUT;
+    if (LockDepth::CatchUp(_body->mutex)) {
+        return true;
+    }
+    CallTurn::Pause const pause;
+    return pthread_cond_timedwait(&_body->condition, &_body->mutex._body->mutex, &deadline) != ETIMEDOUT;
 }
 
 void Condition::Signal() {

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 
+#include "Platform/CallTurn.h"
 #include "Platform/Posix/MonotonicDeadline.h"
 
 namespace Ubrix::Platform {
@@ -10,6 +11,21 @@ struct Event::Body {
     pthread_mutex_t mutex;
     pthread_cond_t condition;
     bool signalled;
+
+    // Takes the signal; waits for it as long as `wait` answers 0.
+    template <typename OneWait>
+    bool Take(OneWait const& wait) {
+        pthread_mutex_lock(&mutex);
+        while (!signalled && wait() == 0) {
+        }
+        bool const taken = signalled;
+        signalled = false;
+        pthread_mutex_unlock(&mutex);
+        return taken;
+    }
+    bool TakeAtOnce() {
+        return Take([] { return ETIMEDOUT; });
+    }
 };
 
 Event::Event() : _body(new Body) {
@@ -32,31 +48,24 @@ void Event::Set() {
 }
 
 void Event::Reset() {
-    pthread_mutex_lock(&_body->mutex);
-    _body->signalled = false;
-    pthread_mutex_unlock(&_body->mutex);
+    _body->TakeAtOnce();
 }
 
 void Event::Wait() {
-    pthread_mutex_lock(&_body->mutex);
-    while (!_body->signalled) {
-        pthread_cond_wait(&_body->condition, &_body->mutex);
+    if (!_body->TakeAtOnce()) {
+        CallTurn::Pause const pause;
+        _body->Take([this] { return pthread_cond_wait(&_body->condition, &_body->mutex); });
     }
-    _body->signalled = false;
-    pthread_mutex_unlock(&_body->mutex);
 }
 
 bool Event::WaitFor(unsigned int milliseconds) {
     timespec const deadline = MonotonicDeadline(milliseconds);
-    pthread_mutex_lock(&_body->mutex);
-    int result = 0;
-    while (!_body->signalled && result != ETIMEDOUT) {
-        result = pthread_cond_timedwait(&_body->condition, &_body->mutex, &deadline);
+    if (_body->TakeAtOnce()) {
+        return true;
     }
-    bool const taken = _body->signalled;
-    _body->signalled = false;
-    pthread_mutex_unlock(&_body->mutex);
-    return taken;
+    CallTurn::Pause const pause;
+    return _body->Take(
+        [this, &deadline] { return pthread_cond_timedwait(&_body->condition, &_body->mutex, &deadline); });
 }
 
 }  // namespace Ubrix::Platform

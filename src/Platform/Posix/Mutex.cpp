@@ -1,5 +1,6 @@
 #include "Platform/Mutex.h"
 
+#include "Platform/LockDepth.h"
 #include "Platform/Posix/MutexBody.h"
 
 namespace Ubrix::Platform {
@@ -19,10 +20,12 @@ RecursiveMutex::~RecursiveMutex() {
 
 void RecursiveMutex::Lock() VC_NO_THREAD_SAFETY_ANALYSIS {
     pthread_mutex_lock(&_body->mutex);
+    LockDepth::Taken();
 }
 
 void RecursiveMutex::Unlock() VC_NO_THREAD_SAFETY_ANALYSIS {
     pthread_mutex_unlock(&_body->mutex);
+    LockDepth::Released();
 }
 
 }  // namespace Ubrix::Platform

@@ -68,11 +68,11 @@ void Logger::SetOption(char const* key, int value) {
     if (key == nullptr) {
         VC_LOG_CONSOLE(Error, "Ubrix::Logger::SetOption", "Logger SetOption key is NULL");
     } else if (std::strcmp(key, "LogMode") == 0) {
-        _logMode = value;
+        _logMode.store(value, std::memory_order_relaxed);
     } else if (std::strcmp(key, "LogSingleSizeLimit") == 0) {
-        _singleSizeLimit = value;
+        _singleSizeLimit.store(value, std::memory_order_relaxed);
     } else if (std::strcmp(key, "LogExceedOp") == 0) {
-        _exceedOperation = value;
+        _exceedOperation.store(value, std::memory_order_relaxed);
     } else if (std::strcmp(key, "LogConsoleOutput") == 0) {
         _consoleOutput.store(value, std::memory_order_relaxed);
     } else {
@@ -81,7 +81,7 @@ void Logger::SetOption(char const* key, int value) {
 }
 
 void Logger::SetCallback(LogCallback callback) {
-    _callback.store(callback, std::memory_order_release);
+    _callback->Set(callback);
 }
 
 void Logger::SetLevel(ALogPriority level) {
@@ -106,7 +106,7 @@ void Logger::Init() {
     long long const cost = CTime::GetTimeTick() - before;
     VC_LOG(Info, "Ubrix::Logger::Init",
            "log init module %s, logMode %d, sync:%d, use mmap:%d, mmap cost %lld us", _module.c_str(),
-           _logMode, _sync, 1, cost);
+           _logMode.load(), _sync, 1, cost);
     if (_sync != 1) {
         _blockWriter = LogBlockWriter::Start(_lock, *_fileLogger, _blockOptions);
         if (_blockWriter == nullptr) {
@@ -122,14 +122,19 @@ void Logger::Log(ALogPriority level, char const* file, unsigned int line, char c
     if (msg == nullptr || level < GetLevel()) {
         return;
     }
-    // A caller that logs between a failed system call and its error check must not notice.
+    // A caller that logs between a failed system call and its error check must not notice; nor the callback,
+    // which finds the caller's number as well.
     Platform::LastErrorKeeper const keeper;
     LogText text;
-    FormatLogLine(text, level, _module.c_str(), file, line, func, msg);
-    Deliver(level, text);
+    {
+        Platform::LastErrorKeeper const forCallback;
+        FormatLogLine(text, level, _module.c_str(), file, line, func, msg);
+        Write(text);
+    }
+    _callback->Pass(level, text);
 }
 
-void Logger::Deliver(ALogPriority level, LogText& line) {
+void Logger::Write(LogText& line) {
     if (_consoleOutput.load(std::memory_order_relaxed) > 0) {
         Platform::WriteConsoleLine(line);
     }
@@ -137,10 +142,6 @@ void Logger::Deliver(ALogPriority level, LogText& line) {
         WriteToFile(line);
     } else {
         AppendToBlock(line);
-    }
-    Platform::ScopedLock lock(_lock);
-    if (LogCallback const callback = _callback.load(std::memory_order_acquire)) {
-        callback(level, line);
     }
 }
 

@@ -10,6 +10,7 @@
 #include "Storage/Log/AFileLogger.h"
 #include "Storage/Log/ILogger.h"
 #include "Storage/Log/LogBlockWriter.h"
+#include "Storage/Log/LogCallbackSink.h"
 #include "Storage/Log/LogLine.h"
 
 namespace Ubrix {
@@ -54,34 +55,33 @@ public:
     void RemoveOldLogFiles(int hours, int maxCount) override;
     void Reserved2(void* a) override;
 
-    // Writes out what waits and ends the thread of an asynchronous logger. Returns when both are done. Not
-    // from a log callback, nor on two threads at once.
+    // Writes out what waits and ends the thread of an asynchronous logger. Returns when both are done. Not on
+    // two threads at once.
     void StopBlocks();
     // Formats a text, cuts it to 4095 bytes, and puts it into the file at once, in a block of its own,
     // without filter, console or callback. Only an asynchronous logger does; another one drops it.
     void WriteDetached(char const* format, ...) VELMORCORE_PRINTF(2, 3);
 
 private:
-    void Deliver(ALogPriority level, LogText& line);
+    void Write(LogText& line);
     void WriteToFile(LogText& line);
     void AppendToBlock(LogText const& line);
     void WriteBlock(LogText const& text);
 
-    // Held around the callback, so that it sees one line at a time. Recursive: a callback may log. Also held
-    // for each use of the block in memory, never while the file is written.
+    // Held for each use of the block in memory, never while the file is written.
     Platform::RecursiveMutex _lock;
     std::unique_ptr<AFileLogger> _fileLogger;
     std::shared_ptr<LogBlockWriter> _blockWriter;
     LogBlockOptions const _blockOptions;
     std::atomic<int> _level{ALogPriorityInfo};
     std::atomic<int> _consoleOutput{1};
-    std::atomic<LogCallback> _callback{nullptr};
+    std::shared_ptr<LogCallbackSink> const _callback = std::make_shared<LogCallbackSink>();
     AString const _module;
     // 1: lines; 0: blocks.
     int const _sync;
-    int _logMode = 0;
-    int _singleSizeLimit = 0;
-    int _exceedOperation = 0;
+    std::atomic<int> _logMode{0};
+    std::atomic<int> _singleSizeLimit{0};
+    std::atomic<int> _exceedOperation{0};
     bool _inited = false;
 };
 

@@ -57,18 +57,6 @@ TEST_F(LoggerTest, FiltersByLevelAndLetsNoneThrough) {
     EXPECT_EQ(CurrentLogger()->GetLevel(), ALogPriorityDebug);
 }
 
-TEST_F(LoggerTest, ACallbackMayLog) {
-    static int calls = 0;
-    SetUbrixLogCallback([](ALogPriority, char const*) {
-        if (++calls == 1) {
-            XLog(ALogPriorityError, "f", 1, "F", "inner");
-            EXPECT_NE(LogFileText().find("inner"), std::string::npos);
-        }
-    });
-    XLog(ALogPriorityError, "f", 1, "F", "outer");
-    EXPECT_EQ(calls, 2);
-}
-
 TEST_F(LoggerTest, OptionsAreNamedExactly) {
     ::Test::ConsoleCapture console;
     CurrentLogger()->SetOption(nullptr, 1);

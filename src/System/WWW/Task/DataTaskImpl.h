@@ -27,8 +27,8 @@ public:
     void RemoveListener(Listener* listener) override;
     void Cancel() override;
 
-    // Get for callers that must know whether an outcome will come: false if it won't. Takes no lock that a
-    // listener runs under. `task` was made by WWW::Request.
+    // Get for callers that must know whether an outcome will come: false if it won't. Never waits for a
+    // listener's call. `task` was made by WWW::Request.
     static bool TryGet(DataTask* task);
     // Inside the listener's call only; see DataTaskState. `task` was made by WWW::Request.
     static void RunOnceIdle(DataTask* task, std::function<void()> work);

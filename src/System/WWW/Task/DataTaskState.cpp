@@ -26,19 +26,19 @@ void DataTaskState::GiveUp() {
 }
 
 void DataTaskState::SetListener(DataTask::Listener* listener) {
-    Platform::ScopedLock const lock(_lock);
+    Platform::ScopedTurn const turn(_turn);
     _listener = listener;
 }
 
 void DataTaskState::Cancel() {
-    Platform::ScopedLock const lock(_lock);
+    Platform::ScopedTurn const turn(_turn);
     if (!_isDelivering) {
         GiveUp();
     }
 }
 
 void DataTaskState::Detach() {
-    Platform::ScopedLock const lock(_lock);
+    Platform::ScopedTurn const turn(_turn);
     _task = nullptr;
     _listener = nullptr;
     _onceIdle = nullptr;
@@ -47,7 +47,7 @@ void DataTaskState::Detach() {
 
 void DataTaskState::Finish(Ticket ticket, int errorCode, int httpStatus, char const* data,
                            std::uint64_t length) {
-    Platform::ScopedLock const lock(_lock);
+    Platform::ScopedTurn const turn(_turn);
     if (IsCurrent(ticket) && _listener != nullptr) {
         _isDelivering = true;
         _listener->OnDataTaskFinished(_task, errorCode, httpStatus, data, length);
@@ -61,7 +61,7 @@ void DataTaskState::Finish(Ticket ticket, int errorCode, int httpStatus, char co
 }
 
 void DataTaskState::RunOnceIdle(std::function<void()> work) {
-    Platform::ScopedLock const lock(_lock);
+    Platform::ScopedTurn const turn(_turn);
     if (_isDelivering && _task != nullptr) {
         _onceIdle = std::move(work);
     }

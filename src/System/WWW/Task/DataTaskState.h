@@ -7,14 +7,14 @@
 #include <cstdint>
 #include <functional>
 
-#include "Platform/Mutex.h"
+#include "Platform/CallTurn.h"
 
 namespace Ubrix {
 
-// Thread-safe. Its one lock guards the listener and covers the whole finishing step, the listener's call
-// included: whoever removes the listener waits for a running call, and knows that none follows. Nothing else
-// is held during that call. Begin, End and IsCurrent take no lock, so that a request can be started, or be
-// refused, while a listener runs.
+// Thread-safe. Its one turn guards the listener and covers the whole finishing step, the listener's call
+// included: whoever removes the listener waits for a running call, and knows that none follows. No lock is
+// held during that call. Begin, End and IsCurrent don't want the turn, so that a request can be started, or
+// be refused, while a listener runs.
 class DataTaskState {
 public:
     // Marks one request in flight. Even numbers: none.
@@ -42,8 +42,8 @@ public:
 
     // The finishing step of a request.
     void Finish(Ticket ticket, int errorCode, int httpStatus, char const* data, std::uint64_t length);
-    // For use inside a listener's call: `work` runs right behind it, on the same thread and still under the
-    // lock, but with the task idle. Dropped if the task is destroyed before.
+    // For use inside a listener's call: `work` runs right behind it, on the same thread and still in the
+    // turn, but with the task idle. Dropped if the task is destroyed before.
     void RunOnceIdle(std::function<void()> work);
 
 private:
@@ -51,11 +51,11 @@ private:
 
     // Moves on by one at each beginning and each end.
     std::atomic<Ticket> _ticket{kNoTicket};
-    Platform::RecursiveMutex _lock;
-    DataTask* _task VC_GUARDED_BY(_lock);
-    DataTask::Listener* _listener VC_GUARDED_BY(_lock);
-    bool _isDelivering VC_GUARDED_BY(_lock) = false;
-    std::function<void()> _onceIdle VC_GUARDED_BY(_lock);
+    Platform::CallTurn _turn;
+    DataTask* _task VC_GUARDED_BY(_turn);
+    DataTask::Listener* _listener VC_GUARDED_BY(_turn);
+    bool _isDelivering VC_GUARDED_BY(_turn) = false;
+    std::function<void()> _onceIdle VC_GUARDED_BY(_turn);
 };
 
 }  // namespace Ubrix

@@ -1,0 +1,80 @@
+// The turn to call out into the game: what a lock is to the library's own lists, this is to calls of
+// functions that others wrote.
+#pragma once
+
+#include "Platform/Condition.h"
+#include "Platform/Mutex.h"
+
+namespace Ubrix::Platform {
+
+// One thread has the turn at a time, and may take it again while it has it. Thread-safe; neither copied nor
+// moved; destroying one that a thread has or waits for is a programming error.
+//
+// What it promises:
+// - Calls made inside the turn come one at a time. Who takes it on another thread, to withdraw an observer
+// for
+//   one, waits for the call in hand, and knows that none follows that he doesn't allow; who takes it from
+//   inside such a call has it at once.
+// - Fields that are touched only inside the turn need no lock besides. They may change in any call out that
+// is
+//   made inside it, logging included: a log callback runs there, and may come back.
+// - It doesn't count as a lock (LockDepth): a line that is logged inside the turn, without a lock, reaches
+// the
+//   log callback at once.
+// What it asks for:
+// - Nobody waits for a turn with a lock held: the one who has it may want that lock in the game's code.
+// - Two turns, one taken inside the other, are taken in one order by all (docs/threads.md).
+class VC_CAPABILITY("turn") CallTurn {
+public:
+    // What becomes of the turn while the thread that has it waits in the library (a condition, an event,
+    // another turn). Given up, it is taken again when the wait is over and the thread holds no lock any more.
+    enum class WhileWaiting { Kept, GivenUp };
+
+    explicit CallTurn(WhileWaiting whileWaiting = WhileWaiting::Kept);
+    ~CallTurn() = default;
+    CallTurn(CallTurn const&) = delete;
+    CallTurn& operator=(CallTurn const&) = delete;
+
+    void Enter() VC_ACQUIRE();
+    void Leave() VC_RELEASE();
+
+    // Around each wait of the library: gives up the thread's turn, if it has one of that kind, for the length
+    // of the scope.
+    class Pause {
+    public:
+        Pause();
+        ~Pause();
+        Pause(Pause const&) = delete;
+        Pause& operator=(Pause const&) = delete;
+
+    private:
+        bool _gaveUp;
+    };
+
+private:
+    // `depth` times at once.
+    void Take(unsigned int depth);
+    unsigned int GiveUp();
+    static void TakeBack();
+
+    RecursiveMutex _lock;
+    Condition _free{_lock};
+    // The number of the thread that has the turn; 0 if none does.
+    unsigned int _thread VC_GUARDED_BY(_lock) = 0;
+    unsigned int _depth VC_GUARDED_BY(_lock) = 0;
+    WhileWaiting const _whileWaiting;
+};
+
+// Has the turn for the length of a scope.
+class VC_SCOPED_CAPABILITY ScopedTurn {
+public:
+    explicit ScopedTurn(CallTurn& turn) VC_ACQUIRE(turn) : _turn(turn) { _turn.Enter(); }
+    ~ScopedTurn() VC_RELEASE() { _turn.Leave(); }
+    ScopedTurn(ScopedTurn const&) = delete;
+    ScopedTurn& operator=(ScopedTurn const&) = delete;
+
+private:
+    CallTurn& _turn;
+};
+
+}  // namespace Ubrix::Platform

@@ -1,0 +1,212 @@
+#include "Storage/Log/LogCallbackSink.h"
+
+#include <VelmorCore/Log.h>
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <functional>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "Platform/CallTurn.h"
+#include "Platform/Condition.h"
+#include "Platform/Event.h"
+#include "Platform/LockDepth.h"
+#include "Platform/Thread.h"
+#include "Storage/Log/LogFacade.h"
+#include "Support/ConsoleCapture.h"
+#include "Support/Watched.h"
+
+namespace {
+
+using namespace Ubrix;
+using Platform::CallTurn;
+using Platform::Condition;
+using Platform::Event;
+using Platform::RecursiveMutex;
+using Platform::ScopedLock;
+using Platform::ScopedTurn;
+
+void Say(std::string const& text) {
+    XLog2(ALogPriorityError, "f", 1, "F", text.c_str());
+}
+
+// Keeps the messages that the callback gets, and works on each first.
+class LogCallbackTest : public testing::Test {
+protected:
+    using Messages = std::vector<std::string>;
+
+    LogCallbackTest() {
+        SetConsoleOutput(false);
+        SetUbrixLogCallback([](ALogPriority, char const* line) {
+            EXPECT_FALSE(Platform::LockDepth::HoldsLock()) << line;
+            std::string const message = std::string(line).substr(std::string(line).rfind('|') + 2);
+            All().With([&](Messages& messages) { messages.push_back(message); });
+            Inside()(message);
+        });
+    }
+    ~LogCallbackTest() override {
+        SetUbrixLogCallback(nullptr);
+        SetConsoleOutput(true);
+    }
+    // Lines of other threads come as well; these are looked for by their text.
+    static Messages Got() {
+        return All().With([](Messages const& messages) { return messages; });
+    }
+    static ::Test::Watched<Messages>& All() {
+        static auto& all = *new ::Test::Watched<Messages>;
+        return all;
+    }
+    static std::function<void(std::string const&)>& Inside() {
+        static auto& inside = *new std::function<void(std::string const&)>([](std::string const&) {});
+        return inside;
+    }
+};
+
+TEST_F(LogCallbackTest, ALineUnderALockComesWhenTheLastOneIsReleased) {
+    RecursiveMutex outer;
+    RecursiveMutex inner;
+    Inside() = [](std::string const& message) {
+        if (message == "1") {
+            errno = 5;
+            Say("caused by 1");
+        }
+    };
+    {
+        ScopedLock const lock(outer);
+        {
+            ScopedLock const nested(inner);
+            Say("1");
+        }
+        Say("2");
+        EXPECT_EQ(Got(), Messages());
+        errno = 77;
+    }
+    EXPECT_EQ(Got(), (Messages{"1", "caused by 1", "2"}));
+    EXPECT_EQ(errno, 77);
+}
+
+TEST_F(LogCallbackTest, AWaitPassesItsLinesOnFirst) {
+    RecursiveMutex mutex;
+    Condition condition(mutex);
+    bool passed = false;
+    Inside() = [&](std::string const&) {
+        ScopedLock const lock(mutex);
+        passed = true;
+        condition.Signal();
+    };
+    ScopedLock const lock(mutex);
+    Say("before the wait");
+    while (!passed) {
+        EXPECT_TRUE(condition.WaitFor(60000));
+    }
+}
+
+TEST_F(LogCallbackTest, ALockOfTheLibraryIsFreeForTheCallback) {
+    RecursiveMutex mutex;
+    Event held;
+    Event inCallback;
+    Inside() = [&](std::string const& message) {
+        if (message == "here") {
+            inCallback.Set();
+            held.Wait();
+            ScopedLock const lock(mutex);
+        }
+    };
+    std::thread other([&] {
+        ScopedLock const lock(mutex);
+        inCallback.Wait();
+        held.Set();
+        Say("under the lock");
+    });
+    Say("here");
+    other.join();
+    EXPECT_EQ(Got(), (Messages{"here", "under the lock"}));
+}
+
+// In each case a callback waits for another thread, which logs before it lets the first go on.
+TEST_F(LogCallbackTest, ACallbackThatWaitsLetsOtherLinesPass) {
+    RecursiveMutex mutex;
+    Condition condition(mutex);
+    Event event;
+    CallTurn turn;
+    Event entered;
+    bool done = false;
+    auto const sayThenSet = [&] {
+        Say("other");
+        ScopedLock const lock(mutex);
+        done = true;
+        condition.Signal();
+        event.Set();
+    };
+    struct Case {
+        std::function<void()> wait;
+        std::function<void()> other;
+    };
+    std::vector<Case> const cases = {
+        {[&] { event.Wait(); }, sayThenSet},
+        {[&] { EXPECT_TRUE(event.WaitFor(60000)); }, sayThenSet},
+        {[&] {
+             ScopedLock const lock(mutex);
+             while (!done) {
+                 condition.Wait();
+             }
+             Say("kept back");
+         },
+         sayThenSet},
+        {[&] {
+             entered.Wait();
+             ScopedTurn const mine(turn);
+             Say("with two turns");
+         },
+         [&] {
+             ScopedTurn const mine(turn);
+             entered.Set();
+             Say("other");
+         }},
+    };
+    for (Case const& one : cases) {
+        done = false;
+        std::thread other;
+        Inside() = [&](std::string const& message) {
+            if (message == "here") {
+                other = std::thread(one.other);
+                one.wait();
+                Say("back");
+            }
+        };
+        Say("here");
+        other.join();
+        Messages const got = Got();
+        EXPECT_EQ(got.back(), "back");
+        EXPECT_EQ(std::count(got.begin(), got.end(), "other"), 1);
+        All().With([](Messages& messages) { messages.clear(); });
+    }
+}
+
+TEST_F(LogCallbackTest, WhatIsTooMuchIsTold) {
+    RecursiveMutex mutex;
+    {
+        ScopedLock const lock(mutex);
+        for (unsigned int i = 0; i < LogCallbackSink::kMostWaiting + 3; ++i) {
+            Say(std::to_string(i));
+        }
+    }
+    Messages const got = Got();
+    ASSERT_EQ(got.size(), LogCallbackSink::kMostWaiting + 1);
+    EXPECT_EQ(got[LogCallbackSink::kMostWaiting - 1], std::to_string(LogCallbackSink::kMostWaiting - 1));
+    EXPECT_EQ(got.back(), "3 log lines found no room to wait for the callback");
+
+    ::Test::ConsoleCapture console;
+    Inside() = [](std::string const&) {
+        Say("again");
+        Say("and again");
+    };
+    Say("first");
+    EXPECT_EQ(Got().size(), got.size() + 1 + LogCallbackSink::kMostCaused);
+    EXPECT_TRUE(console.Has("the log callback logs without an end"));
+}
+
+}  // namespace
