@@ -5,24 +5,25 @@
 
 namespace Ubrix {
 
-// The core. Callers make it at the first use and release it at the end; both, and nothing else of this class,
-// must not race with each other or with another first use.
+// The core. Callers make it at the first use and release it at the end. Any thread may call any operation
+// here at any time, from within any callback too: before, during and after a release.
 class VELMORCORE_API IVelmorCore {
 public:
     virtual ~IVelmorCore();
     // Does nothing and returns 0. May be called any number of times.
     virtual int Initialize() = 0;
-    // Sets the log level: 0 Debug, 1 Info, 2 Warning, 3 Event, 4 Error, 5 None. Any thread.
+    // Sets the log level: 0 Debug, 1 Info, 2 Warning, 3 Event, 4 Error, 5 None.
     virtual void SetLogLevel(int level) = 0;
     // The version, as "1.3.01.2706". The text is static.
     virtual char const* GetVersion() = 0;
-    // Sets the base URL of the remote configuration, without its path, and fetches. Null is ignored. Any
-    // thread.
+    // Sets the base URL of the remote configuration, without its path, and fetches. Null is ignored.
     virtual void SetRemoteConfigUrl(char const* url) = 0;
-    // Forgets the URL and everything fetched. Any thread.
+    // Forgets the URL and everything fetched.
     virtual void ClearRemoteConfigCache() = 0;
 
-    // The core, made at the first call. The library owns it.
+    // The core, made at the first call and again after a release. The library owns it. The object is the same
+    // each time and stays valid: one that was kept over a release works as ever, without making the core
+    // anew.
     static IVelmorCore& GetInstance();
 };
 
@@ -35,17 +36,18 @@ public:
     void ClearRemoteConfigCache() override;
 
     static CVelmorCore& GetInstance();
-    // Destroys the core and with it all services, in their order, on the calling thread; without a core it
-    // does nothing. Work queued for the game's thread is dropped. No transfer is waited for.
+    // Ends the core and with it all services, in their order, on the calling thread; without a core it does
+    // nothing, and neither while it is under way, from inside it or on another thread. Work queued for the
+    // game's thread is dropped. No transfer is waited for. A service that is used meanwhile is made anew, and
+    // goes with the next core that is released.
     static void ReleaseInstance();
 
     CVelmorCore(CVelmorCore const&) = delete;
     CVelmorCore& operator=(CVelmorCore const&) = delete;
 
 private:
-    CVelmorCore();
-    ~CVelmorCore() override;
-    static CVelmorCore* _instance;
+    CVelmorCore() = default;
+    ~CVelmorCore() override = default;
 };
 
 // Starts what stands for as long as the process runs: the kit's name, the logger with the configuration's

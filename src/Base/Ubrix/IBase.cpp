@@ -11,11 +11,20 @@ namespace Ubrix {
 
 namespace {
 
+// One callback's place on the list.
+struct Entry {
+    IBase::ReleaseCallback release;
+    // In the walk under way; and whether it was registered once more since.
+    bool hasRun = false;
+    bool stays = false;
+};
+
 // Guards the list of release callbacks; never held while one runs. Never destroyed, since threads may outlive
 // main.
 struct ReleaseList {
     Platform::RecursiveMutex lock;
-    std::vector<IBase::ReleaseCallback> callbacks VC_GUARDED_BY(lock);
+    std::vector<Entry> entries VC_GUARDED_BY(lock);
+    bool isWalked VC_GUARDED_BY(lock) = false;
 };
 
 ReleaseList& TheReleaseList() {
@@ -23,19 +32,35 @@ ReleaseList& TheReleaseList() {
     return *list;
 }
 
-// Takes the callback at `index` out. False behind the end, which empties the list. The size is read anew each
-// time, and the place left empty: a callback may register, and a service that one of them makes anew may
-// register again.
-bool TakeCallback(std::size_t index, IBase::ReleaseCallback& callback) {
+// False if a walk is under way already.
+bool BeginWalk() {
     ReleaseList& list = TheReleaseList();
-    Platform::ScopedLock lock(list.lock);
-    if (index >= list.callbacks.size()) {
-        // In one hold of the lock with the look: whoever registers later, on any thread, stays for next time.
-        list.callbacks.clear();
-        return false;
+    Platform::ScopedLock const lock(list.lock);
+    return !std::exchange(list.isWalked, true);
+}
+
+// What is left of the list when all have run.
+void EndWalk(ReleaseList& list) VC_REQUIRES(list.lock) {
+    auto const isDone = [](Entry const& entry) { return !entry.stays; };
+    list.entries.erase(std::remove_if(list.entries.begin(), list.entries.end(), isDone), list.entries.end());
+    for (Entry& entry : list.entries) {
+        entry = {entry.release};
     }
-    callback = std::exchange(list.callbacks[index], nullptr);
-    return true;
+    list.isWalked = false;
+}
+
+// The callback at `index`. Null behind the end, which ends the walk. The size is read anew each time: a
+// callback may register another one.
+IBase::ReleaseCallback Next(std::size_t index) {
+    ReleaseList& list = TheReleaseList();
+    Platform::ScopedLock const lock(list.lock);
+    if (index >= list.entries.size()) {
+        // In one hold of the lock with the look: whoever registers later, on any thread, stays for next time.
+        EndWalk(list);
+        return nullptr;
+    }
+    list.entries[index].hasRun = true;
+    return list.entries[index].release;
 }
 
 }  // namespace
@@ -58,16 +83,24 @@ void IBase::AddReleaseCallback(ReleaseCallback release) {
         return;
     }
     ReleaseList& list = TheReleaseList();
-    Platform::ScopedLock lock(list.lock);
-    if (std::find(list.callbacks.begin(), list.callbacks.end(), release) == list.callbacks.end()) {
-        list.callbacks.push_back(release);
+    Platform::ScopedLock const lock(list.lock);
+    auto const standing = std::find_if(list.entries.begin(), list.entries.end(),
+                                       [release](Entry const& entry) { return entry.release == release; });
+    if (standing == list.entries.end()) {
+        list.entries.push_back({release});
+    } else {
+        standing->stays = standing->hasRun;
     }
 }
 
 void IBase::RunReleaseCallbacks() {
-    ReleaseCallback release = nullptr;
-    for (std::size_t index = 0; TakeCallback(index, release); ++index) {
+    if (!BeginWalk()) {
+        return;
+    }
+    std::size_t index = 0;
+    for (ReleaseCallback release = Next(index); release != nullptr; release = Next(index)) {
         release();
+        ++index;
     }
 }
 

@@ -14,11 +14,12 @@ public:
     static IBase& GetInstance();
 
     // Puts `release` at the end of the list, unless it is null or stands there already. A callback may
-    // register another one while the list is walked: it still runs in that walk. Any thread.
+    // register another one while the list is walked: it still runs in that walk. One that has run in the walk
+    // doesn't run in it again; it stays on the list for the next one. Any thread.
     static void AddReleaseCallback(ReleaseCallback release);
 
     // Runs the callbacks in the order of their registration on the calling thread, with no lock held, and
-    // empties the list.
+    // empties the list. Nothing happens while a walk is under way, be it on this thread.
     static void RunReleaseCallbacks();
 
     // The whole teardown, in its order: callbacks first, the instance last.

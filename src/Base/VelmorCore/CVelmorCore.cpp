@@ -2,6 +2,7 @@
 #include <VelmorCore/Core.h>
 
 #include "Base/Ubrix/IBase.h"
+#include "Base/Ubrix/Service.h"
 #include "BuildConstants.h"
 #include "Storage/Log/LogMacros.h"
 
@@ -13,9 +14,20 @@ constexpr char kVersion[] = "1.3.01.2706";
 // The desktop product's name: its development builds on other systems answer as it does.
 constexpr char kOsName[] = "Windows";
 
-}  // namespace
+// A core's life, from its making to the end of its teardown.
+struct CoreLife {
+    CoreLife() { IBase::GetInstance(); }
 
-CVelmorCore* CVelmorCore::_instance = nullptr;
+    bool isGreeted = false;
+    bool isEnding = false;
+};
+
+Service<CoreLife>& TheLife() {
+    static auto* const life = new Service<CoreLife>(nullptr);
+    return *life;
+}
+
+}  // namespace
 
 IVelmorCore::~IVelmorCore() = default;
 
@@ -24,28 +36,26 @@ IVelmorCore& IVelmorCore::GetInstance() {
 }
 
 CVelmorCore& CVelmorCore::GetInstance() {
-    if (_instance == nullptr) {
-        _instance = new CVelmorCore;
+    // Never destroyed: callers may keep it over a release.
+    static auto* const core = new CVelmorCore;
+    if (TheLife().With([](CoreLife& life) { return !std::exchange(life.isGreeted, true); })) {
+        VC_LOG(Event, "Ubrix::CVelmorCore::CVelmorCore",
+               "Hello VelmorCore! OS_TYPE:%s, Version:%s, VersionHash:%s", kOsName, kVersion,
+               VELMORCORE_VERSION_HASH);
     }
-    return *_instance;
+    return *core;
 }
 
 void CVelmorCore::ReleaseInstance() {
-    delete _instance;
-    _instance = nullptr;
-}
-
-CVelmorCore::CVelmorCore() {
-    IBase::GetInstance();
-    VC_LOG(Event, "Ubrix::CVelmorCore::CVelmorCore",
-           "Hello VelmorCore! OS_TYPE:%s, Version:%s, VersionHash:%s", kOsName, kVersion,
-           VELMORCORE_VERSION_HASH);
-}
-
-CVelmorCore::~CVelmorCore() {
-    VC_LOG(Event, "Ubrix::CVelmorCore::~CVelmorCore", "CVelmorCore::~CVelmorCore(), start");
+    constexpr char kFunction[] = "Ubrix::CVelmorCore::~CVelmorCore";
+    // A second teardown at a time, from inside the first or on another thread, has nothing to do.
+    if (TheLife().WithStanding(true, [](CoreLife& life) { return std::exchange(life.isEnding, true); })) {
+        return;
+    }
+    VC_LOG(Event, kFunction, "CVelmorCore::~CVelmorCore(), start");
     IBase::Release();
-    VC_LOG(Event, "Ubrix::CVelmorCore::~CVelmorCore", "CVelmorCore::~CVelmorCore(), end");
+    VC_LOG(Event, kFunction, "CVelmorCore::~CVelmorCore(), end");
+    TheLife().Release();
 }
 
 int CVelmorCore::Initialize() {
