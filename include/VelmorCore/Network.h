@@ -12,7 +12,6 @@ namespace Platform {
 class RecursiveMutex;
 }
 
-struct NetworkParts;
 struct NetworkStateList;
 
 // The numbers cross to managed code. Observers take everything but 0 for a network that is up.
@@ -77,8 +76,9 @@ class VELMORCORE_API INetwork {
 public:
     using Callback = void (*)(ANetworkState state);
 
-    // The one instance, made at the first call and again after a release. It is gone after the core's
-    // release: don't keep the reference.
+    // The one instance, which stands from the first call to the core's release and again from the next use
+    // on. The object is the same each time and stays valid: it may be kept and used before, during and after
+    // a release.
     static INetwork& GetInstance();
 
 protected:
@@ -105,9 +105,9 @@ class VELMORCORE_API CNetwork : public CTargetBase, public INetwork {
 public:
     // As INetwork::GetInstance.
     static CNetwork& GetInstance();
-    // Deletes the instance; changes that were not yet told are dropped. Waits for observers that are being
-    // told on another thread. From inside an observer it returns at once, and the others still hear of that
-    // change.
+    // Lets go of the observers and the callback; changes that were not yet told are dropped. Waits for
+    // observers that are being told on another thread. From inside an observer it returns at once, and nobody
+    // else hears of that change.
     static void ReleaseInstance();
 
     // Always reachable.
@@ -123,16 +123,12 @@ public:
     void OnNetworkStateChanged(ANetworkState state);
 
 private:
-    friend class CNetworkObserver;
-
     CNetwork();
-    ~CNetwork() override;
+    ~CNetwork() override = default;
 
+    static CNetwork& TheObject();
     void init();
     void OnNetworkStateChangedOnUIThread(void* cell);
-    void ForgetObserver(CNetworkObserver* observer);
-
-    NetworkParts* _parts;
 };
 
 }  // namespace Ubrix

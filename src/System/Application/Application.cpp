@@ -10,52 +10,26 @@ namespace Ubrix {
 
 using Platform::ScopedLock;
 
-namespace {
-
-// The one instance, shared with fan-outs in progress, since an observer may release it. The mutex guards the
-// pointer only. Never destroyed: observers may go with the process.
-struct ApplicationHolder {
-    Platform::RecursiveMutex mutex;
-    std::shared_ptr<CApplication> instance VC_GUARDED_BY(mutex);
-};
-
-ApplicationHolder& Holder() {
-    static ApplicationHolder& holder = *new ApplicationHolder;
-    return holder;
-}
-
-}  // namespace
-
 IApplicationObserver::IApplicationObserver() {
-    CApplication::Share()->AddObserver(this);
+    CApplication::GetInstance().AddObserver(this);
 }
 
 IApplicationObserver::~IApplicationObserver() {
-    CApplication::Share()->RemoveObserver(this);
+    CApplication::GetInstance().RemoveObserver(this);
 }
 
 CApplication& CApplication::GetInstance() {
-    return *Share();
-}
-
-std::shared_ptr<CApplication> CApplication::Share() {
-    ApplicationHolder& holder = Holder();
-    ScopedLock lock(holder.mutex);
-    if (holder.instance == nullptr) {
-        holder.instance.reset(new CApplication);
-    }
-    return holder.instance;
+    // Never destroyed: observers may go with the process.
+    static CApplication& application = *new CApplication;
+    return application;
 }
 
 void CApplication::ReleaseInstance() {
-    ApplicationHolder& holder = Holder();
-    std::shared_ptr<CApplication> released;
-    {
-        ScopedLock lock(holder.mutex);
-        released.swap(holder.instance);
-    }
-    if (released != nullptr) {
-        released->Close();
+    CApplication& application = GetInstance();
+    ScopedLock const turn(application._turn);
+    application._observers.clear();
+    for (Walk& walk : application._walks) {
+        walk = {0, 0};
     }
 }
 
@@ -63,7 +37,7 @@ void CApplication::AddObserver(IApplicationObserver* observer) {
     if (observer == nullptr) {
         return;
     }
-    ScopedLock lock(_mutex);
+    ScopedLock const turn(_turn);
     VC_LOG(Info, "Ubrix::CApplication::AddObserver", "CApplication::AddObserver:%p",
            static_cast<void*>(observer));
     if (std::find(_observers.begin(), _observers.end(), observer) != _observers.end()) {
@@ -79,7 +53,7 @@ void CApplication::AddObserver(IApplicationObserver* observer) {
 void CApplication::RemoveObserver(IApplicationObserver* observer) {
     VC_LOG(Info, "Ubrix::CApplication::RemoveObserver", "CApplication::RemoveObserver:%p",
            static_cast<void*>(observer));
-    ScopedLock lock(_mutex);
+    ScopedLock const turn(_turn);
     auto const found = std::find(_observers.begin(), _observers.end(), observer);
     if (found == _observers.end()) {
         return;
@@ -101,8 +75,7 @@ void CApplication::LifecycleEvent2() {
 }
 
 void CApplication::OnPause() {
-    std::shared_ptr<CApplication> const self = shared_from_this();
-    ScopedLock lock(_mutex);
+    ScopedLock const turn(_turn);
     VC_LOG(Info, "Ubrix::CApplication::OnPause", "CApplication::OnPause Observersize:%d",
            static_cast<int>(_observers.size()));
     FanOut(&IApplicationObserver::OnPause);
@@ -123,23 +96,13 @@ void CApplication::Terminate() {
 }
 
 void CApplication::FanOut(Event event) {
-    // Before the lock, so that an observer that releases the application doesn't take the lock along.
-    std::shared_ptr<CApplication> const self = shared_from_this();
-    ScopedLock lock(_mutex);
+    ScopedLock const turn(_turn);
     _walks.push_back({0, _observers.size()});
     while (_walks.back().next < _walks.back().end) {
         IApplicationObserver* const observer = _observers[_walks.back().next++];
         (observer->*event)();
     }
     _walks.pop_back();
-}
-
-void CApplication::Close() {
-    ScopedLock lock(_mutex);
-    _observers.clear();
-    for (Walk& walk : _walks) {
-        walk = {0, 0};
-    }
 }
 
 }  // namespace Ubrix

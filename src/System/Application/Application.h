@@ -2,7 +2,6 @@
 // drives it; nothing in the library does.
 #pragma once
 
-#include <memory>
 #include <vector>
 
 #include "Platform/Mutex.h"
@@ -10,12 +9,12 @@
 namespace Ubrix {
 
 // Hears lifecycle events from its construction to its destruction. Called on the thread that reports the
-// event, with the application's lock held, which is recursive: a callback may add and remove observers, this
-// one included, and release the application. Whoever constructs or destroys one while another thread reports
-// an event sees to it that the derived part stands whenever it is registered.
+// event, in the turn of the fan-out, which is recursive: a callback may add and remove observers, this one
+// included, and release the application. Whoever constructs or destroys one while another thread reports an
+// event sees to it that the derived part stands whenever it is registered.
 class IApplicationObserver {
 public:
-    // Ends the registration, and makes the application anew for that if it is gone.
+    // Ends the registration; if an event is being told on another thread, after that.
     virtual ~IApplicationObserver();
     IApplicationObserver(IApplicationObserver const&) = delete;
     IApplicationObserver& operator=(IApplicationObserver const&) = delete;
@@ -32,17 +31,17 @@ protected:
     IApplicationObserver();
 };
 
-// Thread-safe. The lock guards the list, and is held while observers are called, in their order of
+// Thread-safe. Observers are called in the turn of the fan-out, one thread at a time, in their order of
 // registration: nobody leaves in the middle of a call from another thread. An observer that is added during a
-// fan-out isn't called in it; one that is removed isn't called any more.
-class CApplication : public std::enable_shared_from_this<CApplication> {
+// fan-out isn't called in it; one that is removed isn't called any more. The object is never destroyed; who
+// observes stands until the release.
+class CApplication {
 public:
-    // The one instance, made at the first call and again after a release, which ends it.
+    // The one instance.
     static CApplication& GetInstance();
     // Lets go of all observers, without telling them. The teardown calls this.
     static void ReleaseInstance();
 
-    ~CApplication() = default;
     CApplication(CApplication const&) = delete;
     CApplication& operator=(CApplication const&) = delete;
 
@@ -59,7 +58,6 @@ public:
     void Terminate();
 
 private:
-    friend class IApplicationObserver;
     using Event = void (IApplicationObserver::*)();
     // Where a fan-out stands, and where the observers end that it calls.
     struct Walk {
@@ -68,15 +66,12 @@ private:
     };
 
     CApplication() = default;
-    // The same, kept for the caller's use over a release on another thread: observers come and go anywhere.
-    static std::shared_ptr<CApplication> Share();
     void FanOut(Event event);
-    void Close();
 
-    Platform::RecursiveMutex _mutex;
-    std::vector<IApplicationObserver*> _observers VC_GUARDED_BY(_mutex);
+    Platform::RecursiveMutex _turn;
+    std::vector<IApplicationObserver*> _observers VC_GUARDED_BY(_turn);
     // The innermost last: more than one if an observer reports an event itself.
-    std::vector<Walk> _walks VC_GUARDED_BY(_mutex);
+    std::vector<Walk> _walks VC_GUARDED_BY(_turn);
 };
 
 }  // namespace Ubrix

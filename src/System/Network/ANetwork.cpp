@@ -1,37 +1,10 @@
 #include <VelmorCore/Network.h>
 
-#include <memory>
-
-#include "Base/Ubrix/IBase.h"
-#include "Platform/Mutex.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Network/NetworkObservers.h"
 #include "System/Thread/ATargetBase.h"
 
 namespace Ubrix {
-
-using Platform::ScopedLock;
-
-// Shared with a change that is being told, since an observer may release the network.
-struct NetworkParts {
-    std::shared_ptr<NetworkObservers> observers = std::make_shared<NetworkObservers>();
-};
-
-namespace {
-
-// The one instance. The mutex guards the pointer, and making the instance; it is taken inside the observers'
-// lock, and takes that of the release list inside itself. Never destroyed: observers may go with the process.
-struct NetworkHolder {
-    Platform::RecursiveMutex mutex;
-    CNetwork* instance VC_GUARDED_BY(mutex) = nullptr;
-};
-
-NetworkHolder& Holder() {
-    static NetworkHolder& holder = *new NetworkHolder;
-    return holder;
-}
-
-}  // namespace
 
 INetwork::~INetwork() = default;
 
@@ -39,39 +12,27 @@ INetwork& INetwork::GetInstance() {
     return CNetwork::GetInstance();
 }
 
+CNetwork& CNetwork::TheObject() {
+    static CNetwork& network = *new CNetwork;
+    return network;
+}
+
 CNetwork& CNetwork::GetInstance() {
-    NetworkHolder& holder = Holder();
-    ScopedLock lock(holder.mutex);
-    if (holder.instance == nullptr) {
-        holder.instance = new CNetwork;
+    CNetwork& network = TheObject();
+    if (NetworkObservers::GetInstance().Begin()) {
+        network.init();
     }
-    return *holder.instance;
+    return network;
 }
 
 void CNetwork::ReleaseInstance() {
-    NetworkHolder& holder = Holder();
-    CNetwork* released = nullptr;
-    {
-        ScopedLock lock(holder.mutex);
-        released = holder.instance;
-        holder.instance = nullptr;
-    }
-    if (released != nullptr) {
-        // No queued change finds a dead target.
-        RemoveSelectorsFromAllQueues(released);
-        released->_parts->observers->Close();
-        delete released;
-    }
+    // First, while what is posted still is of the network that goes; it also waits for a change that is told
+    // on another thread.
+    RemoveSelectorsFromAllQueues(&TheObject());
+    NetworkObservers::GetInstance().End();
 }
 
-CNetwork::CNetwork() : CTargetBase(false), _parts(new NetworkParts) {
-    IBase::AddReleaseCallback(ReleaseInstance);
-    init();
-}
-
-CNetwork::~CNetwork() {
-    delete _parts;
-}
+CNetwork::CNetwork() : CTargetBase(false) {}
 
 // Where a platform with an event source would begin to listen to it.
 void CNetwork::init() {}
@@ -87,32 +48,26 @@ _tagADetailNetworkInfo CNetwork::GetDetailNetworkInfo() {
 }
 
 void CNetwork::SetCallback(Callback callback) {
-    _parts->observers->SetCallback(callback);
+    NetworkObservers::GetInstance().SetCallback(callback);
 }
 
 void CNetwork::AddObserver(CNetworkObserver* observer) {
-    _parts->observers->Add(observer);
+    NetworkObservers::GetInstance().Add(observer);
 }
 
 void CNetwork::RemoveObserver(CNetworkObserver* observer) {
-    _parts->observers->Remove(observer);
-}
-
-void CNetwork::ForgetObserver(CNetworkObserver* observer) {
-    _parts->observers->Forget(observer);
+    NetworkObservers::GetInstance().Remove(observer);
 }
 
 void CNetwork::OnNetworkStateChanged(ANetworkState state) {
     VC_LOG(Event, "Ubrix::CNetwork::OnNetworkStateChanged", "OnNetworkStateChanged to:%d",
            static_cast<int>(state));
     PostSelectorToUiThread(this, &CNetwork::OnNetworkStateChangedOnUIThread,
-                           _parts->observers->KeepChange(state));
+                           NetworkObservers::GetInstance().KeepChange(state));
 }
 
 void CNetwork::OnNetworkStateChangedOnUIThread(void* cell) {
-    // This object may be gone when the observers have been told.
-    std::shared_ptr<NetworkObservers> const observers = _parts->observers;
-    observers->TellChange(cell);
+    NetworkObservers::GetInstance().TellChange(cell);
 }
 
 }  // namespace Ubrix

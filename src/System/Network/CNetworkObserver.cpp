@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "Platform/Mutex.h"
+#include "System/Network/NetworkObservers.h"
 
 namespace Ubrix {
 
@@ -20,8 +21,7 @@ CNetworkObserver::CNetworkObserver() : _changedStates(nullptr), _lock(nullptr) {
 }
 
 CNetworkObserver::~CNetworkObserver() {
-    // Makes the network anew if it is gone, which costs little and can only happen at the end.
-    CNetwork::GetInstance().ForgetObserver(this);
+    NetworkObservers::GetInstance().Forget(this);
     delete _changedStates;
     delete _lock;
 }

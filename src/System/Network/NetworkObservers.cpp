@@ -9,12 +9,12 @@ using Platform::ScopedLock;
 // A walk over a copy of the list. Observers that die meanwhile become null in it.
 class NetworkObservers::Walk {
 public:
-    explicit Walk(NetworkObservers& owner) VC_REQUIRES(owner._lock)
-        : _owner(owner), _observers(owner._observers) {
+    Walk(NetworkObservers& owner, ObserverList observers) VC_REQUIRES(owner._turn)
+        : _owner(owner), _observers(std::move(observers)) {
         _owner._walks.push_back(this);
     }
     ~Walk() {
-        ScopedLock lock(_owner._lock);
+        ScopedLock const turn(_owner._turn);
         _owner._walks.pop_back();
     }
     Walk(Walk const&) = delete;
@@ -23,86 +23,115 @@ public:
     void Forget(CNetworkObserver* observer) {
         std::replace(_observers.begin(), _observers.end(), observer, static_cast<CNetworkObserver*>(nullptr));
     }
-    void ForgetAll() { std::fill(_observers.begin(), _observers.end(), nullptr); }
-    void Tell(ANetworkState state) {
+    void End() {
+        _hasEnded = true;
+        _observers.clear();
+    }
+    // False if the network was released meanwhile.
+    bool Tell(ANetworkState state) {
         for (std::size_t i = 0; i < _observers.size(); ++i) {
             if (_observers[i] != nullptr) {
                 _observers[i]->OnNetworkStateChanged(state);
             }
         }
+        return !_hasEnded;
     }
 
 private:
     NetworkObservers& _owner;
     ObserverList _observers;
+    bool _hasEnded = false;
 };
 
+NetworkObservers::NetworkObservers() : _lists(CNetwork::ReleaseInstance) {}
+
+NetworkObservers& NetworkObservers::GetInstance() {
+    static NetworkObservers& instance = *new NetworkObservers;
+    return instance;
+}
+
+bool NetworkObservers::Begin() {
+    return _lists.With([](Lists& lists) { return !std::exchange(lists.hasBegun, true); });
+}
+
+void NetworkObservers::End() {
+    ScopedLock const turn(_turn);
+    for (Walk* walk : _walks) {
+        walk->End();
+    }
+    _lists.Release();
+}
+
 void NetworkObservers::SetCallback(INetwork::Callback callback) {
-    ScopedLock lock(_lock);
-    _callback = callback;
+    ScopedLock const turn(_turn);
+    _lists.With([callback](Lists& lists) { lists.callback = callback; });
 }
 
 void NetworkObservers::Add(CNetworkObserver* observer) {
-    ScopedLock lock(_lock);
-    if (std::find(_observers.begin(), _observers.end(), observer) == _observers.end()) {
-        _observers.push_back(observer);
-    }
+    ScopedLock const turn(_turn);
+    _lists.With([observer](Lists& lists) {
+        ObserverList& all = lists.observers;
+        if (std::find(all.begin(), all.end(), observer) == all.end()) {
+            all.push_back(observer);
+        }
+    });
 }
 
 void NetworkObservers::Remove(CNetworkObserver* observer) {
-    ScopedLock lock(_lock);
-    auto const found = std::find(_observers.begin(), _observers.end(), observer);
-    if (found != _observers.end()) {
-        _observers.erase(found);
-    }
+    ScopedLock const turn(_turn);
+    Erase(observer);
 }
 
 void NetworkObservers::Forget(CNetworkObserver* observer) {
-    ScopedLock lock(_lock);
-    Remove(observer);
+    ScopedLock const turn(_turn);
+    Erase(observer);
     for (Walk* walk : _walks) {
         walk->Forget(observer);
     }
 }
 
-void NetworkObservers::Close() {
-    ScopedLock lock(_lock);
-    _observers.clear();
-    _callback = nullptr;
-    for (Walk* walk : _walks) {
-        walk->ForgetAll();
-    }
+void NetworkObservers::Erase(CNetworkObserver* observer) {
+    _lists.WithStanding(false, [observer](Lists& lists) {
+        ObserverList& all = lists.observers;
+        auto const found = std::find(all.begin(), all.end(), observer);
+        return found != all.end() && all.erase(found) != all.end();
+    });
 }
 
 void* NetworkObservers::KeepChange(ANetworkState state) {
     auto cell = std::make_unique<ANetworkState>(state);
-    ScopedLock lock(_changesLock);
-    _changes.push_back(std::move(cell));
-    return _changes.back().get();
+    return _lists.With([&cell](Lists& lists) {
+        lists.changes.push_back(std::move(cell));
+        return lists.changes.back().get();
+    });
 }
 
 bool NetworkObservers::TakeChange(void* cell, ANetworkState& state) {
-    ScopedLock lock(_changesLock);
-    auto const found = std::find_if(_changes.begin(), _changes.end(),
-                                    [cell](auto const& change) { return change.get() == cell; });
-    if (found == _changes.end()) {
-        return false;
-    }
-    state = **found;
-    _changes.erase(found);
-    return true;
+    return _lists.WithStanding(false, [&](Lists& lists) {
+        auto const found = std::find_if(lists.changes.begin(), lists.changes.end(),
+                                        [cell](auto const& change) { return change.get() == cell; });
+        if (found == lists.changes.end()) {
+            return false;
+        }
+        state = **found;
+        lists.changes.erase(found);
+        return true;
+    });
 }
 
 void NetworkObservers::TellChange(void* cell) {
+    ScopedLock const turn(_turn);
     ANetworkState state = ANetworkStateNotReachable;
     if (!TakeChange(cell, state)) {
         return;
     }
-    ScopedLock lock(_lock);
-    Walk walk(*this);
-    walk.Tell(state);
-    if (_callback != nullptr) {
-        _callback(state);
+    Walk walk(*this, _lists.With([](Lists& lists) { return lists.observers; }));
+    if (!walk.Tell(state)) {
+        return;
+    }
+    auto* const callback = _lists.With([](Lists& lists) { return lists.callback; });
+    if (callback != nullptr) {
+        callback(state);
     }
 }
 

@@ -6,24 +6,31 @@
 #include <memory>
 #include <vector>
 
+#include "Base/Ubrix/Service.h"
 #include "Platform/Mutex.h"
 
 namespace Ubrix {
 
-// Thread-safe. Two locks, never taken together but in this order: the first guards observers and callback and
-// is held while they are called, so that nobody can leave in the middle of a call from another thread; it is
-// recursive, and they may come back. The second guards the changes under way, and is held for list work only,
-// so that reporting a change never waits for an observer.
+// Thread-safe. Observers and callback are called in the turn of the fan-out: one thread at a time, so that
+// nobody can leave in the middle of a call from another thread. The turn is recursive, and they may come
+// back. Who hears stands from the network's first use to its release, under a lock that is held for list work
+// only, so that reporting a change never waits for an observer. The turn comes before the lock.
 class NetworkObservers {
 public:
+    // The one instance, never destroyed.
+    static NetworkObservers& GetInstance();
+
+    // Makes the network stand. True if it didn't.
+    bool Begin();
+    // Lets go of everybody, and of what has yet to be told: nobody hears of anything from here on, the change
+    // in hand included. Waits for observers that are told on another thread.
+    void End();
+
     void SetCallback(INetwork::Callback callback);
     void Add(CNetworkObserver* observer);
     void Remove(CNetworkObserver* observer);
     // Takes out an observer that is being destroyed: it isn't even told of the change in hand.
     void Forget(CNetworkObserver* observer);
-
-    // Lets go of everybody: nobody hears of anything from here on, the change in hand included.
-    void Close();
 
     // Keeps a change until it is told, and gives the cell that stands for it.
     void* KeepChange(ANetworkState state);
@@ -33,18 +40,23 @@ public:
 
 private:
     using ObserverList = std::vector<CNetworkObserver*>;
+    // What stands between the first use and the release.
+    struct Lists {
+        bool hasBegun = false;
+        ObserverList observers;
+        INetwork::Callback callback = nullptr;
+        std::vector<std::unique_ptr<ANetworkState>> changes;
+    };
     class Walk;
 
+    NetworkObservers();
     bool TakeChange(void* cell, ANetworkState& state);
+    void Erase(CNetworkObserver* observer);
 
-    Platform::RecursiveMutex _lock;
-    ObserverList _observers VC_GUARDED_BY(_lock);
-    INetwork::Callback _callback VC_GUARDED_BY(_lock) = nullptr;
+    Platform::RecursiveMutex _turn;
     // The walks in progress, the innermost last: more than one if an observer runs the host's update.
-    std::vector<Walk*> _walks VC_GUARDED_BY(_lock);
-
-    Platform::RecursiveMutex _changesLock;
-    std::vector<std::unique_ptr<ANetworkState>> _changes VC_GUARDED_BY(_changesLock);
+    std::vector<Walk*> _walks VC_GUARDED_BY(_turn);
+    Service<Lists> _lists;
 };
 
 }  // namespace Ubrix

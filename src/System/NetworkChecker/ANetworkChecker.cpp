@@ -5,15 +5,12 @@
 #include <set>
 #include <utility>
 
-#include "Base/Ubrix/IBase.h"
-#include "Platform/Mutex.h"
+#include "Base/Ubrix/Service.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/NetworkChecker/ResultLines.h"
 #include "System/Thread/ATargetBase.h"
 
 namespace Ubrix {
-
-using Platform::ScopedLock;
 
 namespace {
 
@@ -22,38 +19,40 @@ struct FreeText {
 };
 using HeapText = std::unique_ptr<char, FreeText>;
 
-// The mutex takes the one of the release list inside itself. Never destroyed: tools may report while the
-// process exits.
-struct CheckerHolder {
-    Platform::RecursiveMutex mutex;
-    ANetworkChecker* instance VC_GUARDED_BY(mutex) = nullptr;
-    // Lines that were posted and not yet read.
-    std::set<char*> onTheirWay VC_GUARDED_BY(mutex);
+// Lines that were posted and not yet read. Those that a release finds go with it.
+struct LinesOnTheirWay {
+    LinesOnTheirWay() = default;
+    ~LinesOnTheirWay() {
+        for (char* const line : lines) {
+            std::free(line);
+        }
+    }
+    LinesOnTheirWay(LinesOnTheirWay const&) = delete;
+    LinesOnTheirWay& operator=(LinesOnTheirWay const&) = delete;
+
+    std::set<char*> lines;
 };
 
-CheckerHolder& Holder() {
-    static CheckerHolder& holder = *new CheckerHolder;
-    return holder;
+Service<LinesOnTheirWay>& TheLines() {
+    static auto& lines = *new Service<LinesOnTheirWay>(ANetworkChecker::ReleaseInstance);
+    return lines;
 }
 
-// What a selector carries of the line, which waits in the holder until it is taken: a release frees it there.
+// What a selector carries of the line, which waits among the others until it is taken.
 void* KeepOnItsWay(HeapText text) {
-    CheckerHolder& holder = Holder();
-    ScopedLock const lock(holder.mutex);
     if (text != nullptr) {
-        holder.onTheirWay.insert(text.get());
+        TheLines().With([&text](LinesOnTheirWay& onTheirWay) { onTheirWay.lines.insert(text.get()); });
     }
     return text.release();
 }
 
 HeapText TakeFromItsWay(void* text) {
-    CheckerHolder& holder = Holder();
-    ScopedLock const lock(holder.mutex);
     auto* const kept = static_cast<char*>(text);
-    return HeapText(holder.onTheirWay.erase(kept) != 0 ? kept : nullptr);
+    return HeapText(TheLines().WithStanding(static_cast<char*>(nullptr), [kept](LinesOnTheirWay& onTheirWay) {
+        return onTheirWay.lines.erase(kept) != 0 ? kept : nullptr;
+    }));
 }
 
-// Nothing of the checker is touched: the callback may release it.
 template <class Result>
 void Tell(void* carried, void* callback) {
     HeapText const text = TakeFromItsWay(carried);
@@ -71,37 +70,23 @@ INetworkChecker& INetworkChecker::GetInstance() {
     return ANetworkChecker::GetInstance();
 }
 
+ANetworkChecker& ANetworkChecker::TheObject() {
+    static ANetworkChecker& checker = *new ANetworkChecker;
+    return checker;
+}
+
 ANetworkChecker& ANetworkChecker::GetInstance() {
-    CheckerHolder& holder = Holder();
-    ScopedLock const lock(holder.mutex);
-    if (holder.instance == nullptr) {
-        holder.instance = new ANetworkChecker;
-    }
-    return *holder.instance;
+    TheLines().Share();
+    return TheObject();
 }
 
 void ANetworkChecker::ReleaseInstance() {
-    CheckerHolder& holder = Holder();
-    ANetworkChecker* released = nullptr;
-    // The lines go with their checker: those of the next one are none of this release's business.
-    std::set<char*> dropped;
-    {
-        ScopedLock const lock(holder.mutex);
-        released = std::exchange(holder.instance, nullptr);
-        dropped.swap(holder.onTheirWay);
-    }
-    if (released != nullptr) {
-        RemoveSelectorsFromAllQueues(released);
-        delete released;
-    }
-    for (char* const text : dropped) {
-        std::free(text);
-    }
+    // First, while what is posted still is of the checker that goes.
+    RemoveSelectorsFromAllQueues(&TheObject());
+    TheLines().Release();
 }
 
-ANetworkChecker::ANetworkChecker() : CTargetBase(false) {
-    IBase::AddReleaseCallback(ReleaseInstance);
-}
+ANetworkChecker::ANetworkChecker() : CTargetBase(false) {}
 
 // Where a platform would start its tool.
 void ANetworkChecker::Ping(Word, Word, Word, Word, Word) {}

@@ -13,7 +13,8 @@ namespace Ubrix {
 // A platform's tool runs a diagnostic and hands its outcome over as a line of text; the checker reads the
 // line on the thread that drives the game and tells the callback. On this platform no tool is wired in.
 //
-// One process-wide lock guards the instance and the lines on their way; it isn't held while a callback runs.
+// The object is never destroyed; what stands between its first use and its release is the lines on their way.
+// No lock is held while a callback runs.
 class ANetworkChecker : public CTargetBase, public INetworkChecker {
 public:
     // Receive a result that is valid during the call only, with no lock held. They may call anything here,
@@ -24,7 +25,7 @@ public:
 
     // As INetworkChecker::GetInstance. Any thread.
     static ANetworkChecker& GetInstance();
-    // Deletes the instance; lines on their way are dropped. Waits for a callback that runs on another thread.
+    // Lines on their way are dropped. Waits for a callback that runs on another thread.
     static void ReleaseInstance();
 
     // Do nothing.
@@ -43,6 +44,7 @@ private:
     ANetworkChecker();
     ~ANetworkChecker() override = default;
 
+    static ANetworkChecker& TheObject();
     void OnPingFinish(void* text, void* callback);
     void OnTraceRouteFinish(void* text, void* callback);
     void OnNSLookupFinish(void* text, void* callback);

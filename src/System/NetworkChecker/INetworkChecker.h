@@ -12,8 +12,7 @@ public:
     // Holds an integer or an address.
     using Word = std::intptr_t;
 
-    // The one instance, made at the first call and again after a release. It is gone after the core's
-    // release: don't keep the reference.
+    // The one instance. The object is the same each time and stays valid: it may be kept over a release.
     static INetworkChecker& GetInstance();
 
     virtual void Ping(Word first, Word second, Word third, Word fourth, Word fifth) = 0;
