@@ -32,6 +32,7 @@ void CallTurn::Take(unsigned int depth) {
     _depth += depth;
     if (_whileWaiting == WhileWaiting::GivenUp) {
         t_yielding = this;
+        t_depthGivenUp = 0;
     }
 }
 
@@ -52,7 +53,8 @@ unsigned int CallTurn::GiveUp() {
 }
 
 void CallTurn::TakeBack() {
-    t_yielding->Take(std::exchange(t_depthGivenUp, 0U));
+    // Counts as given up until it is had: to wait for it must not give it up once more.
+    t_yielding->Take(t_depthGivenUp);
 }
 
 CallTurn::Pause::Pause() : _gaveUp(t_yielding != nullptr && t_depthGivenUp == 0) {

@@ -3,6 +3,8 @@
 #include <VelmorCore/Log.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <functional>
 #include <string>
@@ -184,6 +186,35 @@ TEST_F(LogCallbackTest, ACallbackThatWaitsLetsOtherLinesPass) {
         EXPECT_EQ(std::count(got.begin(), got.end(), "other"), 1);
         All().With([](Messages& messages) { messages.clear(); });
     }
+}
+
+// A callback whose wait is over finds the turn taken, and goes on only when it is free again.
+TEST_F(LogCallbackTest, ACallbackGoesOnOnlyInItsTurn) {
+    Event event;
+    std::atomic<bool> otherIsInside{false};
+    int met = 0;
+    Inside() = [&](std::string const& message) {
+        if (message == "here") {
+            std::thread other([] { Say("other"); });
+            event.Wait();
+            met += otherIsInside ? 1 : 0;
+            other.detach();
+        } else if (message == "other") {
+            otherIsInside = true;
+            event.Set();
+            for (int i = 0; i < 1000; ++i) {
+                std::this_thread::yield();
+            }
+            otherIsInside = false;
+        }
+    };
+    constexpr int kRounds = 100;
+    for (int i = 0; i < kRounds; ++i) {
+        Say("here");
+    }
+    EXPECT_EQ(met, 0);
+    EXPECT_TRUE(All().Await(
+        [](Messages const& got) { return std::count(got.begin(), got.end(), "other") == kRounds; }));
 }
 
 TEST_F(LogCallbackTest, WhatIsTooMuchIsTold) {
