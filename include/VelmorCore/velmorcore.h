@@ -2,7 +2,9 @@
  * Every C function of VelmorCore. Valid C11 and C++; the only header that a managed binding needs.
  *
  * Texts are zero-terminated bytes, without a known encoding unless a comment says so. Functions may be called
- * on any thread unless a comment says otherwise. None throws. The library is ready when it is loaded.
+ * on any thread, before, during and after a release, and from any callback, unless a comment says otherwise.
+ * None throws: without memory a function answers neutrally, with null, false or the default, and a setter
+ * keeps what was set before. The library is ready when it is loaded.
  */
 #ifndef VELMORCORE_VELMORCORE_H
 #define VELMORCORE_VELMORCORE_H
@@ -35,14 +37,15 @@ typedef int VelmorCoreLogPriority;
 typedef int VelmorCoreNetworkState;
 #endif
 
-/* ---- Core. These four must not race with each other's first call or with the release. ---- */
+/* ---- Core ---- */
 
-/* The core object, made at the first call. The library owns it. */
+/* The core object, made at the first call. The library owns it; the pointer stays valid over a release. */
 VELMORCORE_API VelmorCoreObject* velmorcore_getInstance(void);
 /* Makes the core if need be. Always 0. */
 VELMORCORE_API int velmorcore_init(void);
 /* Takes the core and all services down, in order, on the calling thread; no transfer is waited for. Harmless
- * without a core. The core may be made again afterwards. Allowed in every callback. */
+ * without a core, and while another call of it is under way, on whichever thread: it returns at once then.
+ * The core may be made again afterwards. */
 VELMORCORE_API void velmorcore_releaseInstance(void);
 /* Makes the core if need be and sets the log level: 0 Debug, 1 Info, 2 Warning, 3 Event, 4 Error, 5 None. */
 VELMORCORE_API void velmorcore_setLogLevel(int level);
@@ -82,10 +85,10 @@ VELMORCORE_API void VelmorCore_DeleteConfigFile(VelmorCoreConfigFile** file);
 
 /* ---- Remote configuration ---- */
 
-/* Sets the server's base URL ("https://host", without the path) and fetches in the background. Always true; a
- * null `url` changes nothing. */
+/* Sets the server's base URL ("https://host", without the path) and fetches in the background. True, but
+ * without memory; a null `url` changes nothing. */
 VELMORCORE_API bool velmorcore_configure_seturl(char const* url);
-/* Forgets the URL and empties the cache. Always true. */
+/* Forgets the URL and empties the cache. True, but without memory. */
 VELMORCORE_API bool velmorcore_configure_clear(void);
 
 /* Read the game's own section of the cache: the one named by the game id, which is the empty name on this

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Base/Ubrix/CoreParameters.h"
+#include "Platform/Boundary.h"
 #include "Platform/Mutex.h"
 
 namespace Ubrix {
@@ -99,7 +100,8 @@ void IBase::RunReleaseCallbacks() {
     }
     std::size_t index = 0;
     for (ReleaseCallback release = Next(index); release != nullptr; release = Next(index)) {
-        release();
+        // One that runs out of memory doesn't keep the others from theirs.
+        AtBoundary(release);
         ++index;
     }
 }

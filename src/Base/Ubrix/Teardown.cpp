@@ -1,5 +1,6 @@
 // The library's one ordered teardown. It runs on the caller's thread.
 #include "Base/Ubrix/IBase.h"
+#include "Platform/Boundary.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Application/Application.h"
 #include "System/PlatformObject/CPlatformObject.h"
@@ -11,12 +12,12 @@ namespace Ubrix {
 void IBase::Release() {
     static char const* const func = "Ubrix::IBase::Release";
     RunReleaseCallbacks();
-    ReleaseHostUpdateQueue();
+    AtBoundary(ReleaseHostUpdateQueue);
     VC_LOG(Info, func, "ISarnetObjectManager::DestroyAll");
     ReleasePlatformObjects();
     VC_LOG(Info, func, "CPlatformObject::ClearEnvironment");
-    CPlatformObject::ClearEnvironment();
-    CApplication::ReleaseInstance();
+    AtBoundary(CPlatformObject::ClearEnvironment);
+    AtBoundary(CApplication::ReleaseInstance);
     delete _instance;
     _instance = nullptr;
 }

@@ -2,6 +2,7 @@
 #include <VelmorCore/Log.h>
 
 #include "Base/Ubrix/CoreParameters.h"
+#include "Platform/Boundary.h"
 #include "Storage/Log/AFileLogger.h"
 #include "Storage/Log/LogThread.h"
 
@@ -13,7 +14,7 @@ constexpr int kHoursKept = 240;
 constexpr int kNoCountLimit = -1;
 
 void RemoveOldLogFiles() {
-    AFileLogger::RemoveOldLogFiles("VelmorCore", kHoursKept, kNoCountLimit);
+    AtBoundary([] { AFileLogger::RemoveOldLogFiles("VelmorCore", kHoursKept, kNoCountLimit); });
 }
 
 }  // namespace
@@ -21,9 +22,10 @@ void RemoveOldLogFiles() {
 UbrixInitializer::UbrixInitializer() : UbrixInitializer("Velmor") {}
 
 UbrixInitializer::UbrixInitializer(char const* name) {
-    CoreParameters::Set(CoreParameters::Field::KitName, AString(name));
-    VelmorLogInit();
-    LogCreateThread(RemoveOldLogFiles, "RemoveOldLogFilesThread");
+    // What memory doesn't last for is left out, and the rest is started all the same.
+    AtBoundary([name] { CoreParameters::Set(CoreParameters::Field::KitName, AString(name)); });
+    AtBoundary(VelmorLogInit);
+    AtBoundary([] { LogCreateThread(RemoveOldLogFiles, "RemoveOldLogFilesThread"); });
 }
 
 }  // namespace Ubrix

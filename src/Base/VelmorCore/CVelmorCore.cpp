@@ -4,6 +4,7 @@
 #include "Base/Ubrix/IBase.h"
 #include "Base/Ubrix/Service.h"
 #include "BuildConstants.h"
+#include "Platform/Boundary.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Ubrix {
@@ -37,19 +38,21 @@ IVelmorCore& IVelmorCore::GetInstance() {
 
 CVelmorCore& CVelmorCore::GetInstance() {
     // Never destroyed: callers may keep it over a release.
-    static auto* const core = new CVelmorCore;
-    if (TheLife().With([](CoreLife& life) { return !std::exchange(life.isGreeted, true); })) {
+    static auto& core = *new CVelmorCore;
+    auto const greet = [](CoreLife& life) { return !std::exchange(life.isGreeted, true); };
+    if (AtBoundary(false, [&greet] { return TheLife().With(greet); })) {
         VC_LOG(Event, "Ubrix::CVelmorCore::CVelmorCore",
                "Hello VelmorCore! OS_TYPE:%s, Version:%s, VersionHash:%s", kOsName, kVersion,
                VELMORCORE_VERSION_HASH);
     }
-    return *core;
+    return core;
 }
 
 void CVelmorCore::ReleaseInstance() {
     constexpr char kFunction[] = "Ubrix::CVelmorCore::~CVelmorCore";
     // A second teardown at a time, from inside the first or on another thread, has nothing to do.
-    if (TheLife().WithStanding(true, [](CoreLife& life) { return std::exchange(life.isEnding, true); })) {
+    auto const end = [](CoreLife& life) { return std::exchange(life.isEnding, true); };
+    if (AtBoundary(true, [&end] { return TheLife().WithStanding(true, end); })) {
         return;
     }
     VC_LOG(Event, kFunction, "CVelmorCore::~CVelmorCore(), start");
@@ -71,11 +74,11 @@ char const* CVelmorCore::GetVersion() {
 }
 
 void CVelmorCore::SetRemoteConfigUrl(char const* url) {
-    Velmor::Configure::GetInstance()->SetUrl(url);
+    AtBoundary([url] { Velmor::Configure::GetInstance()->SetUrl(url); });
 }
 
 void CVelmorCore::ClearRemoteConfigCache() {
-    Velmor::Configure::GetInstance()->Clear();
+    AtBoundary([] { Velmor::Configure::GetInstance()->Clear(); });
 }
 
 }  // namespace Ubrix

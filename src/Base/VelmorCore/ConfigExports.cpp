@@ -4,27 +4,51 @@
 #include <VelmorCore/velmorcore.h>
 
 #include "Base/Configure/ConfigFile.h"
+#include "Base/Ubrix/Service.h"
+#include "Platform/Boundary.h"
 #include "Storage/Bundle/PlatformMetadata.h"
 #include "Storage/Log/LogMacros.h"
 
+using Ubrix::AtBoundary;
+using Ubrix::Service;
+
 namespace {
 
-// The game's own view. Its module is the game id at the time of the first read; it lives as long as the
-// process.
-Velmor::RemoteConfig& GameRemoteConfig() {
-    static auto* const config = new Velmor::RemoteConfig(Ubrix::GameId().c_str());
-    return *config;
+// The game's own view. Its module is the game id at the time of the first read.
+struct GameRemoteConfig {
+    Velmor::RemoteConfig view{Ubrix::GameId().c_str()};
+};
+
+struct DefaultConfigFile {
+    Velmor::ConfigFile file{nullptr};
+};
+
+// Both last as long as the process.
+Velmor::RemoteConfig& TheGameRemoteConfig() {
+    static auto& config = *new Service<GameRemoteConfig>(nullptr);
+    return config.Share()->view;
+}
+
+VelmorCoreConfigFile* TheDefaultConfigFile() {
+    static auto& file = *new Service<DefaultConfigFile>(nullptr);
+    return &file.Share()->file;
+}
+
+// What a read gives, or its default.
+template <class Result, class Read>
+Result ReadGameConfig(Result otherwise, Read const& read) {
+    return AtBoundary(otherwise, [&read] { return read(TheGameRemoteConfig()); });
 }
 
 }  // namespace
 
 VelmorCoreConfigFile* VelmorCore_GetDefaultHandler() {
-    static auto* const file = new Velmor::ConfigFile(nullptr);
-    return file;
+    return AtBoundary(static_cast<VelmorCoreConfigFile*>(nullptr), TheDefaultConfigFile);
 }
 
 VelmorCoreConfigFile* VelmorCore_NewConfigFile(char const* name) {
-    return new Velmor::ConfigFile(name);
+    return AtBoundary(static_cast<VelmorCoreConfigFile*>(nullptr),
+                      [name] { return new Velmor::ConfigFile(name); });
 }
 
 void VelmorCore_DeleteConfigFile(VelmorCoreConfigFile** file) {
@@ -36,32 +60,31 @@ void VelmorCore_DeleteConfigFile(VelmorCoreConfigFile** file) {
 
 bool velmorcore_configure_seturl(char const* url) {
     VC_LOG(Info, "velmorcore_configure_seturl", "velmorcore_configure_seturl");
-    Velmor::Configure::GetInstance()->SetUrl(url);
-    return true;
+    return AtBoundary([url] { Velmor::Configure::GetInstance()->SetUrl(url); });
 }
 
 bool velmorcore_configure_clear() {
     VC_LOG(Info, "velmorcore_configure_clear", "velmorcore_configure_clear");
-    Velmor::Configure::GetInstance()->Clear();
-    return true;
+    return AtBoundary([] { Velmor::Configure::GetInstance()->Clear(); });
 }
 
 int ubrix_remoteconfig_GetInt(char const* key, int defaultValue) {
-    return GameRemoteConfig().GetInt(key, defaultValue);
+    return ReadGameConfig(defaultValue, [=](auto& config) { return config.GetInt(key, defaultValue); });
 }
 
 int64_t ubrix_remoteconfig_GetLong(char const* key, int64_t defaultValue) {
-    return GameRemoteConfig().GetLong(key, defaultValue);
+    return ReadGameConfig(defaultValue, [=](auto& config) { return config.GetLong(key, defaultValue); });
 }
 
 double ubrix_remoteconfig_GetDouble(char const* key, double defaultValue) {
-    return GameRemoteConfig().GetDouble(key, defaultValue);
+    return ReadGameConfig(defaultValue, [=](auto& config) { return config.GetDouble(key, defaultValue); });
 }
 
 bool ubrix_remoteconfig_GetBool(char const* key, bool defaultValue) {
-    return GameRemoteConfig().GetBool(key, defaultValue);
+    return ReadGameConfig(defaultValue, [=](auto& config) { return config.GetBool(key, defaultValue); });
 }
 
 bool ubrix_remoteconfig_GetString(char const* key, char* value, int size, char const* defaultValue) {
-    return GameRemoteConfig().GetString(key, value, &size, defaultValue);
+    return ReadGameConfig(false,
+                          [&](auto& config) { return config.GetString(key, value, &size, defaultValue); });
 }

@@ -5,15 +5,19 @@
 
 #include <cstring>
 
+#include "Platform/Boundary.h"
 #include "Storage/Log/LogMacros.h"
 
+using Ubrix::AtBoundary;
+
 VelmorCoreObject* velmorcore_getInstance() {
-    return &Ubrix::IVelmorCore::GetInstance();
+    return AtBoundary(static_cast<VelmorCoreObject*>(nullptr),
+                      [] { return &Ubrix::IVelmorCore::GetInstance(); });
 }
 
 int velmorcore_init() {
     VC_LOG(Event, "velmorcore_init", "velmorcore_init");
-    return Ubrix::IVelmorCore::GetInstance().Initialize();
+    return AtBoundary(0, [] { return Ubrix::IVelmorCore::GetInstance().Initialize(); });
 }
 
 void velmorcore_releaseInstance() {
@@ -23,7 +27,7 @@ void velmorcore_releaseInstance() {
 
 void velmorcore_setLogLevel(int level) {
     VC_LOG(Event, "velmorcore_setLogLevel", "velmorcore_setLogLevel:%d", level);
-    Ubrix::IVelmorCore::GetInstance().SetLogLevel(level);
+    AtBoundary([level] { Ubrix::IVelmorCore::GetInstance().SetLogLevel(level); });
 }
 
 void VelmorSDKLog_setLogLevel(char const* module, int level) {

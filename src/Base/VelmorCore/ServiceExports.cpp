@@ -5,8 +5,11 @@
 
 #include <cstring>
 
+#include "Platform/Boundary.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Thread/ATargetBase.h"
+
+using Ubrix::AtBoundary;
 
 void ubrix_target_unity_enable_ui_update() {
     Ubrix::EnableUiUpdate();
@@ -17,12 +20,15 @@ void ubrix_target_unity_update() {
 }
 
 VelmorCoreNetworkState ubrix_network_GetNetworkState() {
-    return Ubrix::CNetwork::GetInstance().GetNetworkState();
+    return AtBoundary(Ubrix::ANetworkStateReachable,
+                      [] { return Ubrix::CNetwork::GetInstance().GetNetworkState(); });
 }
 
 bool ubrix_network_GetDetailNetworkInfo(char* buffer, int size) {
     Ubrix::AString encoded;
-    Ubrix::CNetwork::GetInstance().GetDetailNetworkInfo().Encode(encoded);
+    if (!AtBoundary([&] { Ubrix::CNetwork::GetInstance().GetDetailNetworkInfo().Encode(encoded); })) {
+        return false;
+    }
     if (buffer == nullptr || size <= encoded.length()) {
         VC_LOG(Error, "ubrix_network_GetDetailNetworkInfo", "network_GetDetailNetworkInfo data.size+1>size");
         return false;
@@ -32,12 +38,13 @@ bool ubrix_network_GetDetailNetworkInfo(char* buffer, int size) {
 }
 
 void ubrix_network_SetNetworkChangedCallback(VelmorCoreNetworkCallback callback) {
-    Ubrix::CNetwork::GetInstance().SetCallback(callback);
+    AtBoundary([callback] { Ubrix::CNetwork::GetInstance().SetCallback(callback); });
 }
 
 bool Ubrix_system_GetUUID(char* buffer, int size) {
     VC_LOG(Info, "Ubrix_system_GetUUID", "Ubrix_system_GetUUID");
-    char const* id = Ubrix::CSystem::GetUdid();
+    char const* const id =
+        AtBoundary(static_cast<char const*>(nullptr), [] { return Ubrix::CSystem::GetUdid(); });
     std::size_t const length = id != nullptr ? std::strlen(id) : 0;
     if (id == nullptr || buffer == nullptr || size < 0 || length + 1 > static_cast<std::size_t>(size)) {
         VC_LOG(Error, "Ubrix_system_GetUUID", "Ubrix_system_GetUUID len>size");
