@@ -60,7 +60,8 @@ public:
     virtual void OnNetworkStateChanged(ANetworkState state);
 
 protected:
-    // Takes the oldest state that was kept. False, with `state` as it was, if there is none. Any thread.
+    // Takes the oldest state that was kept; none is kept when memory runs out. False, with `state` as it was,
+    // if there is none. Any thread.
     bool PopStateFromChangedList(ANetworkState& state);
     // How many states are kept. Any thread.
     int CountOfChangedStates();

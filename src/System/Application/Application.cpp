@@ -8,7 +8,7 @@
 
 namespace Ubrix {
 
-using Platform::ScopedLock;
+using Platform::ScopedTurn;
 
 IApplicationObserver::IApplicationObserver() {
     CApplication::GetInstance().AddObserver(this);
@@ -26,7 +26,7 @@ CApplication& CApplication::GetInstance() {
 
 void CApplication::ReleaseInstance() {
     CApplication& application = GetInstance();
-    ScopedLock const turn(application._turn);
+    ScopedTurn const turn(application._turn);
     application._observers.clear();
     for (Walk& walk : application._walks) {
         walk = {0, 0};
@@ -37,23 +37,22 @@ void CApplication::AddObserver(IApplicationObserver* observer) {
     if (observer == nullptr) {
         return;
     }
-    ScopedLock const turn(_turn);
-    VC_LOG(Info, "Ubrix::CApplication::AddObserver", "CApplication::AddObserver:%p",
-           static_cast<void*>(observer));
+    ScopedTurn const turn(_turn);
+    constexpr char kFunction[] = "Ubrix::CApplication::AddObserver";
+    VC_LOG(Info, kFunction, "CApplication::AddObserver:%p", static_cast<void*>(observer));
     if (std::find(_observers.begin(), _observers.end(), observer) != _observers.end()) {
         return;
     }
-    VC_LOG(Info, "Ubrix::CApplication::AddObserver", "CApplication::AddObserver:%p",
-           static_cast<void*>(observer));
+    // In one step with the look: a log callback may come back here.
     _observers.push_back(observer);
-    VC_LOG(Info, "Ubrix::CApplication::AddObserver", "CApplication::size:%d",
-           static_cast<int>(_observers.size()));
+    VC_LOG(Info, kFunction, "CApplication::AddObserver:%p", static_cast<void*>(observer));
+    VC_LOG(Info, kFunction, "CApplication::size:%d", static_cast<int>(_observers.size()));
 }
 
 void CApplication::RemoveObserver(IApplicationObserver* observer) {
     VC_LOG(Info, "Ubrix::CApplication::RemoveObserver", "CApplication::RemoveObserver:%p",
            static_cast<void*>(observer));
-    ScopedLock const turn(_turn);
+    ScopedTurn const turn(_turn);
     auto const found = std::find(_observers.begin(), _observers.end(), observer);
     if (found == _observers.end()) {
         return;
@@ -75,7 +74,7 @@ void CApplication::LifecycleEvent2() {
 }
 
 void CApplication::OnPause() {
-    ScopedLock const turn(_turn);
+    ScopedTurn const turn(_turn);
     VC_LOG(Info, "Ubrix::CApplication::OnPause", "CApplication::OnPause Observersize:%d",
            static_cast<int>(_observers.size()));
     FanOut(&IApplicationObserver::OnPause);
@@ -96,7 +95,7 @@ void CApplication::Terminate() {
 }
 
 void CApplication::FanOut(Event event) {
-    ScopedLock const turn(_turn);
+    ScopedTurn const turn(_turn);
     _walks.push_back({0, _observers.size()});
     while (_walks.back().next < _walks.back().end) {
         IApplicationObserver* const observer = _observers[_walks.back().next++];

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "Platform/Mutex.h"
+#include "Platform/CallTurn.h"
 
 namespace Ubrix {
 
@@ -68,7 +68,7 @@ private:
     CApplication() = default;
     void FanOut(Event event);
 
-    Platform::RecursiveMutex _turn;
+    Platform::CallTurn _turn;
     std::vector<IApplicationObserver*> _observers VC_GUARDED_BY(_turn);
     // The innermost last: more than one if an observer reports an event itself.
     std::vector<Walk> _walks VC_GUARDED_BY(_turn);

@@ -1,5 +1,6 @@
 #include <VelmorCore/Network.h>
 
+#include "Platform/Boundary.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Network/NetworkObservers.h"
 #include "System/Thread/ATargetBase.h"
@@ -19,7 +20,7 @@ CNetwork& CNetwork::TheObject() {
 
 CNetwork& CNetwork::GetInstance() {
     CNetwork& network = TheObject();
-    if (NetworkObservers::GetInstance().Begin()) {
+    if (AtBoundary(false, [] { return NetworkObservers::GetInstance().Begin(); })) {
         network.init();
     }
     return network;
@@ -48,11 +49,11 @@ _tagADetailNetworkInfo CNetwork::GetDetailNetworkInfo() {
 }
 
 void CNetwork::SetCallback(Callback callback) {
-    NetworkObservers::GetInstance().SetCallback(callback);
+    AtBoundary([callback] { NetworkObservers::GetInstance().SetCallback(callback); });
 }
 
 void CNetwork::AddObserver(CNetworkObserver* observer) {
-    NetworkObservers::GetInstance().Add(observer);
+    AtBoundary([observer] { NetworkObservers::GetInstance().Add(observer); });
 }
 
 void CNetwork::RemoveObserver(CNetworkObserver* observer) {
@@ -62,8 +63,10 @@ void CNetwork::RemoveObserver(CNetworkObserver* observer) {
 void CNetwork::OnNetworkStateChanged(ANetworkState state) {
     VC_LOG(Event, "Ubrix::CNetwork::OnNetworkStateChanged", "OnNetworkStateChanged to:%d",
            static_cast<int>(state));
-    PostSelectorToUiThread(this, &CNetwork::OnNetworkStateChangedOnUIThread,
-                           NetworkObservers::GetInstance().KeepChange(state));
+    AtBoundary([=] {
+        PostSelectorToUiThread(this, &CNetwork::OnNetworkStateChangedOnUIThread,
+                               NetworkObservers::GetInstance().KeepChange(state));
+    });
 }
 
 void CNetwork::OnNetworkStateChangedOnUIThread(void* cell) {

@@ -3,6 +3,7 @@
 #include <deque>
 #include <memory>
 
+#include "Platform/Boundary.h"
 #include "Platform/Mutex.h"
 #include "System/Network/NetworkObservers.h"
 
@@ -15,9 +16,11 @@ struct NetworkStateList {
 };
 
 CNetworkObserver::CNetworkObserver() : _changedStates(nullptr), _lock(nullptr) {
-    auto states = std::make_unique<NetworkStateList>();
-    _lock = new Platform::RecursiveMutex;
-    _changedStates = states.release();
+    AtBoundary([this] {
+        auto states = std::make_unique<NetworkStateList>();
+        _lock = new Platform::RecursiveMutex;
+        _changedStates = states.release();
+    });
 }
 
 CNetworkObserver::~CNetworkObserver() {
@@ -27,12 +30,17 @@ CNetworkObserver::~CNetworkObserver() {
 }
 
 void CNetworkObserver::OnNetworkStateChanged(ANetworkState state) {
-    ScopedLock lock(*_lock);
-    _changedStates->states.push_back(state);
+    if (_changedStates != nullptr) {
+        ScopedLock const lock(*_lock);
+        AtBoundary([this, state] { _changedStates->states.push_back(state); });
+    }
 }
 
 bool CNetworkObserver::PopStateFromChangedList(ANetworkState& state) {
-    ScopedLock lock(*_lock);
+    if (_changedStates == nullptr) {
+        return false;
+    }
+    ScopedLock const lock(*_lock);
     if (_changedStates->states.empty()) {
         return false;
     }
@@ -42,7 +50,10 @@ bool CNetworkObserver::PopStateFromChangedList(ANetworkState& state) {
 }
 
 int CNetworkObserver::CountOfChangedStates() {
-    ScopedLock lock(*_lock);
+    if (_changedStates == nullptr) {
+        return 0;
+    }
+    ScopedLock const lock(*_lock);
     return static_cast<int>(_changedStates->states.size());
 }
 

@@ -1,10 +1,14 @@
 #include "System/Network/NetworkObservers.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "Platform/Boundary.h"
 
 namespace Ubrix {
 
-using Platform::ScopedLock;
+using Platform::ScopedTurn;
 
 // A walk over a copy of the list. Observers that die meanwhile become null in it.
 class NetworkObservers::Walk {
@@ -14,7 +18,7 @@ public:
         _owner._walks.push_back(this);
     }
     ~Walk() {
-        ScopedLock const turn(_owner._turn);
+        ScopedTurn const turn(_owner._turn);
         _owner._walks.pop_back();
     }
     Walk(Walk const&) = delete;
@@ -55,7 +59,7 @@ bool NetworkObservers::Begin() {
 }
 
 void NetworkObservers::End() {
-    ScopedLock const turn(_turn);
+    ScopedTurn const turn(_turn);
     for (Walk* walk : _walks) {
         walk->End();
     }
@@ -63,12 +67,12 @@ void NetworkObservers::End() {
 }
 
 void NetworkObservers::SetCallback(INetwork::Callback callback) {
-    ScopedLock const turn(_turn);
+    ScopedTurn const turn(_turn);
     _lists.With([callback](Lists& lists) { lists.callback = callback; });
 }
 
 void NetworkObservers::Add(CNetworkObserver* observer) {
-    ScopedLock const turn(_turn);
+    ScopedTurn const turn(_turn);
     _lists.With([observer](Lists& lists) {
         ObserverList& all = lists.observers;
         if (std::find(all.begin(), all.end(), observer) == all.end()) {
@@ -78,12 +82,12 @@ void NetworkObservers::Add(CNetworkObserver* observer) {
 }
 
 void NetworkObservers::Remove(CNetworkObserver* observer) {
-    ScopedLock const turn(_turn);
+    ScopedTurn const turn(_turn);
     Erase(observer);
 }
 
 void NetworkObservers::Forget(CNetworkObserver* observer) {
-    ScopedLock const turn(_turn);
+    ScopedTurn const turn(_turn);
     Erase(observer);
     for (Walk* walk : _walks) {
         walk->Forget(observer);
@@ -120,16 +124,23 @@ bool NetworkObservers::TakeChange(void* cell, ANetworkState& state) {
 }
 
 void NetworkObservers::TellChange(void* cell) {
-    ScopedLock const turn(_turn);
+    ScopedTurn const turn(_turn);
     ANetworkState state = ANetworkStateNotReachable;
-    if (!TakeChange(cell, state)) {
-        return;
+    std::optional<Walk> walk;
+    // The calls stand outside: what observers throw is their own.
+    bool const isReady = AtBoundary(false, [&]() VC_REQUIRES(_turn) {
+        walk.emplace(*this,
+                     _lists.WithStanding(ObserverList(), [](Lists& lists) { return lists.observers; }));
+        return TakeChange(cell, state);
+    });
+    if (isReady && walk->Tell(state)) {
+        TellCallback(state);
     }
-    Walk walk(*this, _lists.With([](Lists& lists) { return lists.observers; }));
-    if (!walk.Tell(state)) {
-        return;
-    }
-    auto* const callback = _lists.With([](Lists& lists) { return lists.callback; });
+}
+
+void NetworkObservers::TellCallback(ANetworkState state) {
+    INetwork::Callback const callback = _lists.WithStanding(static_cast<INetwork::Callback>(nullptr),
+                                                            [](Lists& lists) { return lists.callback; });
     if (callback != nullptr) {
         callback(state);
     }

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Base/Ubrix/Service.h"
-#include "Platform/Mutex.h"
+#include "Platform/CallTurn.h"
 
 namespace Ubrix {
 
@@ -52,8 +52,9 @@ private:
     NetworkObservers();
     bool TakeChange(void* cell, ANetworkState& state);
     void Erase(CNetworkObserver* observer);
+    void TellCallback(ANetworkState state);
 
-    Platform::RecursiveMutex _turn;
+    Platform::CallTurn _turn;
     // The walks in progress, the innermost last: more than one if an observer runs the host's update.
     std::vector<Walk*> _walks VC_GUARDED_BY(_turn);
     Service<Lists> _lists;

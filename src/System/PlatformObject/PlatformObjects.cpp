@@ -2,28 +2,33 @@
 
 #include <array>
 
-#include "Platform/Mutex.h"
+#include "Base/Ubrix/Service.h"
 #include "System/PlatformObject/CPlatformClassRegistry.h"
 #include "System/PlatformObject/CPlatformObject.h"
 
 namespace Ubrix {
 
-using Platform::ScopedLock;
-
 namespace {
 
-using ManagerPointer = std::shared_ptr<CPlatformObjectManager>;
-using Managers = std::array<ManagerPointer, 3>;
+// The three managers, by role. They go in the order of their roles.
+struct Managers {
+    Managers() = default;
+    ~Managers() {
+        for (auto& manager : all) {
+            manager.reset();
+        }
+    }
+    Managers(Managers const&) = delete;
+    Managers& operator=(Managers const&) = delete;
 
-// Indexed by role. The lock guards the pointers only. Never destroyed: threads may outlive main.
-struct ManagerHolder {
-    Platform::RecursiveMutex lock;
-    Managers managers VC_GUARDED_BY(lock);
+    std::array<std::shared_ptr<CPlatformObjectManager>, 3> all{std::make_shared<CPlatformObjectManager>(),
+                                                               std::make_shared<CPlatformObjectManager>(),
+                                                               std::make_shared<CPlatformObjectManager>()};
 };
 
-ManagerHolder& Holder() {
-    static ManagerHolder& holder = *new ManagerHolder;
-    return holder;
+Service<Managers>& TheManagers() {
+    static auto& managers = *new Service<Managers>(nullptr);
+    return managers;
 }
 
 // True if an object was made.
@@ -40,14 +45,9 @@ bool AddInRole(PlatformObjectRole role, char const* className, char const* suffi
 
 }  // namespace
 
-ManagerPointer PlatformObjectManager(PlatformObjectRole role) {
-    ManagerHolder& holder = Holder();
-    ScopedLock const lock(holder.lock);
-    ManagerPointer& manager = holder.managers.at(static_cast<std::size_t>(role));
-    if (manager == nullptr) {
-        manager = std::make_shared<CPlatformObjectManager>();
-    }
-    return manager;
+std::shared_ptr<CPlatformObjectManager> PlatformObjectManager(PlatformObjectRole role) {
+    return TheManagers().With(
+        [role](Managers& managers) { return managers.all.at(static_cast<std::size_t>(role)); });
 }
 
 bool AddPlatformObject(long long objectId, char const* className) {
@@ -66,19 +66,14 @@ void RemovePlatformObject(long long objectId) {
 }
 
 void ReleasePlatformObjects() {
-    for (PlatformObjectRole const role :
-         {PlatformObjectRole::Main, PlatformObjectRole::Request, PlatformObjectRole::Response}) {
-        PlatformObjectManager(role)->DestroyAll();
+    std::shared_ptr<Managers> const managers = TheManagers().ShareIfStanding();
+    if (managers == nullptr) {
+        return;
     }
-    Managers released;
-    {
-        ManagerHolder& holder = Holder();
-        ScopedLock const lock(holder.lock);
-        released.swap(holder.managers);
+    for (auto const& manager : managers->all) {
+        manager->DestroyAll();
     }
-    for (ManagerPointer& manager : released) {
-        manager.reset();
-    }
+    TheManagers().Release();
 }
 
 }  // namespace Ubrix
