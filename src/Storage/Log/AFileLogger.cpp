@@ -1,9 +1,12 @@
 #include "Storage/Log/AFileLogger.h"
 
+#include <VelmorCore/File.h>
+
 #include <cstdio>
 #include <cstring>
 #include <new>
 
+#include "Platform/Directory.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Time/ClockSource.h"
@@ -13,16 +16,21 @@ namespace Ubrix {
 namespace {
 
 constexpr char kLogFunction[] = "Ubrix::AFileLogger::Log2File";
-constexpr char kRootDirectory[] = "VelmorSDKLog";
-// A longer module name leaves no room for itself in a file name.
-constexpr int kLongestNameInFile = 109;
 
 bool SameHour(Platform::CalendarTime const& a, Platform::CalendarTime const& b) {
     return a.hour == b.hour && a.day == b.day && a.month == b.month && a.year == b.year;
 }
 
+long long LengthOf(std::FILE* file) {
+    return std::fseek(file, 0, SEEK_END) == 0 ? std::ftell(file) : 0;
+}
+
+bool Stands(AString const& directory) {
+    return Platform::Directory(directory.c_str()).IsOpen();
+}
+
 bool EnsureDirectoryAt(AString const& path) {
-    if (CFile::Exist(path.c_str()) || CPath::CreatePath(path.c_str())) {
+    if (Stands(path) || Platform::MakeDirectory(path.c_str())) {
         return true;
     }
     VC_LOG_CONSOLE(Error, kLogFunction, "CreatePath %s failed!", ForeignText(path.c_str()).c_str());
@@ -63,17 +71,17 @@ void AFileLogger::Write(void const* data, unsigned int length, Platform::Calenda
     if (!EnsureFile(newHour, now) || !EnsureRoom()) {
         return;
     }
-    _file->Append(data, length);
-    // A process that dies keeps its last line.
-    _file->Flush();
-    if (_sync == 0) {
+    // A process that dies keeps its last line. After a failure the file is looked at anew: half of the text
+    // may have gone out.
+    bool const written = std::fwrite(data, 1, length, _file.get()) == length && std::fflush(_file.get()) == 0;
+    if (!written || _sync == 0) {
         _file.reset();
     }
 }
 
 // A file that stands where it was opened has its directory: only a missing one asks for more.
 bool AFileLogger::EnsureFile(bool newHour, Platform::CalendarTime const& now) {
-    if (!newHour && _file != nullptr && _file->Exist()) {
+    if (!newHour && FileStands()) {
         return true;
     }
     if (!EnsureDirectory()) {
@@ -84,7 +92,7 @@ bool AFileLogger::EnsureFile(bool newHour, Platform::CalendarTime const& now) {
         return false;
     }
     // Somebody may have deleted it again at once.
-    if (!_file->Exist()) {
+    if (!FileStands()) {
         VC_LOG_CONSOLE(Error, kLogFunction, "_logFile is null or file not exist");
         return false;
     }
@@ -92,7 +100,7 @@ bool AFileLogger::EnsureFile(bool newHour, Platform::CalendarTime const& now) {
 }
 
 bool AFileLogger::EnsureDirectory() {
-    if (!_directory.empty() && CFile::Exist(_directory.c_str())) {
+    if (!_directory.empty() && Stands(_directory)) {
         return true;
     }
     char const* cache = CPath::GetCachePath();
@@ -112,8 +120,12 @@ bool AFileLogger::EnsureDirectory() {
     return true;
 }
 
+bool AFileLogger::FileStands() const {
+    return _file != nullptr && Platform::PathExists(_filePath.c_str());
+}
+
 bool AFileLogger::EnsureRoom() {
-    if (_sizeLimit <= 0 || static_cast<long long>(_file->GetLength()) <= _sizeLimit) {
+    if (_sizeLimit <= 0 || LengthOf(_file.get()) <= _sizeLimit) {
         return true;
     }
     if (_exceedOperation == RefuseLines) {
@@ -123,21 +135,19 @@ bool AFileLogger::EnsureRoom() {
     if (_exceedOperation != RestartFile) {
         return true;
     }
-    _file->Close();
-    // If another process holds the file, this one text is lost: the next write opens it again.
-    bool const removed = _file->Remove();
     _file.reset();
-    return removed && OpenFileOfHour();
+    // If another process holds the file, this one text is lost: the next write opens it again.
+    return Platform::DeleteFileAt(_filePath.c_str()) && OpenFileOfHour();
 }
 
 bool AFileLogger::OpenFileOfHour() {
-    AString path;
-    if (!FilePathByTime(path)) {
+    _file.reset();
+    if (!FilePathByTime(_filePath)) {
         VC_LOG_CONSOLE(Error, kLogFunction, "GetFilePathByTime failed!");
         return false;
     }
-    _file = std::make_unique<CFile>();
-    if (_file->Open(path.c_str(), FileModeAppend)) {
+    _file = Platform::OpenPrivateForAppending(_filePath.c_str());
+    if (_file != nullptr && EndHalfLine()) {
         return true;
     }
     VC_LOG_CONSOLE(Error, "Ubrix::AFileLogger::_OpenLogFile", "Failed to Open log files");
@@ -146,14 +156,28 @@ bool AFileLogger::OpenFileOfHour() {
     return false;
 }
 
+// What a killed process left of its last line mustn't become the head of the next. Blocks need no such thing.
+bool AFileLogger::EndHalfLine() {
+    if (_sync == 0 || std::fseek(_file.get(), -1, SEEK_END) != 0) {
+        return true;
+    }
+    int const last = std::fgetc(_file.get());
+    return std::fseek(_file.get(), 0, SEEK_END) == 0 &&
+           (last == '\n' || last == EOF || std::fputc('\n', _file.get()) != EOF);
+}
+
+char const* AFileLogger::FilePrefix(char const* name) {
+    return std::strlen(name) <= kLongestNameInFile ? name : "Ubrix";
+}
+
 bool AFileLogger::FilePathByTime(AString& path) const {
     if (_lastTime == nullptr || _directory.empty()) {
         return false;
     }
-    char const* name = _name.length() <= kLongestNameInFile ? _name.c_str() : "Ubrix";
     char fileName[128];
-    std::snprintf(fileName, sizeof fileName, "%s_%4d%02d%02d%02d.%s", name, _lastTime->year, _lastTime->month,
-                  _lastTime->day, _lastTime->hour, _sync != 0 ? "log" : "xlog");
+    std::snprintf(fileName, sizeof fileName, "%s_%4d%02d%02d%02d.%s", FilePrefix(_name.c_str()),
+                  _lastTime->year, _lastTime->month, _lastTime->day, _lastTime->hour,
+                  _sync != 0 ? "log" : "xlog");
     path = _directory;
     CPath::AppendSubPath(path, fileName);
     return true;

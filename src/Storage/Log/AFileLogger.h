@@ -2,19 +2,22 @@
 // <cache>/VelmorSDKLog/<module>/<module>_<YYYYMMDDHH>.log.
 #pragma once
 
-#include <VelmorCore/File.h>
 #include <VelmorCore/Object.h>
 
 #include <memory>
 #include <string>
 
 #include "Platform/Clock.h"
+#include "Platform/FileSystem.h"
 #include "Platform/Mutex.h"
 
 namespace Ubrix {
 
 // Thread-safe. Failures, want of memory included, cost the text at hand and are told on the console, since a
 // failing log file can't tell of itself; the next write starts afresh.
+//
+// Lines hold what others may not read, so the files and their directories are this user's alone, and no link
+// at the place of a file or of the two directories is followed.
 class AFileLogger {
 public:
     // What happens when the file is longer than the limit.
@@ -32,8 +35,8 @@ public:
     void Log2File(char const* text);
 
     // Deletes the oldest files of the module `name` beyond `maxCount` (a negative count sets no limit), then
-    // all that are older than `hours`. Anything else in the module's directory counts as older than any
-    // limit.
+    // all that are older than `hours`. Only files that are named as this class names that module's count;
+    // a Warning line on the console tells of each other one.
     static void RemoveOldLogFiles(char const* name, int hours, int maxCount);
 
     // The time that a bare file name declares, in seconds since 1970-01-01 UTC; 0, with a Warning line, for a
@@ -41,17 +44,26 @@ public:
     static long long GetLogFileTimeStamp(std::string const& fileName);
 
 private:
+    static constexpr char kRootDirectory[] = "VelmorSDKLog";
+    // A longer module name leaves no room for itself in a file name.
+    static constexpr std::size_t kLongestNameInFile = 109;
+
+    static char const* FilePrefix(char const* name);
+    static void Sweep(char const* name, int hours, int maxCount);
     void Write(void const* data, unsigned int length, Platform::CalendarTime const& now) VC_REQUIRES(_lock);
     bool EnsureDirectory() VC_REQUIRES(_lock);
     bool EnsureFile(bool newHour, Platform::CalendarTime const& now) VC_REQUIRES(_lock);
+    bool FileStands() const VC_REQUIRES(_lock);
     bool EnsureRoom() VC_REQUIRES(_lock);
     bool OpenFileOfHour() VC_REQUIRES(_lock);
     bool FilePathByTime(AString& path) const VC_REQUIRES(_lock);
+    bool EndHalfLine() VC_REQUIRES(_lock);
 
     // Guards everything below that changes, and is held for the length of a write: that keeps lines whole.
     // Under it only the file system and the console are called.
     Platform::RecursiveMutex _lock;
-    std::unique_ptr<CFile> _file VC_GUARDED_BY(_lock);
+    Platform::OpenFile _file VC_GUARDED_BY(_lock);
+    AString _filePath VC_GUARDED_BY(_lock);
     std::unique_ptr<Platform::CalendarTime> _lastTime VC_GUARDED_BY(_lock);
     AString _directory VC_GUARDED_BY(_lock);
     AString const _name;

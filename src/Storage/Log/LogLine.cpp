@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "Platform/Console.h"
+#include "Platform/LastError.h"
 #include "Platform/Thread.h"
 #include "System/Time/ClockSource.h"
 
@@ -37,6 +38,13 @@ char const* BaseName(char const* file) {
 }
 
 }  // namespace
+
+void FormatMessage(LogText& text, char const* format, std::va_list arguments) {
+    Platform::LastErrorKeeper const keeper;
+    if (std::vsnprintf(text, sizeof text, format, arguments) < 0) {
+        std::snprintf(text, sizeof text, "%s", format);
+    }
+}
 
 void FormatLogLine(LogText& line, ALogPriority level, char const* module, char const* file,
                    unsigned int number, char const* func, char const* message) {

@@ -1,10 +1,15 @@
 // The retention side of AFileLogger: which files a module's directory keeps.
+#include <VelmorCore/File.h>
+
 #include <algorithm>
+#include <new>
 #include <string>
 #include <vector>
 
+#include "Platform/Directory.h"
 #include "Storage/Log/AFileLogger.h"
 #include "Storage/Log/ForeignText.h"
+#include "Storage/Log/LineBudget.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Time/ClockSource.h"
 
@@ -13,6 +18,10 @@ namespace Ubrix {
 namespace {
 
 constexpr char kStampFunction[] = "GetLogFileTimeStamp";
+constexpr char kSweepFunction[] = "Ubrix::AFileLogger::RemoveOldLogFiles";
+
+// YYYYMMDDHH.
+constexpr std::size_t kTimeLength = 10;
 
 struct StampedFile {
     std::string name;
@@ -33,7 +42,7 @@ std::vector<std::string> Pieces(std::string const& text, char separator) {
 }
 
 bool IsTimeText(std::string const& text) {
-    return text.size() == 10 &&
+    return text.size() == kTimeLength &&
            std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
@@ -41,20 +50,41 @@ int DigitsAt(std::string const& text, std::size_t first, std::size_t count) {
     return std::stoi(text.substr(first, count));
 }
 
-void RemoveFile(std::string const& directory, std::string const& name) {
-    AString path(directory.c_str());
-    CPath::AppendSubPath(path, name.c_str());
-    CFile::Remove(path.c_str());
+bool IsExtension(std::string const& text) {
+    return text == "log" || text == "xlog";
 }
 
-// The directory's files with the times of their names, oldest first. Each name is read once, so a foreign one
-// is reported once.
-std::vector<StampedFile> FilesByAge(AArray const& names) {
-    std::vector<StampedFile> files;
-    for (int i = 0; i < names.Count(); ++i) {
-        std::string const name = names.CStringAtIndex(i);
-        files.push_back({name, AFileLogger::GetLogFileTimeStamp(name)});
+long long TimeOf(std::string const& text) {
+    Platform::CalendarTime const calendar{
+        DigitsAt(text, 0, 4), DigitsAt(text, 4, 2), DigitsAt(text, 6, 2), DigitsAt(text, 8, 2), 0, 0, 0};
+    return Platform::CalendarToEpoch(calendar, Platform::DaylightSaving::Standard);
+}
+
+// The time of a file that is named `<prefix>_<time>.<extension>`. False for any other name.
+bool ReadOwnName(std::string const& name, std::string const& prefix, long long& stamp) {
+    std::size_t const time = prefix.size() + 1;
+    std::size_t const point = time + kTimeLength;
+    if (name.size() <= point || name.compare(0, time, prefix + "_") != 0 || name[point] != '.' ||
+        !IsTimeText(name.substr(time, kTimeLength)) || !IsExtension(name.substr(point + 1))) {
+        return false;
     }
+    stamp = TimeOf(name.substr(time, kTimeLength));
+    return true;
+}
+
+// The module's own files with the times of their names, oldest first.
+std::vector<StampedFile> FilesByAge(std::vector<std::string> const& names, std::string const& prefix) {
+    std::vector<StampedFile> files;
+    LineBudget foreign;
+    for (std::string const& name : names) {
+        long long stamp = 0;
+        if (ReadOwnName(name, prefix, stamp)) {
+            files.push_back({name, stamp});
+        } else if (foreign.Allows()) {
+            AFileLogger::GetLogFileTimeStamp(name);
+        }
+    }
+    foreign.TellRest(ALogPriorityWarning, kSweepFunction);
     std::stable_sort(files.begin(), files.end(),
                      [](StampedFile const& a, StampedFile const& b) { return a.stamp < b.stamp; });
     return files;
@@ -63,32 +93,39 @@ std::vector<StampedFile> FilesByAge(AArray const& names) {
 }  // namespace
 
 void AFileLogger::RemoveOldLogFiles(char const* name, int hours, int maxCount) {
+    try {
+        Sweep(name, hours, maxCount);
+    } catch (std::bad_alloc const&) {
+        VC_LOG_CONSOLE(Error, kSweepFunction, "no memory for the sweep of old log files");
+    }
+}
+
+void AFileLogger::Sweep(char const* name, int hours, int maxCount) {
     char const* cache = CPath::GetCachePath();
     if (AString::IsNullOrEmpty(cache)) {
         return;
     }
     AString path(cache);
-    CPath::AppendSubPath(path, "VelmorSDKLog");
+    CPath::AppendSubPath(path, kRootDirectory);
     CPath::AppendSubPath(path, name);
-    AArray names;
-    if (!CFile::Exist(path.c_str()) || !CPath::GetFiles(path.c_str(), &names)) {
+    Platform::Directory const directory(path.c_str());
+    std::vector<std::string> names;
+    if (!directory.IsOpen() || !directory.List(names)) {
         return;
     }
-    std::string const directory = path.c_str();
-    std::vector<StampedFile> const files = FilesByAge(names);
+    std::vector<StampedFile> const files = FilesByAge(names, FilePrefix(name));
     std::size_t first = 0;
     if (maxCount >= 0 && files.size() > static_cast<std::size_t>(maxCount)) {
         first = files.size() - static_cast<std::size_t>(maxCount);
         for (std::size_t i = 0; i < first; ++i) {
-            RemoveFile(directory, files[i].name);
+            directory.Remove(files[i].name.c_str());
         }
     }
     long long const now = ClockSource::Current().EpochSeconds();
     for (std::size_t i = first; i < files.size(); ++i) {
         if (now - files[i].stamp > static_cast<long long>(hours) * 3600) {
-            VC_LOG_CONSOLE(Debug, "Ubrix::AFileLogger::RemoveOldLogFiles", "RemoveOldLog log fileName %s",
-                           ForeignText(files[i].name).c_str());
-            RemoveFile(directory, files[i].name);
+            VC_LOG_CONSOLE(Debug, kSweepFunction, "RemoveOldLog log fileName %s", files[i].name.c_str());
+            directory.Remove(files[i].name.c_str());
         }
     }
 }
@@ -101,7 +138,7 @@ long long AFileLogger::GetLogFileTimeStamp(std::string const& fileName) {
         VC_LOG_CONSOLE(Warning, kStampFunction, "logFile is invalid %s", ForeignText(fileName).c_str());
         return 0;
     }
-    if (tail[1] != "log" && tail[1] != "xlog") {
+    if (!IsExtension(tail[1])) {
         VC_LOG_CONSOLE(Warning, kStampFunction, "logFile Ext is invalid %s , ext %s",
                        ForeignText(fileName).c_str(), ForeignText(tail[1]).c_str());
         return 0;
@@ -111,9 +148,7 @@ long long AFileLogger::GetLogFileTimeStamp(std::string const& fileName) {
         VC_LOG_CONSOLE(Warning, kStampFunction, "logTime is invalid %s", ForeignText(fileName).c_str());
         return 0;
     }
-    Platform::CalendarTime const calendar{
-        DigitsAt(time, 0, 4), DigitsAt(time, 4, 2), DigitsAt(time, 6, 2), DigitsAt(time, 8, 2), 0, 0, 0};
-    return Platform::CalendarToEpoch(calendar, Platform::DaylightSaving::Standard);
+    return TimeOf(time);
 }
 
 }  // namespace Ubrix

@@ -1,5 +1,7 @@
 #include "Storage/Log/LogThread.h"
 
+#include <new>
+
 #include "Platform/Thread.h"
 #include "Storage/Log/LogMacros.h"
 
@@ -16,15 +18,19 @@ void RunPlan(void* argument) {
     Plan const plan = *static_cast<Plan*>(argument);
     delete static_cast<Plan*>(argument);
     Platform::NameCurrentThread(plan.name);
-    plan.start();
+    try {
+        plan.start();
+    } catch (std::bad_alloc const&) {
+        VC_LOG_CONSOLE(Error, "Ubrix::LogCreateThread", "no memory for the work of %s", plan.name);
+    }
 }
 
 }  // namespace
 
 void LogCreateThread(void (*start)(), char const* name) {
-    auto* plan = new Plan{start, name};
+    auto* const plan = new (std::nothrow) Plan{start, name};
     void* handle = nullptr;
-    if (!Platform::StartThread(RunPlan, plan, &handle)) {
+    if (plan != nullptr && !Platform::StartThread(RunPlan, plan, &handle)) {
         delete plan;
     }
     VC_LOG_CONSOLE(Info, "Ubrix::LogCreateThread", "CreateThread %s:%p", name, handle);

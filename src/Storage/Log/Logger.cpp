@@ -4,7 +4,6 @@
 #include <VelmorCore/Configure.h>
 
 #include <cstdarg>
-#include <cstdio>
 #include <cstring>
 #include <new>
 
@@ -181,7 +180,7 @@ void Logger::WriteDetached(char const* format, ...) {
     LogText text;
     std::va_list arguments;
     va_start(arguments, format);
-    std::vsnprintf(text, sizeof text, format, arguments);
+    FormatMessage(text, format, arguments);
     va_end(arguments);
     WriteBlock(text);
 }

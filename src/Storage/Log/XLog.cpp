@@ -6,7 +6,6 @@
 
 #include <atomic>
 #include <cstdarg>
-#include <cstdio>
 
 #include "Platform/Console.h"
 #include "Platform/LastError.h"
@@ -26,12 +25,6 @@ constexpr char kModule[] = "VelmorCore";
 // The logger once it takes lines; null before.
 Velmor::ILogger* ReadyLogger() {
     return g_loggerReady.load(std::memory_order_acquire) ? g_logger.load(std::memory_order_relaxed) : nullptr;
-}
-
-// Prints the arguments of a call, cut to the room. False for a format that can't be printed.
-VELMORCORE_PRINTF(2, 0) bool FormatArguments(LogText& text, char const* fmt, va_list arguments) {
-    int const length = std::vsnprintf(text, sizeof text, fmt, arguments);
-    return length >= 0;
 }
 
 }  // namespace
@@ -63,11 +56,8 @@ void XLog(ALogPriority level, char const* file, unsigned int line, char const* f
     LogText message;
     va_list arguments;
     va_start(arguments, fmt);
-    bool const formatted = FormatArguments(message, fmt, arguments);
+    FormatMessage(message, fmt, arguments);
     va_end(arguments);
-    if (!formatted) {
-        return;
-    }
     if (logger != nullptr) {
         logger->Log(level, file, line, func, "", message);
     } else {
@@ -98,11 +88,8 @@ void XLogDetail(ALogPriority level, char const* file, unsigned int line, char co
     LogText message;
     va_list arguments;
     va_start(arguments, fmt);
-    bool const formatted = FormatArguments(message, fmt, arguments);
+    FormatMessage(message, fmt, arguments);
     va_end(arguments);
-    if (!formatted) {
-        return;
-    }
     if (Velmor::ILogger* logger = ReadyLogger()) {
         logger->LogDetail(level, file, line, func, module, session, stage, status, errCode, errCode2,
                           errorMsg, userInfo, resv, message);
@@ -121,11 +108,9 @@ void PrintLogToConsoleFormat(ALogPriority level, char const* file, unsigned int 
     LogText message;
     va_list arguments;
     va_start(arguments, fmt);
-    bool const formatted = FormatArguments(message, fmt, arguments);
+    FormatMessage(message, fmt, arguments);
     va_end(arguments);
-    if (formatted) {
-        PrintLogToConsoleFormat2(level, file, line, func, message);
-    }
+    PrintLogToConsoleFormat2(level, file, line, func, message);
 }
 
 void PrintLogToConsoleFormat2(ALogPriority level, char const* file, unsigned int line, char const* func,

@@ -1,8 +1,10 @@
 #include "Storage/Log/AFileLogger.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
+#include <functional>
 #include <set>
 #include <string>
 #include <tuple>
@@ -70,7 +72,7 @@ TEST(AFileLogger, TellsOnTheConsoleWhyALineIsLostAndRecovers) {
     ::Test::WriteWholeFile("Cache/VelmorSDKLog", "in the way");
     ::Test::ConsoleCapture console;
     logger.Log2File("lost");
-    EXPECT_TRUE(console.Has("VelmorSDKLog/Mod failed!")) << console.Text();
+    EXPECT_TRUE(console.Has("VelmorSDKLog failed!")) << console.Text();
     fs::remove("Cache/VelmorSDKLog");
     fs::create_directories(kRoot + "Mod/Mod_2036030507.log");
     ::Test::ConsoleCapture again;
@@ -80,6 +82,37 @@ TEST(AFileLogger, TellsOnTheConsoleWhyALineIsLostAndRecovers) {
     fs::remove_all(kRoot + "Mod/Mod_2036030507.log");
     logger.Log2File("kept");
     EXPECT_EQ(FilesOf("Mod").size(), 1U);
+}
+
+TEST(AFileLogger, AFileIsThisUsersAloneAndBeginsAtALinesHead) {
+    ::Test::FakeClock clock;
+    std::string const path = kRoot + "Mod/Mod_2036030507.log";
+    fs::create_directories(kRoot + "Mod");
+    ::Test::WriteWholeFile(path, "whole\nhal");
+    fs::permissions(path, fs::perms{0644});
+    ::Test::ConsoleCapture console;
+    AFileLogger("Mod", 1, 0, 0).Log2File("next\n");
+    AFileLogger("Mod", 1, 0, 0).Log2File("last\n");
+    EXPECT_EQ(::Test::ReadWholeFile(path), "whole\nhal\nnext\nlast\n");
+    EXPECT_EQ(fs::status(path).permissions(), fs::perms{0600});
+
+    // Neither a link nor a pipe is opened, whatever stands behind it.
+    ::Test::WriteWholeFile("elsewhere", "");
+    auto const plantLink = [&] { fs::create_symlink(fs::current_path() / "elsewhere", path); };
+    auto const plantPipe = [&] { ASSERT_EQ(mkfifo(path.c_str(), 0600), 0); };
+    auto const plantDirectory = [&] {
+        fs::remove_all(kRoot);
+        fs::create_directory("other");
+        fs::create_directory_symlink(fs::current_path() / "other", "Cache/VelmorSDKLog");
+    };
+    for (std::function<void()> const& plant :
+         {std::function<void()>(plantLink), {plantPipe}, {plantDirectory}}) {
+        fs::remove(path);
+        plant();
+        AFileLogger("Mod", 1, 0, 0).Log2File("lost\n");
+    }
+    EXPECT_EQ(::Test::ReadWholeFile("elsewhere"), "");
+    EXPECT_TRUE(fs::is_empty("other"));
 }
 
 TEST(AFileLogger, ReadsTheTimeOfAFileName) {
@@ -113,13 +146,18 @@ TEST(AFileLogger, SweepsByAgeAndByCount) {
     }
     ::Test::ConsoleCapture console;
     AFileLogger::RemoveOldLogFiles("Mod", 240, -1);
-    EXPECT_EQ(FilesOf("Mod"), std::set<std::string>(names + 1, names + 5));
+    EXPECT_EQ(FilesOf("Mod"), std::set<std::string>(names + 1, names + 6));
     EXPECT_TRUE(console.Has("|Ubrix::AFileLogger::RemoveOldLogFiles| RemoveOldLog log fileName " + names[0]));
     AFileLogger::RemoveOldLogFiles("Mod", 240, 2);
-    EXPECT_EQ(FilesOf("Mod"), std::set<std::string>(names + 3, names + 5));
+    EXPECT_EQ(FilesOf("Mod"), std::set<std::string>(names + 3, names + 6));
     AFileLogger::RemoveOldLogFiles("Mod", 240, 0);
-    EXPECT_TRUE(FilesOf("Mod").empty());
+    EXPECT_EQ(FilesOf("Mod"), std::set<std::string>{names[5]});
     AFileLogger::RemoveOldLogFiles("Absent", 240, 0);
+    // A module's directory that is a link is somebody else's.
+    fs::create_directory_symlink(fs::current_path() / kRoot / "Mod", kRoot + "readme.txt");
+    ::Test::WriteWholeFile(kRoot + "Mod/readme.txt_2036022406.log", "x");
+    AFileLogger::RemoveOldLogFiles("readme.txt", 240, 0);
+    EXPECT_EQ(FilesOf("Mod").size(), 2U);
 }
 
 }  // namespace

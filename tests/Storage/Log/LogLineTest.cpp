@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <string>
 #include <utility>
 
@@ -73,8 +74,13 @@ TEST(LogFacade, PrintsALiteralMessageAndRefusesAnIncompleteRecord) {
     XLogDetail(ALogPriorityError, "f", 1, "F", "m", "s", stage, status, 0, 1, "e", "u", "r", "x");
     // A complete record is subject to a switch that nothing sets.
     XLogDetail(ALogPriorityError, "f", 1, "F", "m", "s", stage, status, 1, 1, "e", "u", "r", "%d", 5);
+    // No byte stands for this letter.
+    errno = 77;
+    XLog(ALogPriorityError, "f", 1, "F", "cannot print %ls", L"\x100");
+    EXPECT_EQ(errno, 77);
     std::string const text = console.Text();
     EXPECT_NE(text.find("|F| 100%s %n\n"), std::string::npos);
+    EXPECT_NE(text.find("|F| cannot print %ls\n"), std::string::npos);
     EXPECT_EQ(text.find("ProntelLog"), std::string::npos);
     EXPECT_NE(text.find("Error, Parameter is NULL.\n"), std::string::npos);
 }

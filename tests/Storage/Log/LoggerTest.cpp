@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <string>
+#include <utility>
 
 #include "Storage/Log/LogFacade.h"
 #include "Support/ConsoleCapture.h"
@@ -38,6 +39,11 @@ TEST_F(LoggerTest, DeliversOneLineToFileAndCallback) {
     XLog2(ALogPriorityInfo, "f", 1, "F", std::string(5000, 'x').c_str());
     XLog2(ALogPriorityInfo, "f", 1, "F", "after");
     EXPECT_NE(LogFileText().find("xxxx[2036-03-05"), std::string::npos) << "no room for a line feed";
+    SetUbrixLogCallback(
+        [](ALogPriority, char const*) { EXPECT_EQ(std::exchange(errno, 5), 77) << "as the caller left it"; });
+    errno = 77;
+    XLog(ALogPriorityInfo, "f", 1, "F", "for a callback that looks");
+    EXPECT_EQ(errno, 77);
 }
 
 TEST_F(LoggerTest, FiltersByLevelAndLetsNoneThrough) {
