@@ -2,7 +2,8 @@
 //
 // A bundle lives on one file, enciphered, readable by this user only. A value is kept as text, whatever type
 // wrote it: a number reads back as a text and a text that holds a number as a number. In the file a "#" ends
-// a value and blanks at its ends are lost.
+// a value, blanks at its ends are lost, and an empty one is absent: such a value is stored after a Warning
+// line, one a key for the first 64 keys of a bundle.
 //
 // Behind each bundle stand read-only values that a platform attaches to the application package. A key that
 // isn't in the file is looked up there before the caller's default answers. On this platform there are none.
@@ -16,7 +17,9 @@ namespace Ubrix {
 class Value;
 
 // Section, key and text are zero-terminated bytes. A null section or key makes a Set answer false and a Get
-// answer its default. The forms without a section use the section that bears the kit's name.
+// answer its default. The forms without a section use the section that bears the kit's name. A Set of what a
+// line of the file can't hold answers false after an Error line and changes nothing: a line end in any of the
+// three, a "]" in a section, an "=" in a key or a "[" or "#" at its beginning, blanks at the ends of either.
 //
 // Every operation may be called on any thread. Writes by several threads all take effect, in some order. One
 // thing is not told: a save that the disk refuses answers true and leaves the file as it was.
@@ -31,11 +34,11 @@ public:
 
     // Stores the members of an object as keys of one section, saving each: an array as its elements' texts
     // joined by ",", anything else as its text. A member that is an object is refused with an Error line, and
-    // the rest still stored. True for a null value, which stores nothing; false after an Error line for any
-    // other that isn't an object.
+    // the rest still stored. False if a member couldn't be stored for another reason; the rest are. True for
+    // a null value, which stores nothing; false after an Error line for any other that isn't an object.
     virtual bool Set(char const* section, Value const& values) = 0;
     // Stores an object of objects, section by section. Members that aren't objects are refused with an Error
-    // line. False after an Error line if `sections` isn't an object.
+    // line. False after an Error line if `sections` isn't an object, and as above.
     virtual bool Set(Value const& sections) = 0;
     // Store one value in the kit's own section, and save. A bool is stored as 1 or 0.
     virtual bool Set(char const* key, bool value) = 0;
@@ -50,11 +53,11 @@ public:
 
     // Reads one key. A text without "," goes into the member `key` of `value`: a number as a 64-bit integer
     // or a double, anything else as a string. A text with "," goes into the elements of `value` itself, each
-    // a string. `value` must be null or of the kind that is needed. False, with `value` unchanged, if the
-    // text is empty or the key is null.
+    // a string. False, with `value` unchanged, if it is neither null nor of the kind that the text needs, if
+    // the text is empty, or if the key is null.
     virtual bool Get(char const* section, char const* key, Value& value) = 0;
     // Reads a section: each key into a member of `values`, a text with "," as an array of strings. False if
-    // the section is null or has no keys.
+    // the section is null or has no keys, or if `values` is neither null nor an object.
     virtual bool Get(char const* section, Value& values) = 0;
     // Read one value of the kit's own section. As a bool, "TRUE" in any case and 1 are true, an empty text is
     // the default, anything else false. As a number, the decimal number at the text's beginning counts: 0
@@ -114,7 +117,8 @@ public:
     Bundle& GetDefaultBundle();
     // The bundle on the file whose whole path is `name`, made at the first call with that name, and valid
     // until it is destroyed. Null gives the default bundle after an Error line. An empty name gives, after an
-    // Info line, a bundle without a file: it stores nothing, and its Gets answer the default.
+    // Info line, a bundle without a file: it stores nothing, and its Gets answer the default. So does, after
+    // an Error line, a file name that can't be a key (see above): its cipher key would have no place.
     Bundle& GetBundle(char const* name);
     // Saves and deletes the bundle of that name. Null and a name without a bundle do nothing.
     void DestoryBundle(char const* name);

@@ -11,8 +11,11 @@ namespace Velmor {
 // gives the kit's own. At most one object for a name may live at a time. Each operation is thread-safe by
 // itself.
 //
-// Texts are zero-terminated bytes; section and key must not be null. A text value must not hold a "#" or a
-// line end, nor leading or trailing blanks: they don't come back. Writing operations answer true on success.
+// Texts are zero-terminated bytes; section and key must not be null. What a line of the file can't hold is
+// refused with false and an Error line, and nothing changes: a line end anywhere, a "]" in a section, an "="
+// in a key or a "[" or "#" at its beginning, blanks at the ends of either. A text value that is empty, holds
+// a "#", or has blanks at its ends is written and doesn't come back whole; a Warning line tells of the first
+// such value of a key, of 64 keys an object at most. Writing operations answer true on success.
 // An object that has no storage logs "_bundle is null" at each call and answers false or the default.
 class IConfigFile {
 public:

@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "Base/Configure/ConfigFileName.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 
@@ -36,7 +37,12 @@ ConfigFile::ConfigFile(char const* name) {
         _bundle = &BundleFactory::GetInstance().GetDefaultBundle();
         return;
     }
-    VC_LOG(Info, kFunction, "using %s.config", Ubrix::ForeignText(name).c_str());
+    Ubrix::ForeignText const shown(name);
+    if (!CanNameConfigFile(name)) {
+        VC_LOG(Error, kFunction, "no config file can be named \"%s\": refused", shown.c_str());
+        return;
+    }
+    VC_LOG(Info, kFunction, "using %s.config", shown.c_str());
     char const* directory = Ubrix::CPath::GetCachePath();
     if (AString::IsNullOrEmpty(directory)) {
         VC_LOG(Info, kFunction, "CachePath is empty, do not use bundle in JNI_ONLoad!!!");

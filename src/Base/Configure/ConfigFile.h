@@ -10,8 +10,9 @@ namespace Velmor {
 // Each call is as thread-safe as the bundle that it goes to.
 class ConfigFile : public IConfigFile {
 public:
-    // `name` null or "Velmor": the kit's own configuration. Else "<name>.config" in the cache directory;
-    // without a cache directory the object has no storage.
+    // `name` null or "Velmor": the kit's own configuration. Else "<name>.config" in the cache directory; a
+    // name that CanNameConfigFile refuses, and a cache directory that is missing, leave the object without
+    // storage.
     explicit ConfigFile(char const* name);
     // Saves and closes the file, but for the kit's own.
     ~ConfigFile() override;

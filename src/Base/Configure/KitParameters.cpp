@@ -3,9 +3,14 @@
 #include <VelmorCore/Bundle.h>
 #include <VelmorCore/System.h>
 
+#include <algorithm>
+#include <string_view>
+
 #include "Base/Configure/JsonCpp.h"
 #include "Base/Ubrix/CoreParameters.h"
 #include "Storage/Bundle/PlatformMetadata.h"
+#include "Storage/Log/ForeignText.h"
+#include "Storage/Log/LogMacros.h"
 
 namespace Velmor {
 
@@ -32,6 +37,12 @@ char const* TextOf(char const* text) {
     return text != nullptr ? text : "";
 }
 
+// An id that begins with a "#" would be gone after a restart; a control character is in no honest one.
+bool CanBeId(std::string_view id) {
+    auto const isControl = [](char character) { return static_cast<unsigned char>(character) < 0x20; };
+    return (id.empty() || id.front() != '#') && std::none_of(id.begin(), id.end(), isControl);
+}
+
 }  // namespace
 
 AString ChannelId() {
@@ -42,12 +53,22 @@ AString OpenId() {
     return StoredParameter(CoreParameters::Field::OpenId, kOpenIdKey);
 }
 
-void SetUserInfo(char const* channelId, char const* openId) {
-    CoreParameters::Set(CoreParameters::Field::ChannelId, TextOf(channelId));
-    CoreParameters::Set(CoreParameters::Field::OpenId, TextOf(openId));
+bool SetUserInfo(char const* channelId, char const* openId) {
+    char const* const channel = TextOf(channelId);
+    char const* const user = TextOf(openId);
+    // Both or none: one of them beside the other's older value would name a user who never was.
+    if (!CanBeId(channel) || !CanBeId(user)) {
+        VC_LOG(Error, "Velmor::CoreParameters::SetUserInfo", "channel id \"%s\", open id \"%s\": refused",
+               Ubrix::ForeignText(channel).c_str(), Ubrix::ForeignText(user).c_str());
+        return false;
+    }
+    CoreParameters::Set(CoreParameters::Field::ChannelId, channel);
+    CoreParameters::Set(CoreParameters::Field::OpenId, user);
     Ubrix::Bundle& bundle = Ubrix::BundleFactory::GetInstance().GetDefaultBundle();
-    bundle.Set(kSection, kChannelKey, TextOf(channelId));
-    bundle.Set(kSection, kOpenIdKey, TextOf(openId));
+    bundle.SetNoSave(kSection, kChannelKey, channel);
+    bundle.SetNoSave(kSection, kOpenIdKey, user);
+    bundle.Save();
+    return true;
 }
 
 AString RequestText() {

@@ -11,8 +11,9 @@ using Ubrix::AString;
 AString ChannelId();
 AString OpenId();
 
-// Stores both for this run and for later ones.
-void SetUserInfo(char const* channelId, char const* openId);
+// Stores both for this run and for later ones. False after an Error line, with both as they were, if either
+// can't be stored: it begins with "#", or holds a byte below 0x20. A null text is the empty one.
+bool SetUserInfo(char const* channelId, char const* openId);
 
 // The device, the application and the user as compact JSON with a line feed at its end. Also kept in the
 // kit's parameters.

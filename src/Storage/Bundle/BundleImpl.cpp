@@ -6,6 +6,8 @@
 
 #include "Base/Ubrix/CoreParameters.h"
 #include "Storage/Bundle/PlatformMetadata.h"
+#include "Storage/File/IniText.h"
+#include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Ubrix {
@@ -87,6 +89,12 @@ bool BundleImpl::Set(char const* section, Value const& values) {
         VC_LOG(Error, kSetFunction, "Value is not Object type");
         return false;
     }
+    if (section != nullptr && !IniText::CanBeSection(section)) {
+        VC_LOG(Error, kSetFunction, "no line can hold the section [%s]: refused",
+               ForeignText(section).c_str());
+        return false;
+    }
+    bool stored = true;
     ValueConstIterator const end = values.end();
     for (ValueConstIterator member = values.begin(); member != end; ++member) {
         Value const& value = *member;
@@ -95,9 +103,9 @@ bool BundleImpl::Set(char const* section, Value const& values) {
             continue;
         }
         AString const text = value.isArray() ? JoinElements(value) : value.asString();
-        Set(section, member.memberName(), text.CString());
+        stored = Set(section, member.memberName(), text.CString()) && stored;
     }
-    return true;
+    return stored;
 }
 
 bool BundleImpl::Set(Value const& sections) {
@@ -105,15 +113,16 @@ bool BundleImpl::Set(Value const& sections) {
         VC_LOG(Error, kSetFunction, "Value is not Object type");
         return false;
     }
+    bool stored = true;
     ValueConstIterator const end = sections.end();
     for (ValueConstIterator member = sections.begin(); member != end; ++member) {
         if ((*member).isObject()) {
-            Set(member.memberName(), *member);
+            stored = Set(member.memberName(), *member) && stored;
         } else {
             VC_LOG(Error, kSetFunction, "Value is not Object type");
         }
     }
-    return true;
+    return stored;
 }
 
 bool BundleImpl::Set(char const* key, bool value) {
@@ -158,16 +167,21 @@ bool BundleImpl::Get(char const* section, char const* key, Value& value) {
     }
     AArray pieces;
     SplitText(text, pieces);
-    if (pieces.Count() < 2) {
-        value[key] = TypedValue(text);
-    } else {
+    bool const isList = pieces.Count() >= 2;
+    // Whoever wrote the text decides which of both it is, not who reads it.
+    if (!value.isNull() && !(isList ? value.isArray() : value.isObject())) {
+        return false;
+    }
+    if (isList) {
         AssignPieces(pieces, value);
+    } else {
+        value[key] = TypedValue(text);
     }
     return true;
 }
 
 bool BundleImpl::Get(char const* section, Value& values) {
-    if (section == nullptr) {
+    if (section == nullptr || !(values.isNull() || values.isObject())) {
         return false;
     }
     AArray keys;

@@ -3,7 +3,10 @@
 #include <VelmorCore/File.h>
 
 #include <string>
+#include <string_view>
 
+#include "Storage/File/IniText.h"
+#include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Ubrix {
@@ -18,6 +21,10 @@ std::string UpperCase(std::string text) {
         }
     }
     return text;
+}
+
+std::string_view BareName(std::string_view path) {
+    return path.substr(path.rfind('/') + 1);
 }
 
 void NotFound(bool* found) {
@@ -44,6 +51,13 @@ IniBundle::IniBundle(char const* path) {
 void IniBundle::Open(char const* path) {
     if (AString::IsNullOrEmpty(path)) {
         VC_LOG(Info, "Ubrix::IniBundle::IniBundle", "CachePath is empty, do not use bundle in JNI_ONLoad!!!");
+        return;
+    }
+    // The key store keeps a file's key under the file's bare name.
+    std::string_view const name = BareName(path);
+    if (!IniText::CanBeKey(name)) {
+        VC_LOG(Error, "Ubrix::IniBundle::IniBundle", "the key store can't hold a key for \"%s\": refused",
+               ForeignText(name).c_str());
         return;
     }
     _file.reset(CreateEncryptedIniFile(path));

@@ -11,11 +11,14 @@
 #include "Platform/FileSystem.h"
 #include "Storage/File/FileReplacement.h"
 #include "Storage/File/IniText.h"
+#include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Ubrix {
 
 namespace {
+
+constexpr char kWriteFunction[] = "Ubrix::CIniFileImpl::WriteString";
 
 // Adds the lines that `block` completes to `lines`; the rest stays in `pending`.
 void TakeLines(std::string_view block, std::string& pending, IniLines& lines) {
@@ -58,6 +61,17 @@ long long LeadingNumber(std::string_view text) {
 
 AString ToAString(std::string const& text) {
     return AString(text.data(), static_cast<int>(std::min<std::size_t>(text.size(), INT_MAX)));
+}
+
+void TellOfCut(CutKeys::Answer cut, char const* section, char const* key) {
+    if (cut == CutKeys::Answer::New) {
+        VC_LOG(Warning, kWriteFunction,
+               "[%s] %s: an empty value, what follows a \"#\", and blanks at the ends won't come back",
+               ForeignText(section).c_str(), ForeignText(key).c_str());
+    } else if (cut == CutKeys::Answer::Last) {
+        VC_LOG(Warning, kWriteFunction,
+               "other values won't come back whole either; no more keys are told of");
+    }
 }
 
 void Tell(bool* found, bool value) {
@@ -162,13 +176,13 @@ long long CIniFileImpl::ReadInt64(char const* section, char const* key, long lon
 }
 
 bool CIniFileImpl::WriteString(char const* section, char const* key, char const* value) {
-    constexpr char kFunction[] = "Ubrix::CIniFileImpl::WriteString";
     if (section == nullptr || key == nullptr) {
         return false;
     }
     std::string_view const text = value != nullptr ? value : "";
     if (!IniText::CanBeSection(section) || !IniText::CanBeKey(key) || !IniText::CanBeValue(text)) {
-        VC_LOG(Error, kFunction, "a line of the file can't hold this section, key or value: refused");
+        VC_LOG(Error, kWriteFunction, "no line can hold [%s] %s with this value: refused",
+               ForeignText(section).c_str(), ForeignText(key).c_str());
         return false;
     }
     auto cut = CutKeys::Answer::Known;
@@ -179,12 +193,7 @@ bool CIniFileImpl::WriteString(char const* section, char const* key, char const*
             cut = _cutKeys.Add(section, key);
         }
     }
-    if (cut == CutKeys::Answer::New) {
-        VC_LOG(Warning, kFunction, "[%s] %s: an empty value, a \"#\" and blanks at the ends don't come back",
-               section, key);
-    } else if (cut == CutKeys::Answer::Last) {
-        VC_LOG(Warning, kFunction, "more keys whose values don't come back whole; they aren't told of");
-    }
+    TellOfCut(cut, section, key);
     return true;
 }
 

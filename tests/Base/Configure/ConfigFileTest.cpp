@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <filesystem>
 #include <string>
 
 #include "Support/Files.h"
@@ -37,6 +38,34 @@ TEST(ConfigFile, KeepsTypedValuesInItsOwnEncipheredFile) {
     EXPECT_FALSE(file->IsContainKey("s", "int"));
     EXPECT_TRUE(file->RemoveSection("s") && file->RemoveAllAndSave());
     VelmorCore_DeleteConfigFile(&file);
+}
+
+// What another file, the library itself, or another system has a use for. Of each, no file may be left.
+TEST(ConfigFile, TakesNoNameThatIsNotItsOwn) {
+    std::string const longest(200, 'n');
+    std::string const names[] = {"../up",        "a/b",          "a\\b",        "..",     ".",      "c:x",
+                                 "a\nb=1",       "a=b",          "#a",          "[a",     " a",     "a?",
+                                 "RemoteConfig", "remoteconfig", "VELMOR",      "nul",    "Con.x",  "lpt1",
+                                 "aux .y",       "\x7F",         longest + "n", "conin$", "\x1B[2J"};
+    for (std::string const& name : names) {
+        ::Test::LogCapture log;
+        Velmor::IConfigFile* file = VelmorCore_NewConfigFile(name.c_str());
+        EXPECT_EQ(log.Count("Error", ": refused"), 1) << name;
+        EXPECT_FALSE(file->SetAndSave("s", "k", 1)) << name;
+        EXPECT_EQ(file->GetFromCache("s", "k", 7), 7);
+        EXPECT_EQ(log.Count("Error", "_bundle is null"), 2) << name;
+        VelmorCore_DeleteConfigFile(&file);
+        EXPECT_FALSE(std::filesystem::exists("Cache/" + name + ".config") && name != "RemoteConfig") << name;
+    }
+    for (std::string const& name :
+         {longest, std::string("nulls"), std::string("com10"), std::string("a [b]#.c ")}) {
+        Velmor::IConfigFile* file = VelmorCore_NewConfigFile(name.c_str());
+        EXPECT_TRUE(file->SetAndSave("s", "k", 1)) << name;
+        VelmorCore_DeleteConfigFile(&file);
+        file = VelmorCore_NewConfigFile(name.c_str());
+        EXPECT_EQ(file->GetFromCache("s", "k", 7), 1) << name;
+        VelmorCore_DeleteConfigFile(&file);
+    }
 }
 
 TEST(ConfigFile, CutsATextToItsRoomAndSaysSo) {

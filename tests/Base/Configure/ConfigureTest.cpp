@@ -1,3 +1,4 @@
+#include <VelmorCore/Bundle.h>
 #include <VelmorCore/Configure.h>
 #include <VelmorCore/File.h>
 #include <VelmorCore/Network.h>
@@ -96,6 +97,14 @@ protected:
 TEST_F(ConfigureTest, AsksAsToldAndServesTheAnswerTyped) {
     Velmor::RemoteConfig game("Game");
     game.SetUserInfo(11, "player&1");
+    // Each of these would plant a key, be gone after a restart, or steer a terminal; the user stays the same.
+    for (char const* id : {"player\n[Game]\nspeed=999", "#", "#player", "a\rb", "\x1B[2J"}) {
+        game.SetUserInfo(12, id);
+    }
+    EXPECT_EQ(_log.Count("Error", ": refused"), 5);
+    EXPECT_STREQ(
+        Ubrix::BundleFactory::GetInstance().GetDefaultBundle().Get("VelmorCore", "openid", "").CString(),
+        "player&1");
     FetchGood();
     std::string const request = Ubrix::URLEncoder::Decode(_server.Seen().at(0));
     EXPECT_THAT(request,

@@ -82,6 +82,13 @@ TEST(BundleTest, StoresObjectsMemberByMember) {
     EXPECT_FALSE(bundle.Get("s", "none", single) || bundle.Get("s", nullptr, single));
     EXPECT_FALSE(bundle.Get("none", read) || bundle.Get(nullptr, read));
 
+    // Which kind a text needs isn't the reader's to know.
+    for (Value* wrong : {&single, &array, &(read = Value(1))}) {
+        Value const before = *wrong;
+        EXPECT_FALSE(bundle.Get("s", wrong == &array ? "e" : "a", *wrong) || *wrong != before);
+        EXPECT_EQ(bundle.Get("s", *wrong), wrong == &single);
+    }
+
     Value sections;
     sections["x"]["k"] = Value(1);
     sections["y"] = Value(1);
@@ -91,6 +98,30 @@ TEST(BundleTest, StoresObjectsMemberByMember) {
     EXPECT_TRUE(bundle.Set("s", Value()));
     EXPECT_TRUE(log.Has("Info", "|Ubrix::BundleImpl::Set| value is null"));
     EXPECT_EQ(bundle.Get("x", "k", 0), 1);
+}
+
+TEST(BundleTest, AMemberThatTheFileCannotHoldIsNotStored) {
+    BundleImpl bundle(kPath);
+    bundle.Clear();
+    LogCapture const log;
+    Value values;
+    values["a"] = "1\n[t]";
+    values["[b"] = 2;
+    values["c"] = 3;
+    EXPECT_FALSE(bundle.Set("s", values) || bundle.Set("t]", values));
+    EXPECT_EQ(log.Count("Error", ": refused"), 3);
+    Value stored;
+    EXPECT_TRUE(bundle.Get("s", stored) && stored.Size() == 1 && stored["c"] == Value(3LL));
+}
+
+// The key of the one would stand in the place of another's.
+TEST(BundleTest, AFileWhoseKeyHasNoPlaceIsNotWritten) {
+    for (char const* path : {"x=y.config", "x\nVelmor.config", "#x", "./[x"}) {
+        LogCapture const log;
+        BundleImpl bundle(path);
+        EXPECT_EQ(log.Count("Error", ": refused"), 1) << path;
+        EXPECT_FALSE(bundle.Set("s", "k", 1) || bundle.Save() || CFile::Exist(path)) << path;
+    }
 }
 
 TEST(BundleTest, OnlyTheSavingFormsReachTheDisk) {

@@ -100,7 +100,7 @@ TEST(IniFileTest, RefusesWhatALineCannotHold) {
 TEST(IniFileTest, TellsOnceOfAKeyWhoseValueDoesNotComeBack) {
     auto const file = Open("[a]\nk=1 #c\n");
     LogCapture log;
-    char const tail[] = "don't come back";
+    char const tail[] = "won't come back";
     for (char const* value : {"#", "", " v", "v ", "v#w"}) {
         for (char const* key : {"k", "key with \t [odd] # name"}) {
             EXPECT_TRUE(file->WriteString("a", key, value)) << value;
