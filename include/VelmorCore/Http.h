@@ -2,7 +2,8 @@
 //
 // Every request goes out over TLS, to port 443 of the URL's host whatever port or scheme the URL names,
 // through no proxy, with the server's certificate and name verified. Redirects are followed, to https only
-// and at most 10 times. URLs and headers are bytes in code page 936; they go out as UTF-8, and what a URL may
+// and at most 10 times. Once the process exits, requests are given up like cancelled ones, and nobody is called
+// back any more. URLs and headers are bytes in code page 936; they go out as UTF-8, and what a URL may
 // not hold is percent-escaped (escapes that stand in it stay as they are). URLs of any length are carried.
 #pragma once
 

@@ -30,6 +30,7 @@ void SetHttpTimeouts(HttpTimeouts const& timeouts);
 // The transport itself. At least TLS 1.2, certificate and name always verified, https only, redirects
 // included and at most 10; no proxy whatever the environment says, no cookies, no stored passwords, no kept
 // connection. A cancelled request ends within about 100 ms. The system's set-up happens at the first request.
+// When the process exits, requests are ended, and their threads rest until it is gone.
 IHttpTransport& BuiltInHttpTransport();
 
 }  // namespace Ubrix::Platform

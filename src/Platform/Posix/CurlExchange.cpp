@@ -22,13 +22,16 @@ bool StartsWith(std::string const& line, char const* prefix) {
 
 }  // namespace
 
-CurlExchange::CurlExchange(HttpRequest const& request, IHttpExchange& exchange, HttpSettings const& settings)
+CurlExchange::CurlExchange(HttpRequest const& request, IHttpExchange& exchange, HttpSettings const& settings,
+                           TlsStay& stay)
     : _request(request),
       _exchange(exchange),
       _settings(settings),
+      _stay(stay),
       _easy(curl_easy_init()),
       _multi(curl_multi_init()),
       _isSetUp(_easy != nullptr && _multi != nullptr) {
+    _stay.WakeBy(_multi);
     if (_isSetUp) {
         SetSecurity();
         SetIsolation();
@@ -38,6 +41,7 @@ CurlExchange::CurlExchange(HttpRequest const& request, IHttpExchange& exchange, 
 }
 
 CurlExchange::~CurlExchange() {
+    _stay.WakeBy(nullptr);
     curl_multi_cleanup(_multi);
     curl_easy_cleanup(_easy);
     curl_slist_free_all(_headers);
@@ -156,7 +160,7 @@ int CurlExchange::Drive() {
         if (curl_multi_perform(_multi, &running) != CURLM_OK) {
             return HttpErrorInternal;
         }
-        if (_exchange.IsCancelled()) {
+        if (_exchange.IsCancelled() || TlsStay::IsEnding()) {
             return HttpErrorCancelled;
         }
         if (running == 0) {

@@ -7,14 +7,16 @@
 #include <string>
 
 #include "Platform/HttpTransport.h"
+#include "Platform/Posix/TlsStay.h"
 
 namespace Ubrix::Platform {
 
 // Belongs to the thread that makes it. Nothing is shared with other requests: no connection, no cache.
 class CurlExchange {
 public:
-    // All three must outlive the object.
-    CurlExchange(HttpRequest const& request, IHttpExchange& exchange, HttpSettings const& settings);
+    // All four must outlive the object.
+    CurlExchange(HttpRequest const& request, IHttpExchange& exchange, HttpSettings const& settings,
+                 TlsStay& stay);
     ~CurlExchange();
     CurlExchange(CurlExchange const&) = delete;
     CurlExchange& operator=(CurlExchange const&) = delete;
@@ -53,6 +55,7 @@ private:
     HttpRequest const& _request;
     IHttpExchange& _exchange;
     HttpSettings const& _settings;
+    TlsStay& _stay;
     CURL* _easy;
     CURLM* _multi;
     curl_slist* _headers = nullptr;

@@ -1,27 +1,17 @@
-#include <curl/curl.h>
-#include <openssl/crypto.h>
 #include <pthread.h>
 
 #include <clocale>
 #include <csignal>
 #include <ctime>
+#include <new>
 
 #include "Platform/HttpTransport.h"
 #include "Platform/Posix/CurlExchange.h"
+#include "Platform/Posix/TlsStay.h"
 
 namespace Ubrix::Platform {
 
 namespace {
-
-// Once a process, at the first request. A request may still be in flight at exit, so that OpenSSL is to leave
-// its tables alone then; where another library has set it up before, that one's choice holds.
-bool SetUpLibraries() {
-    static bool const isSetUp = [] {
-        OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr);
-        return curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
-    }();
-    return isSetUp;
-}
 
 // libcurl reads host names in the thread's locale; ours are UTF-8 whatever the host program has chosen.
 class Utf8Locale {
@@ -68,27 +58,21 @@ private:
     sigset_t _before{};
 };
 
-// What OpenSSL keeps for a thread goes with the request, not with the thread: a thread that ends behind its
-// request's outcome would free it while the process may be exiting already, and OpenSSL is cleaned up.
-class OpenSslThreadState {
-public:
-    OpenSslThreadState() = default;
-    ~OpenSslThreadState() { OPENSSL_thread_stop(); }
-    OpenSslThreadState(OpenSslThreadState const&) = delete;
-    OpenSslThreadState& operator=(OpenSslThreadState const&) = delete;
-};
-
 class CurlTransport : public IHttpTransport {
 public:
     int Perform(HttpRequest const& request, IHttpExchange& exchange) override {
-        if (!SetUpLibraries()) {
-            return HttpErrorInternal;
-        }
-        OpenSslThreadState const state;
         BrokenPipeBlocker const blocker;
         Utf8Locale const locale;
-        HttpSettings const settings = CurrentHttpSettings();
-        return CurlExchange(request, exchange, settings).Run();
+        TlsStay stay;
+        if (!stay.IsAllowed()) {
+            return HttpErrorInternal;
+        }
+        try {
+            HttpSettings const settings = CurrentHttpSettings();
+            return CurlExchange(request, exchange, settings, stay).Run();
+        } catch (std::bad_alloc const&) {
+            return HttpErrorInternal;
+        }
     }
 };
 

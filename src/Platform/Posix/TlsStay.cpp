@@ -1,0 +1,120 @@
+#include "Platform/Posix/TlsStay.h"
+
+#include <openssl/crypto.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdlib>
+
+#include "Platform/Clock.h"
+#include "Platform/Condition.h"
+#include "Platform/Mutex.h"
+
+namespace Ubrix::Platform {
+
+namespace {
+
+// How long an exit waits for threads to come out.
+constexpr long long kExitPatience = 500;
+
+[[noreturn]] void RestUntilTheEnd() {
+    for (;;) {
+        pause();
+    }
+}
+
+}  // namespace
+
+// Never destroyed: threads outlive static objects. The lock is a leaf.
+struct TlsStay::All {
+    RecursiveMutex lock;
+    Condition left{lock};
+    TlsStay* first VC_GUARDED_BY(lock) = nullptr;
+    std::atomic<bool> isEnding{false};
+    std::atomic<pid_t> process{getpid()};
+};
+
+TlsStay::All& TlsStay::TheStays() {
+    static auto* const all = new All;
+    return *all;
+}
+
+TlsStay::TlsStay() {
+    All& all = TheStays();
+    {
+        ScopedLock const lock(all.lock);
+        if (all.process.exchange(getpid()) != getpid()) {
+            // A fork took none of the threads along.
+            all.first = nullptr;
+        }
+        _next = all.first;
+        if (_next != nullptr) {
+            _next->_previous = this;
+        }
+        all.first = this;
+    }
+    _isAllowed = !IsEnding() && SetUpLibraries();
+}
+
+TlsStay::~TlsStay() {
+    if (_isAllowed) {
+        OPENSSL_thread_stop();
+    }
+    All& all = TheStays();
+    {
+        ScopedLock const lock(all.lock);
+        (_previous != nullptr ? _previous->_next : all.first) = _next;
+        if (_next != nullptr) {
+            _next->_previous = _previous;
+        }
+        all.left.Broadcast();
+    }
+    if (IsEnding()) {
+        RestUntilTheEnd();
+    }
+}
+
+bool TlsStay::IsEnding() {
+    return TheStays().isEnding.load();
+}
+
+void TlsStay::WakeBy(CURLM* multi) {
+    ScopedLock const lock(TheStays().lock);
+    _multi = multi;
+}
+
+// Once a process. OpenSSL is to read no configuration file, which can load code, and to leave its tables
+// alone at exit; where the host has set it up before, the host's choice holds. Exit handlers run last come,
+// first served: ours is registered behind OpenSSL's. If the exit had begun before that, the second look says
+// so.
+bool TlsStay::SetUpLibraries() {
+    static bool const isSetUp = [] {
+        constexpr auto kOptions = OPENSSL_INIT_NO_ATEXIT | OPENSSL_INIT_NO_LOAD_CONFIG;
+        return OPENSSL_init_crypto(kOptions, nullptr) == 1 && std::atexit(&TlsStay::EndAll) == 0 &&
+               OPENSSL_init_crypto(kOptions, nullptr) == 1 &&
+               curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
+    }();
+    return isSetUp;
+}
+
+void TlsStay::EndAll() {
+    All& all = TheStays();
+    if (all.process.load() != getpid()) {
+        // A fork's exit: none of these threads is in it, though one may have held the lock.
+        return;
+    }
+    ScopedLock const lock(all.lock);
+    all.isEnding = true;
+    for (TlsStay const* stay = all.first; stay != nullptr; stay = stay->_next) {
+        if (stay->_multi != nullptr) {
+            curl_multi_wakeup(stay->_multi);
+        }
+    }
+    long long const end = MonotonicMilliseconds() + kExitPatience;
+    for (long long left = kExitPatience; all.first != nullptr && left > 0;
+         left = end - MonotonicMilliseconds()) {
+        all.left.WaitFor(static_cast<unsigned int>(left));
+    }
+}
+
+}  // namespace Ubrix::Platform
