@@ -2,9 +2,10 @@
 //
 // Every request goes out over TLS, to port 443 of the URL's host whatever port or scheme the URL names,
 // through no proxy, with the server's certificate and name verified. Redirects are followed, to https only
-// and at most 10 times. Once the process exits, requests are given up like cancelled ones, and nobody is called
-// back any more. URLs and headers are bytes in code page 936; they go out as UTF-8, and what a URL may
-// not hold is percent-escaped (escapes that stand in it stay as they are). URLs of any length are carried.
+// and at most 10 times; to another host or port they take no header of the request along. Once the process
+// exits, requests are given up like cancelled ones, and nobody is called back any more. URLs and headers are
+// bytes in code page 936; they go out as UTF-8, and what a URL may not hold is percent-escaped (escapes that
+// stand in it stay as they are). URLs of any length are carried.
 #pragma once
 
 #include <VelmorCore/Export.h>
@@ -41,12 +42,15 @@ public:
     // Receives the outcome of a request, on the request's own thread. Not owned by the task.
     class VELMORCORE_API Listener {
     public:
-        // Called once for each request that was started and not cancelled.
+        // Called once for each request that was started and not cancelled. A certificate that wasn't accepted
+        // is code 1; one line of level Warning says what to do about it.
         //
         // errorCode   0  an answer came; its status is not judged, and a connection that broke while the body
-        //                was read, or a body of more than 64 MiB, gives the bytes so far
+        //                was read, a body of more than 64 MiB, or one that is still coming after ten minutes,
+        //                gives the bytes so far
         //             1  any failure but these
-        //             2  time-out: 60 s to connect, 20 s without a byte sent, 30 s without one received
+        //             2  time-out: 60 s to connect, 20 s without a byte sent, 30 s without one received, ten
+        //                minutes for the whole
         //             3  the host's name doesn't resolve
         //             4  the URL can't be read
         //             5  no connection

@@ -49,6 +49,10 @@ public:
     // The next piece of the body, copied. False if no more is wanted: the transport then ends the exchange as
     // it would at the body's end.
     virtual bool AppendBody(void const* bytes, std::size_t length) = 0;
+    // What to do about the failure that the transport is going to return: a sentence or two of UTF-8, copied.
+    // Goes into the log as one line of level Warning. The latest call counts; without one there is no such
+    // line.
+    virtual void Explain(char const* advice) = 0;
 
 protected:
     ~IHttpExchange() = default;
@@ -76,7 +80,7 @@ VELMORCORE_API bool SetHttpTransport(IHttpTransport* transport);
 // then on. Any thread.
 //
 // A PEM file of certificate authorities to trust beside the system's own; null or empty for none. The file is
-// read for each request, and a request for which it can't be read fails with code 1.
+// read for each request, and a request for which it can't be read fails with code 1; a Warning line tells.
 VELMORCORE_API void SetHttpCaFile(char const* path);
 // An address "host:port" that all connections go to in place of the one that their URL names; null or empty
 // for none. An IPv6 address stands in brackets. The certificate is still verified against the URL's host.

@@ -43,11 +43,6 @@ HttpError HttpErrorOfCurl(CURLcode code, long verifyResult) {
             return HttpErrorCertificateAuthority;
         case CURLE_SSL_CONNECT_ERROR:
             return HttpErrorSecureChannel;
-        case CURLE_UNSUPPORTED_PROTOCOL:
-            // The request itself is https: only a redirect can name another protocol.
-            return HttpErrorRedirectLeavesTls;
-        case CURLE_TOO_MANY_REDIRECTS:
-            return HttpErrorRedirectFailed;
         default:
             return HttpErrorInternal;
     }

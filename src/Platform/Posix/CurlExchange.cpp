@@ -3,10 +3,15 @@
 #include <openssl/ssl.h>
 #include <strings.h>
 
+#include <cstdint>
 #include <cstring>
+#include <new>
+#include <utility>
 
 #include "Platform/Clock.h"
+#include "Platform/Posix/CurlAdvice.h"
 #include "Platform/Posix/CurlErrors.h"
+#include "Platform/Posix/CurlRedirect.h"
 
 namespace Ubrix::Platform {
 
@@ -14,10 +19,25 @@ namespace {
 
 // How often a waiting exchange looks whether it was cancelled or has run out of time.
 constexpr int kPollMilliseconds = 100;
-constexpr long kMostRedirects = 10;
+constexpr int kMostRedirects = 10;
+constexpr std::size_t kMostHeadBytes = std::size_t{1} << 20U;
+// Off the wire, for one request of a chain. A body of the longest kind has room in it in small chunks, too.
+constexpr std::uint64_t kMostReceived = std::uint64_t{256} << 20U;
 
 bool StartsWith(std::string const& line, char const* prefix) {
     return strncasecmp(line.c_str(), prefix, std::strlen(prefix)) == 0;
+}
+
+// What stands behind the colon, without the blanks around it.
+std::string ValueOf(std::string const& line) {
+    char const* const blanks = " \t\r\n";
+    std::size_t const begin = line.find_first_not_of(blanks, line.find(':') + 1);
+    return begin == std::string::npos ? std::string()
+                                      : line.substr(begin, line.find_last_not_of(blanks) - begin + 1);
+}
+
+bool IsRedirectStatus(long status) {
+    return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
 }  // namespace
@@ -30,7 +50,8 @@ CurlExchange::CurlExchange(HttpRequest const& request, IHttpExchange& exchange, 
       _stay(stay),
       _easy(curl_easy_init()),
       _multi(curl_multi_init()),
-      _isSetUp(_easy != nullptr && _multi != nullptr) {
+      _isSetUp(_easy != nullptr && _multi != nullptr),
+      _began(MonotonicMilliseconds()) {
     _stay.WakeBy(_multi);
     if (_isSetUp) {
         SetSecurity();
@@ -62,7 +83,6 @@ void CurlExchange::Append(curl_slist*& list, std::string const& line) {
 
 void CurlExchange::SetSecurity() {
     Set(CURLOPT_PROTOCOLS_STR, "https");
-    Set(CURLOPT_REDIR_PROTOCOLS_STR, "https");
     Set(CURLOPT_SSL_VERIFYPEER, 1L);
     Set(CURLOPT_SSL_VERIFYHOST, 2L);
     Set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
@@ -86,31 +106,31 @@ void CurlExchange::SetIsolation() {
 }
 
 void CurlExchange::SetRequest() {
-    std::string url = std::string("https://") + _request.host;
+    _url = std::string("https://") + _request.host;
     if (_request.port != 443) {
-        url += ":" + std::to_string(_request.port);
+        _url += ":" + std::to_string(_request.port);
     }
-    url += _request.path;
-    Set(CURLOPT_URL, url.c_str());
+    _url += _request.path;
+    Set(CURLOPT_URL, _url.c_str());
     Set(CURLOPT_PATH_AS_IS, 1L);
     Set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
     Set(CURLOPT_USERAGENT, "Ubrix");
-    Set(CURLOPT_FOLLOWLOCATION, 1L);
-    Set(CURLOPT_MAXREDIRS, kMostRedirects);
     if (std::strcmp(_request.method, "POST") == 0) {
         Set(CURLOPT_POST, 1L);
         Set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(_request.bodyLength));
         Set(CURLOPT_POSTFIELDS, static_cast<char const*>(_request.body));
     }
-    AddHeaders();
+    AddOwnHeaders();
+    AddRequestedHeaders();
+    Set(CURLOPT_HTTPHEADER, _headers);
     if (!_settings.connectAddress.empty()) {
         Append(_connectTo, "::" + _settings.connectAddress);
         Set(CURLOPT_CONNECT_TO, _connectTo);
     }
 }
 
-void CurlExchange::AddHeaders() {
-    // What libcurl would send by itself, unless the request names it.
+// Leaves out what libcurl would send by itself, unless the request names it.
+void CurlExchange::AddOwnHeaders() {
     for (std::string const own : {"Accept:", "Content-Type:", "Expect:"}) {
         bool isNamed = false;
         for (std::size_t i = 0; i < _request.headerCount; ++i) {
@@ -120,6 +140,9 @@ void CurlExchange::AddHeaders() {
             Append(_headers, own);
         }
     }
+}
+
+void CurlExchange::AddRequestedHeaders() {
     for (std::size_t i = 0; i < _request.headerCount; ++i) {
         std::string line = _request.headers[i];
         // libcurl reads a colon with nothing behind it as "leave this header out", a semicolon as "empty".
@@ -129,7 +152,6 @@ void CurlExchange::AddHeaders() {
         }
         Append(_headers, line);
     }
-    Set(CURLOPT_HTTPHEADER, _headers);
 }
 
 void CurlExchange::SetCallbacks() {
@@ -145,6 +167,19 @@ void CurlExchange::SetCallbacks() {
 }
 
 int CurlExchange::Run() {
+    int result = Perform();
+    for (int followed = 0; _isRedirect && result == HttpErrorNone; ++followed) {
+        result = followed < kMostRedirects ? Follow() : HttpErrorRedirectFailed;
+        if (result == HttpErrorNone) {
+            result = Perform();
+        }
+    }
+    return result;
+}
+
+int CurlExchange::Perform() {
+    _isRedirect = false;
+    _isHeadRefused = false;
     if (!_isSetUp || curl_multi_add_handle(_multi, _easy) != CURLM_OK) {
         return HttpErrorInternal;
     }
@@ -152,6 +187,27 @@ int CurlExchange::Run() {
     int const result = Drive();
     curl_multi_remove_handle(_multi, _easy);
     return result;
+}
+
+int CurlExchange::Follow() {
+    long status = 0;
+    curl_easy_getinfo(_easy, CURLINFO_RESPONSE_CODE, &status);
+    CurlRedirect const redirect = ResolveRedirect(_url, _location);
+    if (redirect.error != HttpErrorNone) {
+        return redirect.error;
+    }
+    if (!redirect.isSameOrigin) {
+        // What the caller put there may be a secret between it and the first server.
+        curl_slist_free_all(std::exchange(_headers, nullptr));
+        AddOwnHeaders();
+        Set(CURLOPT_HTTPHEADER, _headers);
+    }
+    if (status != 307 && status != 308) {
+        Set(CURLOPT_HTTPGET, 1L);
+    }
+    _url = redirect.url;
+    Set(CURLOPT_URL, _url.c_str());
+    return HttpErrorNone;
 }
 
 int CurlExchange::Drive() {
@@ -169,6 +225,9 @@ int CurlExchange::Drive() {
         if (HasTimedOut()) {
             return Outcome(CURLE_OPERATION_TIMEDOUT);
         }
+        if (HasReceivedTooMuch()) {
+            return Outcome(CURLE_RECV_ERROR);
+        }
         curl_multi_poll(_multi, nullptr, 0, kPollMilliseconds, nullptr);
     }
 }
@@ -180,16 +239,20 @@ CURLcode CurlExchange::TransferResult() {
 }
 
 int CurlExchange::Outcome(CURLcode code) {
-    // Whatever ends the reading of the body ends it like the body's end.
-    if (code == CURLE_OK || _isHeadComplete) {
+    // Whatever ends the reading of the body ends it like the body's end; and of a redirect nobody reads one.
+    if (code == CURLE_OK || _isHeadComplete || _isRedirect) {
         return HttpErrorNone;
     }
-    // A redirect that names another protocol ends before it connects, with one of the same codes.
-    if (!_isRedirect && IsAnswerWithoutHead(code)) {
-        return HttpErrorNone;
-    }
+    return _isHeadRefused || IsAnswerWithoutHead(code) ? HttpErrorNone : Failure(code);
+}
+
+int CurlExchange::Failure(CURLcode code) {
     long verifyResult = X509_V_OK;
     curl_easy_getinfo(_easy, CURLINFO_SSL_VERIFYRESULT, &verifyResult);
+    std::string const advice = CertificateAdvice(code, verifyResult, _isCaFileUnreadable, _settings, _url);
+    if (!advice.empty()) {
+        _exchange.Explain(advice.c_str());
+    }
     return HttpErrorOfCurl(code, verifyResult);
 }
 
@@ -209,46 +272,69 @@ bool CurlExchange::HasTimedOut() const {
     } else if (_phase == Phase::Exchanging && _isSending) {
         limit = _settings.timeouts.send;
     }
-    return MonotonicMilliseconds() - _lastActivity >= static_cast<long long>(limit);
+    long long const now = MonotonicMilliseconds();
+    return now - _lastActivity >= static_cast<long long>(limit) ||
+           now - _began >= static_cast<long long>(_settings.timeouts.exchange);
 }
 
-void CurlExchange::ReadHeaderLine(std::string const& line) {
-    if (StartsWith(line, "HTTP/")) {
-        _isRedirect = false;
-        return;
+bool CurlExchange::HasReceivedTooMuch() const {
+    curl_tlssessioninfo* session = nullptr;
+    curl_easy_getinfo(_easy, CURLINFO_TLS_SSL_PTR, &session);
+    auto* const tls = session != nullptr ? static_cast<SSL*>(session->internals) : nullptr;
+    BIO* const wire = tls != nullptr ? SSL_get_rbio(tls) : nullptr;
+    return wire != nullptr && BIO_number_read(wire) > kMostReceived;
+}
+
+bool CurlExchange::ReadHeaderLine(std::string const& line) {
+    if (_isHeadComplete) {
+        return true;
     }
+    if (line == "\r\n" || line == "\n") {
+        return ReadHeadEnd();
+    }
+    if (StartsWith(line, "HTTP/")) {
+        _location.clear();
+    } else if (StartsWith(line, "Location:") && _location.empty()) {
+        _location = ValueOf(line);
+    } else if (StartsWith(line, "Transfer-Encoding:")) {
+        // libcurl would unpack any other, though it never asked for one, and one inside another without end.
+        std::string const coding = ValueOf(line);
+        return strcasecmp(coding.c_str(), "chunked") == 0 || strcasecmp(coding.c_str(), "identity") == 0;
+    }
+    return true;
+}
+
+bool CurlExchange::ReadHeadEnd() {
     long status = 0;
     curl_easy_getinfo(_easy, CURLINFO_RESPONSE_CODE, &status);
-    bool const isElsewhere = status >= 300 && status < 400;
-    if (StartsWith(line, "Location:")) {
-        // libcurl passes over an empty one.
-        bool const isEmpty = line.find_first_not_of(" \t\r\n", std::strlen("Location:")) == std::string::npos;
-        _isRedirect = _isRedirect || (isElsewhere && !isEmpty);
-        return;
+    _isRedirect = IsRedirectStatus(status) && !_location.empty();
+    if (status >= 200 && !_isRedirect) {
+        _isHeadComplete = true;
+        _exchange.SetStatus(static_cast<int>(status));
     }
-    bool const isEnd = line == "\r\n" || line == "\n";
-    if (!isEnd || _isHeadComplete || status < 200) {
-        return;
-    }
-    if (_isRedirect) {
-        Enter(Phase::Connecting);
-        return;
-    }
-    _isHeadComplete = true;
-    _exchange.SetStatus(static_cast<int>(status));
+    return !_isRedirect;
 }
 
+// Less than what was offered ends the transfer. No exception may cross libcurl.
 std::size_t CurlExchange::OnHeader(char* bytes, std::size_t size, std::size_t count, void* self) {
     auto& exchange = *static_cast<CurlExchange*>(self);
     exchange.Touch();
-    exchange.ReadHeaderLine(std::string(bytes, size * count));
-    return size * count;
+    exchange._headBytes += size * count;
+    bool goesOn = false;
+    try {
+        goesOn = exchange._headBytes <= kMostHeadBytes &&
+                 exchange.ReadHeaderLine(std::string(bytes, size * count));
+    } catch (std::bad_alloc const&) {
+        goesOn = false;
+    }
+    exchange._isHeadRefused = !goesOn;
+    return goesOn ? size * count : 0;
 }
 
 std::size_t CurlExchange::OnBody(char* bytes, std::size_t size, std::size_t count, void* self) {
     auto& exchange = *static_cast<CurlExchange*>(self);
     exchange.Touch();
-    // Less than what was offered ends the transfer; no piece is empty.
+    // No piece is empty.
     return exchange._exchange.AppendBody(bytes, size * count) ? size * count : 0;
 }
 
@@ -264,7 +350,6 @@ int CurlExchange::OnProgress(void* self, curl_off_t, curl_off_t, curl_off_t upTo
 
 int CurlExchange::OnConnected(void* self, char*, char*, int, int) {
     auto& exchange = *static_cast<CurlExchange*>(self);
-    exchange._isRedirect = false;
     exchange.Enter(Phase::Exchanging);
     return CURL_PREREQFUNC_OK;
 }
@@ -277,6 +362,7 @@ CURLcode CurlExchange::OnTlsContext(CURL*, void* context, void* self) {
     SSL_CTX_set_keylog_callback(tls, nullptr);
     std::string const& file = exchange._settings.caFile;
     if (!file.empty() && X509_STORE_load_file(SSL_CTX_get_cert_store(tls), file.c_str()) != 1) {
+        exchange._isCaFileUnreadable = true;
         return CURLE_SSL_CACERT_BADFILE;
     }
     return CURLE_OK;

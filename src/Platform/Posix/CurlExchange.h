@@ -34,16 +34,26 @@ private:
     void SetIsolation();
     void SetRequest();
     void SetCallbacks();
-    void AddHeaders();
+    void AddOwnHeaders();
+    void AddRequestedHeaders();
     void Append(curl_slist*& list, std::string const& line);
 
+    // One request of the chain, and what it ends with.
+    int Perform();
+    // Sets up the next request of the chain.
+    int Follow();
     int Drive();
     int Outcome(CURLcode code);
+    int Failure(CURLcode code);
     CURLcode TransferResult();
     void Enter(Phase phase);
     void Touch();
     bool HasTimedOut() const;
-    void ReadHeaderLine(std::string const& line);
+    // True once more has come than an answer may cost, whatever it was.
+    bool HasReceivedTooMuch() const;
+    // False if the answer is to end here.
+    bool ReadHeaderLine(std::string const& line);
+    bool ReadHeadEnd();
 
     static std::size_t OnHeader(char* bytes, std::size_t size, std::size_t count, void* self);
     static std::size_t OnBody(char* bytes, std::size_t size, std::size_t count, void* self);
@@ -61,12 +71,18 @@ private:
     curl_slist* _headers = nullptr;
     curl_slist* _connectTo = nullptr;
     bool _isSetUp;
+    std::string _url;  // of the request in hand
     Phase _phase = Phase::Connecting;
-    long long _lastActivity = 0;  // ms of the monotonic clock
-    curl_off_t _sent = 0;         // bytes of the body
+    long long const _began;  // ms of the monotonic clock, as the next
+    long long _lastActivity = 0;
+    curl_off_t _sent = 0;  // bytes of the body
     bool _isSending = false;
-    bool _isRedirect = false;      // the current head names another location
+    std::size_t _headBytes = 0;    // of all heads, interim ones too, and of what follows a chunked body
+    std::string _location;         // that the head in hand names; empty for none
+    bool _isRedirect = false;      // the head that came sends the request there
+    bool _isHeadRefused = false;   // the head in hand can't be the head of an answer
     bool _isHeadComplete = false;  // of the answer that counts
+    bool _isCaFileUnreadable = false;
 };
 
 }  // namespace Ubrix::Platform

@@ -80,22 +80,34 @@ TEST_F(TransportTest, OnlyAGoodCertificateOfTheNameCounts) {
     struct {
         Example::ServerIdentity identity;
         int number;
+        char const* advice;
     } const rows[] = {
-        {stranger.Issue({kHost}), Ubrix::HttpErrorCertificateAuthority},
-        {_authority.Issue({"other.example"}), Ubrix::HttpErrorCertificateName},
-        {_authority.Issue({"127.0.0.1"}), Ubrix::HttpErrorCertificateName},
-        {_authority.Issue({kHost}, {-30, -1}), Ubrix::HttpErrorCertificateDate},
-        {_authority.Issue({kHost}, {1, 30}), Ubrix::HttpErrorCertificateDate},
-        {_authority.Issue({kHost}), 0},
+        {stranger.Issue({kHost}), Ubrix::HttpErrorCertificateAuthority,
+         "; if not, somebody may be listening in."},
+        {_authority.Issue({"other.example"}), Ubrix::HttpErrorCertificateName,
+         ", and the server's certificate."},
+        {_authority.Issue({"127.0.0.1"}), Ubrix::HttpErrorCertificateName, ", and the server's certificate."},
+        {_authority.Issue({kHost}, {-30, -1}), Ubrix::HttpErrorCertificateDate,
+         "(certificate has expired): check the device's clock first, then the server's certificate."},
+        {_authority.Issue({kHost}, {1, 30}), Ubrix::HttpErrorCertificateDate,
+         "(certificate is not yet valid): check the device's clock first, then the server's certificate."},
+        {_authority.Issue({kHost}), 0, ""},
     };
+    int warnings = 0;
     for (auto const& row : rows) {
         RawTlsServer server(row.identity, Say("200 OK\r\nContent-Length: 2", "ok"));
         Ubrix::SetHttpConnectAddress(server.Address().c_str());
         EXPECT_EQ(Fetch(), row.number != 0 ? "1 0 null" : "0 200 ok") << row.number;
         EXPECT_EQ(LoggedNumber(row.number), row.number != 0) << _log.Text();
+        warnings += row.number != 0 ? 1 : 0;
+        EXPECT_EQ(_log.Count("Warning", ""), warnings);
+        EXPECT_TRUE(_log.Has("Warning", row.advice)) << _log.Text();
     }
-    Ubrix::SetHttpCaFile("no such file");
+    Ubrix::SetHttpCaFile("no\nfile");
     EXPECT_EQ(Converse(Say("200 OK")), "1 0 null");
+    EXPECT_TRUE(_log.Has("Warning",
+                         "No certificate authority can be read from no\\nfile, the file named with "
+                         "SetHttpCaFile: nothing is sent before it is a readable PEM file."));
 }
 
 TEST_F(TransportTest, TheHeadIsNothingButWhatWasAskedFor) {
@@ -163,6 +175,24 @@ TEST_F(TransportTest, RedirectsStayOnTlsAndEnd) {
     for (auto const& row : failures) {
         EXPECT_EQ(Converse(redirect(row.first)), "1 0 null") << row.first;
         EXPECT_TRUE(LoggedNumber(row.second)) << row.first;
+    }
+    std::map<std::string, bool> const keepHeaders = {{"/y", true},
+                                                     {"https://me@GAME.example:443/y", true},
+                                                     {"//other.example/y", false},
+                                                     {"https://game.example:444/y", false}};
+    for (auto const& row : keepHeaders) {
+        std::string head;
+        RawTlsServer server(_authority.Issue({kHost, "other.example"}), [&](RawConnection& connection) {
+            connection.Handshake();
+            head = connection.ReadHead();
+            bool const isThere = head.find(" /y ") != std::string::npos;
+            connection.Send(isThere ? "HTTP/1.1 200 OK\r\n\r\n"
+                                    : "HTTP/1.1 307 Go\r\nLocation: " + row.first + "\r\n\r\n");
+        });
+        Ubrix::SetHttpConnectAddress(server.Address().c_str());
+        EXPECT_EQ(Fetch(kUrl, "", {{"X-Secret", "1"}}), "0 200 ") << row.first;
+        EXPECT_EQ(head.find("X-Secret:1") != std::string::npos, row.second) << row.first;
+        EXPECT_EQ(head.find("Authorization"), std::string::npos) << head;
     }
     std::atomic<int> left{10};
     EXPECT_EQ(Converse([&](RawConnection& connection) {

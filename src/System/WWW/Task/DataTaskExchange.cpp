@@ -1,6 +1,7 @@
 #include "System/WWW/Task/DataTaskExchange.h"
 
 #include <algorithm>
+#include <cstring>
 #include <new>
 
 namespace Ubrix {
@@ -14,6 +15,14 @@ bool DataTaskExchange::AppendBody(void const* bytes, std::size_t length) {
         return false;
     }
     return taken == length;
+}
+
+void DataTaskExchange::Explain(char const* advice) {
+    try {
+        _advice.assign(advice, strnlen(advice, kAdviceLimit));
+    } catch (std::bad_alloc const&) {
+        _advice.clear();
+    }
 }
 
 }  // namespace Ubrix

@@ -1,9 +1,11 @@
 #include "System/WWW/Task/DataTaskImpl.h"
 
+#include <new>
 #include <utility>
 #include <vector>
 
 #include "Platform/Thread.h"
+#include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/WWW/Task/DataTaskExchange.h"
 #include "System/WWW/Task/TransportChoice.h"
@@ -12,6 +14,8 @@
 namespace Ubrix {
 
 namespace {
+
+constexpr char const* kWorker = "Ubrix::DataTaskImpl::OnThreadProc";
 
 int Carry(DataTaskRequest const& request, CrackedUrl const& url, std::vector<std::string> const& lines,
           DataTaskExchange& exchange) {
@@ -33,8 +37,37 @@ int Carry(DataTaskRequest const& request, CrackedUrl const& url, std::vector<std
     return request.transport->Perform(told, exchange);
 }
 
-void Fail(DataTaskRequest const& request, int errorCode) {
-    request.state->Finish(request.ticket, errorCode, 0, nullptr, 0);
+// Tells a request's failure, unless nobody is to hear of it any more. Gives its code.
+int Fail(DataTaskExchange& exchange, int error) {
+    if (!exchange.IsCancelled()) {
+        VC_LOG(Info, kWorker, "HttpSendRequest failed %d\n", error);
+        if (!exchange.Advice().empty()) {
+            VC_LOG(Warning, kWorker, "%s", ForeignText(exchange.Advice()).c_str());
+        }
+    }
+    return DataTaskErrorCode(error);
+}
+
+// Brings the answer into `exchange`. Gives the listener's code.
+int Ask(DataTaskRequest const& request, DataTaskExchange& exchange) {
+    CrackedUrl url;
+    if (!request.Crack(url)) {
+        VC_LOG(Info, kWorker, "Error:InternetCrackUrl failed!\n");
+        return DataTaskErrorCode(HttpErrorInvalidUrl);
+    }
+    std::vector<std::string> lines;
+    if (!request.BuildHeaderLines(lines)) {
+        VC_LOG(Info, kWorker, "HttpAddRequestHeaders failed");
+        return DataTaskErrorCode(HttpErrorInternal);
+    }
+    int const error = Carry(request, url, lines, exchange);
+    if (error != HttpErrorNone) {
+        return Fail(exchange, error);
+    }
+    if (exchange.Status() == 0 && !exchange.IsCancelled()) {
+        VC_LOG(Info, kWorker, "Get head failed\n");
+    }
+    return exchange.Status() == 0 ? DataTaskErrorCode(HttpErrorNoStatus) : 0;
 }
 
 }  // namespace
@@ -123,32 +156,15 @@ void DataTaskImpl::RunWorker(void* request) {
 }
 
 void DataTaskImpl::OnThreadProc(DataTaskRequest const& request) {
-    static char const* const func = "Ubrix::DataTaskImpl::OnThreadProc";
-    CrackedUrl url;
-    if (!request.Crack(url)) {
-        VC_LOG(Info, func, "Error:InternetCrackUrl failed!\n");
-        Fail(request, DataTaskErrorCode(HttpErrorInvalidUrl));
-        return;
-    }
-    std::vector<std::string> lines;
-    if (!request.BuildHeaderLines(lines)) {
-        VC_LOG(Info, func, "HttpAddRequestHeaders failed");
-        Fail(request, DataTaskErrorCode(HttpErrorInternal));
-        return;
-    }
     DataTaskExchange exchange(*request.state, request.ticket);
-    int const error = Carry(request, url, lines, exchange);
-    if (exchange.IsCancelled()) {
-        return;
+    int code = DataTaskErrorCode(HttpErrorInternal);
+    try {
+        code = Ask(request, exchange);
+    } catch (std::bad_alloc const&) {
+        // Nothing was told yet: the request still ends, with the code of any failure.
     }
-    if (error != HttpErrorNone) {
-        VC_LOG(Info, func, "HttpSendRequest failed %d\n", error);
-        Fail(request, DataTaskErrorCode(error));
-        return;
-    }
-    if (exchange.Status() == 0) {
-        VC_LOG(Info, func, "Get head failed\n");
-        Fail(request, DataTaskErrorCode(HttpErrorNoStatus));
+    if (code != 0) {
+        request.state->Finish(request.ticket, code, 0, nullptr, 0);
         return;
     }
     std::string const& body = exchange.Body();
