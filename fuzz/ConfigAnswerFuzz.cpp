@@ -10,10 +10,9 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     SilentLog::Install();
     // Terminated, as the transfer hands it over.
     std::string const body(reinterpret_cast<char const*>(data), size);
-    Ubrix::Value modules;
-    int ruleId = 0;
-    Velmor::ParseConfigAnswer(body.c_str(), body.size(), modules, ruleId);
-    for (Ubrix::ValueIterator module = modules.begin(); module != modules.end(); ++module) {
+    Velmor::ConfigAnswer answer;
+    Velmor::ParseConfigAnswer(body.c_str(), body.size(), answer);
+    for (Ubrix::ValueIterator module = answer.modules.begin(); module != answer.modules.end(); ++module) {
         if (module.memberName() == nullptr) {
             __builtin_trap();
         }

@@ -1,12 +1,16 @@
 // The end of a fetch: what ConfigureImpl does with an answer or a failure, on the transfer's thread.
 #include <VelmorCore/Bundle.h>
 
+#include <memory>
+#include <new>
 #include <string>
 
 #include "Base/Configure/ConfigAnswer.h"
 #include "Base/Configure/ConfigureImpl.h"
 #include "Base/Configure/ReportKeeper.h"
 #include "Base/Configure/StringIterator.h"
+#include "Storage/Bundle/BundleImpl.h"
+#include "Storage/File/IniLines.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Time/ClockSource.h"
@@ -24,20 +28,32 @@ constexpr char kFunction[] = "Velmor::ConfigureImpl::OnDataTaskFinished";
 constexpr char kSection[] = "VelmorCore";
 constexpr unsigned long long kRetryMilliseconds = 10000;
 
+// True for a module with a usable key; logs otherwise.
+bool HasKeys(Value const& module, char const* function, Ubrix::LineBudget& complaints) {
+    if (!module.isObject() && complaints.Allows()) {
+        VC_LOG(Error, function, "Value is not Object type");
+    }
+    return module.isObject();
+}
+
 // Tells each module's observer which keys came in. Touches nothing but its arguments: an observer may take
 // the whole library down.
-void NotifyModules(ConfigureObservers& observers, Value const& modules) {
+void NotifyModules(ConfigureObservers& observers, ConfigAnswer& answer) {
+    Value const& modules = answer.modules;
     for (Ubrix::ValueConstIterator module = modules.begin(); module != modules.end(); ++module) {
-        if (!(*module).isObject()) {
-            VC_LOG(Error, kFunction, "Value is not Object type");
+        if (!HasKeys(*module, kFunction, answer.complaints)) {
             continue;
         }
         Value const& keys = *module;
-        StringIterator names;
-        for (Ubrix::ValueConstIterator key = keys.begin(); key != keys.end(); ++key) {
-            names.Add(key.memberName());
+        try {
+            StringIterator names;
+            for (Ubrix::ValueConstIterator key = keys.begin(); key != keys.end(); ++key) {
+                names.Add(key.memberName());
+            }
+            observers.Notify(module.memberName(), &names);
+        } catch (std::bad_alloc const&) {
+            VC_LOG(Error, kFunction, "no memory to tell a module");
         }
-        observers.Notify(module.memberName(), &names);
     }
 }
 
@@ -46,10 +62,18 @@ ForeignText ShownBody(char const* body, std::uint64_t length) {
                            : ForeignText(nullptr);
 }
 
-// One module into its section, without a save.
-void StoreModule(Ubrix::Bundle& cache, char const* name, Value const& keys) {
-    for (Ubrix::ValueConstIterator key = keys.begin(); key != keys.end(); ++key) {
-        cache.SetNoSave(name, key.memberName(), (*key).asString().c_str());
+// The cache's content with this answer: the address first, so that a module may change what the file tells.
+void Compose(std::string const& url, ConfigAnswer& answer, Ubrix::IniLines& lines) {
+    lines.Write(kSection, "RemoteConfigUrl", url);
+    Value const& modules = answer.modules;
+    for (Ubrix::ValueConstIterator module = modules.begin(); module != modules.end(); ++module) {
+        Value const& keys = *module;
+        if (!HasKeys(keys, "Ubrix::BundleImpl::Set", answer.complaints)) {
+            continue;
+        }
+        for (Ubrix::ValueConstIterator key = keys.begin(); key != keys.end(); ++key) {
+            lines.Write(module.memberName(), key.memberName(), (*key).asString().c_str());
+        }
     }
 }
 
@@ -65,21 +89,36 @@ struct ConfigureImpl::Outcome {
 void ConfigureImpl::OnDataTaskFinished(Ubrix::DataTask* task, int errorCode, int httpStatus, char const* data,
                                        std::uint64_t length) {
     Outcome const outcome{task, errorCode, httpStatus, length};
-    auto const modules = std::make_shared<Value>();
-    Ending const ending = End(outcome, data, *modules);
+    try {
+        EndAndTell(outcome, data);
+    } catch (std::bad_alloc const&) {
+        // Wherever it was: whoever fetches next must find a state that lets it.
+        ScopedLock lock(_lock);
+        VC_LOG(Error, kFunction, "no memory to end the request");
+        if (_state == kRequesting) {
+            _ignoreResult = false;
+            _state = errorCode == 0 ? kFinished : kFailed;
+        }
+    }
+}
+
+void ConfigureImpl::EndAndTell(Outcome const& outcome, char const* body) {
+    auto const answer = std::make_shared<ConfigAnswer>();
+    Ending const ending = End(outcome, body, *answer);
     // What follows runs when the task is idle again, so that a fetch that starts meanwhile finds it free.
-    Ubrix::DataTaskImpl::RunOnceIdle(task, [this, ending, modules, observers = _observers] {
+    Ubrix::DataTaskImpl::RunOnceIdle(outcome.task, [this, ending, answer, observers = _observers] {
         StartWhatWaits(ending);
         if (ending == Ending::Answered) {
-            NotifyModules(*observers, *modules);
+            NotifyModules(*observers, *answer);
         }
+        answer->complaints.TellRest(Ubrix::ALogPriorityError, kFunction);
         if (ending != Ending::Ignored) {
             ReportKeeper::GetInstance().Flush();
         }
     });
 }
 
-ConfigureImpl::Ending ConfigureImpl::End(Outcome const& outcome, char const* body, Value& modules) {
+ConfigureImpl::Ending ConfigureImpl::End(Outcome const& outcome, char const* body, ConfigAnswer& answer) {
     {
         ScopedLock lock(_lock);
         if (DropIfIgnored(outcome)) {
@@ -90,7 +129,7 @@ ConfigureImpl::Ending ConfigureImpl::End(Outcome const& outcome, char const* bod
                outcome.errorCode, outcome.httpStatus, CostMilliseconds(),
                ShownBody(body, outcome.length).c_str(), static_cast<unsigned long long>(outcome.length));
     }
-    return outcome.errorCode == 0 ? TakeAnswer(outcome, body, modules) : TakeFailure(outcome);
+    return outcome.errorCode == 0 ? TakeAnswer(outcome, body, answer) : TakeFailure(outcome);
 }
 
 unsigned long long ConfigureImpl::CostMilliseconds() const {
@@ -116,17 +155,19 @@ bool ConfigureImpl::DropIfIgnored(Outcome const& outcome) {
 
 // The answer is read before the lock is taken, since a large one takes its time; stored, it appears to
 // readers at once.
-ConfigureImpl::Ending ConfigureImpl::TakeAnswer(Outcome const& outcome, char const* body, Value& modules) {
-    int ruleId = 0;
-    int const result = ParseConfigAnswer(body, outcome.length, modules, ruleId);
+ConfigureImpl::Ending ConfigureImpl::TakeAnswer(Outcome const& outcome, char const* body,
+                                                ConfigAnswer& answer) {
+    int result = ParseConfigAnswer(body, outcome.length, answer);
     ScopedLock lock(_lock);
     if (DropIfIgnored(outcome)) {
         return Ending::Ignored;
     }
     Report(outcome);
-    if (result == 0) {
-        Store(modules, ruleId);
-    } else {
+    if (result == 0 && !Store(answer)) {
+        Value().swap(answer.modules);
+        result = kBadAnswer;
+    }
+    if (result != 0) {
         VC_LOG(Error, kFunction, "ParseJson error:%d", result);
     }
     _state = kFinished;
@@ -157,25 +198,24 @@ void ConfigureImpl::StartWhatWaits(Ending ending) {
     }
 }
 
-// Replaces the cache whole, in one write: a process that dies in the middle finds the old one again.
-void ConfigureImpl::Store(Value const& modules, int ruleId) {
-    if (ruleId > _ruleId) {
-        _ruleId = ruleId;
-        Ubrix::BundleFactory::GetInstance().GetDefaultBundle().Set(kSection, "rule_id", ruleId);
-    }
-    if (_cache == nullptr) {
-        return;
-    }
-    _cache->ClearNoSave();
-    _cache->SetNoSave(kSection, "RemoteConfigUrl", _url.c_str());
-    for (Ubrix::ValueConstIterator module = modules.begin(); module != modules.end(); ++module) {
-        if ((*module).isObject()) {
-            StoreModule(*_cache, module.memberName(), *module);
-        } else {
-            VC_LOG(Error, "Ubrix::BundleImpl::Set", "Value is not Object type");
+// Replaces the cache whole, in one write: a process that dies in the middle finds the old one again. False,
+// with the cache as it was, if there is no memory for it.
+bool ConfigureImpl::Store(ConfigAnswer& answer) {
+    try {
+        if (answer.ruleId > _ruleId) {
+            _ruleId = answer.ruleId;
+            Ubrix::BundleFactory::GetInstance().GetDefaultBundle().Set(kSection, "rule_id", _ruleId);
         }
+        if (_cache != nullptr) {
+            Ubrix::IniLines lines;
+            Compose(_url, answer, lines);
+            _cache->Replace(lines);
+        }
+        return true;
+    } catch (std::bad_alloc const&) {
+        VC_LOG(Error, kFunction, "parse json error");
+        return false;
     }
-    _cache->Save();
 }
 
 void ConfigureImpl::Report(Outcome const& outcome) {

@@ -6,15 +6,16 @@
 #include <VelmorCore/Http.h>
 #include <VelmorCore/Network.h>
 #include <VelmorCore/Timer.h>
-#include <VelmorCore/Value.h>
 
 #include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
 
+#include "Base/Configure/ConfigAnswer.h"
 #include "Base/Configure/ConfigureObservers.h"
 #include "Platform/Mutex.h"
+#include "Storage/Bundle/BundleImpl.h"
 
 namespace Velmor {
 
@@ -68,13 +69,14 @@ private:
 
     // How a fetch ended.
     enum class Ending { Ignored, Failed, Answered };
-    Ending End(Outcome const& outcome, char const* body, Ubrix::Value& modules);
-    Ending TakeAnswer(Outcome const& outcome, char const* body, Ubrix::Value& modules);
+    void EndAndTell(Outcome const& outcome, char const* body);
+    Ending End(Outcome const& outcome, char const* body, ConfigAnswer& answer);
+    Ending TakeAnswer(Outcome const& outcome, char const* body, ConfigAnswer& answer);
     Ending TakeFailure(Outcome const& outcome);
     bool DropIfIgnored(Outcome const& outcome) VC_REQUIRES(_lock);
     void StartWhatWaits(Ending ending);
     unsigned long long CostMilliseconds() const VC_REQUIRES(_lock);
-    void Store(Ubrix::Value const& modules, int ruleId) VC_REQUIRES(_lock);
+    bool Store(ConfigAnswer& answer) VC_REQUIRES(_lock);
     void Report(Outcome const& outcome) VC_REQUIRES(_lock);
 
     static void OnNextTimer(unsigned int id, void* userData);
@@ -93,7 +95,7 @@ private:
     State _state VC_GUARDED_BY(_lock) = kUninitialized;
     Ubrix::DataTask* _task VC_GUARDED_BY(_lock) = nullptr;
     std::shared_ptr<ConfigureObservers> const _observers;
-    std::unique_ptr<Ubrix::Bundle> _cache VC_GUARDED_BY(_lock);
+    std::unique_ptr<Ubrix::BundleImpl> _cache VC_GUARDED_BY(_lock);
     int _maxRetryCount VC_GUARDED_BY(_lock) = 0;
     int _retryCount VC_GUARDED_BY(_lock) = 0;
     // Monotonic milliseconds when the last request started.

@@ -11,6 +11,7 @@
 #include <json/json.h>
 
 #include <string>
+#include <string_view>
 
 namespace Ubrix_Json = Json;
 
@@ -22,12 +23,12 @@ inline std::string WriteCompactJson(Ubrix_Json::Value const& value) {
     return writer.write(value);
 }
 
-// Parses a whole text, comments allowed. False for a text that isn't JSON or nests deeper than the library
-// reads.
-inline bool ParseJson(std::string const& text, Ubrix_Json::Value& value) {
+// Parses a whole text, comments allowed and not kept. False for a text that isn't JSON or nests deeper than
+// the library reads. The text isn't copied.
+inline bool ParseJson(std::string_view text, Ubrix_Json::Value& value) {
     try {
         Ubrix_Json::Reader reader;
-        return reader.parse(text, value, true);
+        return reader.parse(text.data(), text.data() + text.size(), value, false);
     } catch (Ubrix_Json::Exception const&) {
         return false;
     }

@@ -3,6 +3,7 @@
 #include <VelmorCore/Value.h>
 
 #include <cstring>
+#include <new>
 
 #include "Base/Ubrix/CoreParameters.h"
 #include "Storage/Bundle/PlatformMetadata.h"
@@ -286,6 +287,16 @@ bool BundleImpl::RemoveSectionNoSave(char const* section) {
 
 bool BundleImpl::ClearNoSave() {
     return _ini->ClearNoSave();
+}
+
+void BundleImpl::Replace(IniLines& lines) {
+    _ini->Swap(lines);
+    try {
+        _ini->Save();
+    } catch (std::bad_alloc const&) {
+        _ini->Swap(lines);
+        throw;
+    }
 }
 
 bool BundleImpl::RemoveKeyNoSave(char const* section, char const* key) {

@@ -56,6 +56,10 @@ public:
     bool ClearNoSave() override;
     bool RemoveKeyNoSave(char const* section, char const* key) override;
 
+    // Puts `lines` in place of the whole content, saved; what stood there comes back in `lines`. Without the
+    // memory for it std::bad_alloc leaves both as they were, on the disk too.
+    void Replace(IniLines& lines);
+
 private:
     std::unique_ptr<IniBundle> _ini;
 };

@@ -220,4 +220,10 @@ bool IniBundle::ClearNoSave() {
     return _file != nullptr && _file->Clear();
 }
 
+void IniBundle::Swap(IniLines& lines) {
+    if (_file != nullptr) {
+        _file->Swap(lines);
+    }
+}
+
 }  // namespace Ubrix

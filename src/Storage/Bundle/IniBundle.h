@@ -9,6 +9,7 @@
 
 namespace Ubrix {
 
+class IniLines;
 class Value;
 
 // The forms for a `Value`, and those without a section, have no effect here: BundleImpl reduces them to the
@@ -66,6 +67,8 @@ public:
     virtual bool RemoveSectionNoSave(char const* section);
     virtual bool RemoveKeyNoSave(char const* section, char const* key);
     virtual bool ClearNoSave();
+    // Exchanges the content in memory with `lines`, if there is a file.
+    void Swap(IniLines& lines);
 
 private:
     void Open(char const* path);

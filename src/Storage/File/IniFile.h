@@ -6,6 +6,8 @@
 
 namespace Ubrix {
 
+class IniLines;
+
 // Every operation may be called on any thread. Texts go in and out as bytes; one that is returned is the
 // caller's own. Nothing throws but std::bad_alloc.
 class IniFile {
@@ -49,6 +51,8 @@ public:
     virtual bool RemoveKey(char const* section, char const* key) = 0;
     // Takes out all lines. Always true.
     virtual bool Clear() = 0;
+    // Exchanges the content in memory with `lines`; the disk sees it at the next save. Takes no memory.
+    virtual void Swap(IniLines& lines) = 0;
 };
 
 // A new file object on plain text, or on an enciphered file. Both have read what stands at `path`. The caller

@@ -236,4 +236,9 @@ bool CIniFileImpl::Clear() {
     return true;
 }
 
+void CIniFileImpl::Swap(IniLines& lines) {
+    Platform::ScopedLock lock(_lock);
+    _lines.Swap(lines);
+}
+
 }  // namespace Ubrix

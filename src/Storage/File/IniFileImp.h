@@ -39,6 +39,7 @@ public:
     bool RemoveSection(char const* section) override;
     bool RemoveKey(char const* section, char const* key) override;
     bool Clear() override;
+    void Swap(IniLines& lines) override;
 
     // As Save of plain text, and tells whether the file has the content now.
     bool SaveChecked();

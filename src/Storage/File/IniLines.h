@@ -43,6 +43,10 @@ public:
     }
     void Append(std::string_view line) { Add(std::prev(_blocks.end()), Line(std::string(line))); }
     void Clear();
+    void Swap(IniLines& other) {
+        _blocks.swap(other._blocks);
+        _index.swap(other._index);
+    }
 
     // The value of `key` in the first section of the name that has it. Absent leaves `value` alone. A key
     // with nothing at all behind its "=" is absent.

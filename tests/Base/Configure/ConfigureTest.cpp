@@ -193,6 +193,8 @@ TEST_F(ConfigureTest, BadAnswersAreToldAndKeepTheCache) {
         {R"({"biz_data":{"merged_cfg":"x"}})", "parse json error"},
         {R"({"biz_data":{"merged_cfg":{"A":[1]}}})", "parse json error"},
         {R"({"biz_data":{"merged_cfg":{"A":{"k":2147483648}}}})", "parse json error"},
+        {R"({"biz_data":{"merged_cfg":{"A":{"k":-99999999999999999999}}}})", "parse json error"},
+        {R"({"more":[)" + std::string(1U << 20U, ',').replace(0, 2, "0,") + "]}", "parse json error"},
     };
     for (auto const& row : rows) {
         SCOPED_TRACE(row.body.substr(0, 60));
@@ -232,6 +234,25 @@ TEST_F(ConfigureTest, OddButGoodAnswersAreStored) {
     }
     EXPECT_EQ(Text("VelmorCore", "RemoteConfigUrl"), kUrl);
     EXPECT_EQ(ubrix_remoteconfig_GetInt("k", 5), 5);
+}
+
+TEST_F(ConfigureTest, WhatTheFileCantHoldIsLeftOutInFewLines) {
+    std::string unusable;
+    for (int i = 0; i < 100000; ++i) {
+        unusable += ",\"" + std::to_string(i) + "\":true";
+    }
+    _server.Answer(R"({"biz_data":{"merged_cfg":{"A]\nB":{"k":1},"M":{"a=b":1,"[a":1,"a\u0000b":1,)"
+                   R"("VelmorCore\nLogLevel":1,"cut":"one\r\n[Plant]\ngold=999","mark":"a#b","ok":"yes")" +
+                   unusable + "}}}}");
+    Impl().SetUrl(kUrl);
+    EXPECT_TRUE(_log.Await("Error", "99997 more lines like these left out"));
+    EXPECT_EQ(_log.Count("Error", "name of module A]\\nB can't be stored, left out"), 1);
+    EXPECT_EQ(_log.Count("Error", "valueType not support yet"), 9);
+    for (int life = 0; life < 2; ++life) {
+        EXPECT_EQ(Text("M", "ok") + Text("M", "cut") + Text("M", "a") + Text("Plant", "gold"),
+                  "yesoneabsentabsent");
+        ConfigureImpl::ReleaseInstance();
+    }
 }
 
 TEST_F(ConfigureTest, AForeignTextForgesNoLine) {
