@@ -21,17 +21,18 @@ public:
     ZipArchive(ZipArchive const&) = delete;
     ZipArchive& operator=(ZipArchive const&) = delete;
 
-    // Makes a new file at `path`, in place of any that stands there, for the user's eyes only. False if it
-    // can't be made, and for null.
-    // An archive that is still open is forgotten, not closed, and its file stays unreadable: close first.
+    // Makes a new file at `path`, in place of one of the user's own that stands there, for the user's eyes
+    // only. False if it can't be made, if a link or anything but a plain file stands there, and for null.
+    // An archive that is still open is given up, not closed, and its file stays unreadable: close first.
     bool CreateZipFile(char const* path);
     // Adds the content of the file at `sourcePath` under `nameInZip`, bytes as they stand, at most 65535 of
-    // them; two entries may have one name. False if no archive is open, if either is null, or if the name is
-    // too long: nothing is added then. False also if the source can't be opened, which leaves an empty entry,
-    // or if the archive can't be written, which leaves a cut one. A source that breaks off or vanishes while
-    // it is copied ends there, as a shorter file would. One of more than 4080 MiB is cut there, and the
-    // answer is false: larger entries need a format that not every tool reads. The archive itself is no
-    // source for it.
+    // them; two entries may have one name. False if no archive is open, if either is null, if the name is too
+    // long, or if the source is no plain file or isn't the user's to read: nothing is added then. False also
+    // if there is no such source, which leaves an empty entry; if the source can't be read to its end, which
+    // leaves what came; and if the archive can't be written, which breaks it: nothing can be added any more,
+    // and CloseZipFile answers false. A source that vanishes or is cut while it is copied ends there, as a
+    // shorter file would. One of more than 4080 MiB is cut there, and the answer is false: larger entries
+    // need a format that not every tool reads. The archive itself is no source for it.
     bool AddFileToZip(char const* sourcePath, char const* nameInZip);
     // As AddFileToZip, from a stream that is open for binary reading, from where it stands to its end. The
     // stream stays the caller's; null adds nothing.

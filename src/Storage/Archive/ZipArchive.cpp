@@ -1,10 +1,12 @@
 #include <VelmorCore/Zip.h>
 #include <minizip/zip.h>
 
+#include <climits>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include "Platform/FileSystem.h"
 
@@ -17,28 +19,83 @@ constexpr std::size_t kCopyPiece = 1024;
 // Its deflated form, which may be a little larger, stays below 4 GiB as well.
 constexpr std::uint64_t kMaxEntrySize = std::uint64_t{4080} << 20U;
 
-// Opening it for the archive keeps its mode.
-bool MakePrivateFile(char const* path) {
-    return Platform::OpenPrivateForWriting(path) != nullptr;
+// An archive that is being written. A write that failed makes it a broken one, and nothing is written then.
+struct OpenArchive {
+    Platform::OpenFile stream;
+    zipFile zip = nullptr;
+    bool isBroken = false;
+};
+
+voidpf ZCALLBACK GiveStream(voidpf archive, void const* /*path*/, int /*mode*/) {
+    return static_cast<OpenArchive*>(archive)->stream.get();
 }
 
-bool OpenEntry(zipFile archive, char const* name) {
-    return archive != nullptr && name != nullptr && std::strlen(name) <= kMaxNameLength &&
-           zipOpenNewFileInZip(archive, name, nullptr, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED,
-                               Z_DEFAULT_COMPRESSION) == ZIP_OK;
+uLong ZCALLBACK WriteToStream(voidpf archive, voidpf /*stream*/, void const* bytes, uLong size) {
+    auto& open = *static_cast<OpenArchive*>(archive);
+    if (open.isBroken || std::fwrite(bytes, 1, size, open.stream.get()) != size) {
+        open.isBroken = true;
+        return 0;
+    }
+    return size;
 }
 
-bool CopyIntoEntry(std::FILE* source, zipFile archive) {
+int ZCALLBACK LeaveStreamOpen(voidpf /*archive*/, voidpf /*stream*/) {
+    return 0;
+}
+
+std::unique_ptr<OpenArchive> Open(char const* path) {
+    auto archive = std::make_unique<OpenArchive>();
+    archive->stream = Platform::OpenPrivateForWriting(path);
+    if (archive->stream == nullptr) {
+        return nullptr;
+    }
+    zlib_filefunc64_def functions = {};
+    fill_fopen64_filefunc(&functions);
+    functions.opaque = archive.get();
+    functions.zopen64_file = GiveStream;
+    functions.zwrite_file = WriteToStream;
+    functions.zclose_file = LeaveStreamOpen;
+    archive->zip = zipOpen2_64(path, APPEND_STATUS_CREATE, nullptr, &functions);
+    return archive->zip != nullptr ? std::move(archive) : nullptr;
+}
+
+bool Close(std::unique_ptr<OpenArchive> const& archive) {
+    bool const closed = zipClose(archive->zip, nullptr) == ZIP_OK;
+    return closed && !archive->isBroken && Platform::FinishWriting(archive->stream.get());
+}
+
+bool IsEntryName(char const* name) {
+    return name != nullptr && std::strlen(name) <= kMaxNameLength;
+}
+
+// Whether the whole source was read and what came of it was taken.
+bool CopyIntoEntry(std::FILE* source, zipFile zip) {
     char piece[kCopyPiece];
     std::uint64_t room = kMaxEntrySize;
     while (std::size_t const length = std::fread(piece, 1, sizeof piece, source)) {
-        if (length > room ||
-            zipWriteInFileInZip(archive, piece, static_cast<unsigned int>(length)) != ZIP_OK) {
+        if (length > room || zipWriteInFileInZip(zip, piece, static_cast<unsigned int>(length)) != ZIP_OK) {
             return false;
         }
         room -= length;
     }
-    return true;
+    return std::ferror(source) == 0;
+}
+
+// A null `source` makes an empty entry, and false.
+bool AddEntry(OpenArchive& archive, std::FILE* source, char const* name) {
+    if (archive.isBroken || zipOpenNewFileInZip(archive.zip, name, nullptr, nullptr, 0, nullptr, 0, nullptr,
+                                                Z_DEFLATED, Z_DEFAULT_COMPRESSION) != ZIP_OK) {
+        return false;
+    }
+    bool const copied = source != nullptr && CopyIntoEntry(source, archive.zip);
+    bool const closed = zipCloseFileInZip(archive.zip) == ZIP_OK;
+    // What is still on its way would fail unseen otherwise.
+    archive.isBroken |= !closed || std::fflush(archive.stream.get()) != 0;
+    return copied && !archive.isBroken;
+}
+
+OpenArchive* Of(void* handle) {
+    return static_cast<OpenArchive*>(handle);
 }
 
 }  // namespace
@@ -50,36 +107,33 @@ ZipArchive::~ZipArchive() {
 }
 
 bool ZipArchive::CreateZipFile(char const* path) {
-    _handle = path != nullptr && MakePrivateFile(path) ? zipOpen(path, APPEND_STATUS_CREATE) : nullptr;
+    if (_handle != nullptr) {
+        Of(_handle)->isBroken = true;
+        CloseZipFile();
+    }
+    _handle = path != nullptr ? Open(path).release() : nullptr;
     return _handle != nullptr;
 }
 
 bool ZipArchive::AddFileToZip(char const* sourcePath, char const* nameInZip) {
-    if (sourcePath == nullptr || !OpenEntry(_handle, nameInZip)) {
+    if (_handle == nullptr || sourcePath == nullptr || !IsEntryName(nameInZip)) {
         return false;
     }
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> const source(std::fopen(sourcePath, "rb"), std::fclose);
-    bool const added = source != nullptr && CopyIntoEntry(source.get(), _handle);
-    zipCloseFileInZip(_handle);
-    return added;
+    Platform::OpenFile source;
+    bool const isNoFile =
+        Platform::OpenForReading(sourcePath, LLONG_MAX, source) == Platform::FileAnswer::Refused;
+    return !isNoFile && AddEntry(*Of(_handle), source.get(), nameInZip);
 }
 
 bool ZipArchive::AddStreamToZip(std::FILE* source, char const* nameInZip) {
-    if (source == nullptr || !OpenEntry(_handle, nameInZip)) {
-        return false;
-    }
-    bool const added = CopyIntoEntry(source, _handle);
-    zipCloseFileInZip(_handle);
-    return added;
+    return _handle != nullptr && source != nullptr && IsEntryName(nameInZip) &&
+           AddEntry(*Of(_handle), source, nameInZip);
 }
 
 bool ZipArchive::CloseZipFile() {
-    if (_handle == nullptr) {
-        return false;
-    }
-    bool const closed = zipClose(_handle, nullptr) == ZIP_OK;
+    std::unique_ptr<OpenArchive> const archive(Of(_handle));
     _handle = nullptr;
-    return closed;
+    return archive != nullptr && Close(archive);
 }
 
 }  // namespace Ubrix

@@ -1,5 +1,6 @@
 #include <VelmorCore/Zip.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -58,10 +59,13 @@ TEST(ZipArchiveTest, ASourceMayVanishWhileItIsRead) {
         std::remove("vanishing");
         EXPECT_TRUE(archive.AddStreamToZip(source, "entry"));
         EXPECT_FALSE(archive.AddStreamToZip(nullptr, "none"));
-        EXPECT_TRUE(archive.AddFileToZip(".", "no file"));
+        EXPECT_FALSE(archive.AddFileToZip(".", "no file"));
+        EXPECT_EQ(mkfifo("fifo", 0600), 0);
+        EXPECT_FALSE(archive.AddFileToZip("fifo", "fifo"));
     }
     std::fclose(source);
     EXPECT_EQ(Unzip("-p vanished.zip"), content);
+    EXPECT_EQ(Unzip("-Z1 vanished.zip"), "entry\n");
 }
 
 TEST(ZipArchiveTest, TellsFailures) {
@@ -69,9 +73,29 @@ TEST(ZipArchiveTest, TellsFailures) {
     EXPECT_FALSE(archive.CreateZipFile(nullptr) || archive.CreateZipFile("no/such/place.zip"));
     EXPECT_FALSE(archive.CloseZipFile());
     ASSERT_TRUE(archive.CreateZipFile("full.zip"));
-    ::Test::FileSizeLimit const limit(0);
+    WriteWholeFile("source", "words");
+    {
+        ::Test::FileSizeLimit const limit(0);
+        EXPECT_FALSE(archive.AddFileToZip("source", "source"));
+    }
+    EXPECT_FALSE(archive.AddFileToZip("source", "source")) << "a broken archive stays one";
     EXPECT_FALSE(archive.CloseZipFile());
     EXPECT_FALSE(archive.CloseZipFile());
+}
+
+TEST(ZipArchiveTest, IsWrittenThroughNoLinkAndInPlaceOfAnArchiveThatWasGivenUp) {
+    WriteWholeFile("outside", "kept");
+    std::filesystem::create_symlink("outside", "link.zip");
+    std::filesystem::create_symlink("nowhere", "dangling.zip");
+    ZipArchive archive;
+    EXPECT_FALSE(archive.CreateZipFile("link.zip") || archive.CreateZipFile("dangling.zip"));
+    EXPECT_EQ(ReadWholeFile("outside"), "kept");
+    EXPECT_FALSE(std::filesystem::exists("nowhere"));
+
+    EXPECT_TRUE(archive.CreateZipFile("first.zip") && archive.CreateZipFile("second.zip"));
+    EXPECT_TRUE(archive.AddFileToZip("outside", "entry") && archive.CloseZipFile());
+    EXPECT_EQ(ReadWholeFile("first.zip"), "");
+    EXPECT_EQ(Unzip("-p second.zip"), "kept");
 }
 
 }  // namespace
