@@ -14,11 +14,37 @@ namespace {
 // More than any line has; on the stack, so that a line costs no allocation.
 constexpr std::size_t kStageSize = 16384;
 
+bool Take(LogBuffer& buffer, char const* line) {
+    char area[kStageSize];
+    PtrBuffer stage(area, 0, sizeof area);
+    stage.Write(line, std::strlen(line));
+    if (stage.Length() == 0 || area[stage.Length() - 1] != '\n') {
+        stage.Write("\n", 1);
+    }
+    return buffer.Write(stage.Ptr(), stage.Length());
+}
+
+// A line of the writer's own, with a number in it.
+VELMORCORE_PRINTF(2, 0) bool WriteNumber(LogBuffer& buffer, char const* format, unsigned long long number) {
+    char text[128];
+    int const length = std::snprintf(text, sizeof text, format, number);
+    return buffer.Write(text, static_cast<std::size_t>(length));
+}
+
+// Puts the count of lines that were left out into the log, if there are any and it finds room now.
+void TellLeft(LogBuffer& buffer, unsigned long long& left) {
+    if (left > 0 && WriteNumber(buffer, "[F][ %llu log lines were left out, for want of room\n", left)) {
+        left = 0;
+    }
+}
+
 }  // namespace
 
 std::shared_ptr<LogBlockWriter> LogBlockWriter::Start(Platform::RecursiveMutex& lock, AFileLogger& file,
                                                       LogBlockOptions const& options) {
     auto writer = std::make_shared<LogBlockWriter>(lock, file, options);
+    // Lines can't join every block of an earlier run, nor wait until the thread has come to it.
+    writer->FlushOnce();
     // The thread's own share: its last step must not meet a destroyed writer.
     auto share = std::make_unique<std::shared_ptr<LogBlockWriter>>(writer);
     if (!Platform::StartThread(RunFlusher, share.get())) {
@@ -50,21 +76,16 @@ bool LogBlockWriter::AppendToBlock(char const* line) {
     if (_logBuffer == nullptr) {
         return false;
     }
-    char area[kStageSize];
-    PtrBuffer stage(area, 0, sizeof area);
-    stage.Write(line, std::strlen(line));
-    if (stage.Length() == 0 || area[stage.Length() - 1] != '\n') {
-        stage.Write("\n", 1);
-    }
     std::size_t const waiting = _logBuffer->Buffer().Length();
     if (waiting >= kFullLength) {
-        int const length = std::snprintf(area, sizeof area,
-                                         "[F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: %d\n",
-                                         static_cast<int>(waiting));
-        stage.Length(0, static_cast<std::size_t>(length));
+        ++_left;
+        WriteNumber(*_logBuffer, "[F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: %llu\n",
+                    waiting);
+    } else {
+        TellLeft(*_logBuffer, _left);
+        _left += Take(*_logBuffer, line) ? 0 : 1;
     }
-    bool const ripe =
-        _logBuffer->Write(stage.Ptr(), stage.Length()) && _logBuffer->Buffer().Length() >= kWriteLength;
+    bool const ripe = _logBuffer->Buffer().Length() >= kWriteLength;
     if (ripe) {
         _flushSignal.Set();
     }
@@ -84,9 +105,11 @@ void LogBlockWriter::WriteNow(char const* text) {
 
 void LogBlockWriter::Stop() {
     std::unique_ptr<LogBuffer> last;
+    unsigned long long left = 0;
     {
         Platform::ScopedLock lock(_lock);
         last = std::move(_logBuffer);
+        left = std::exchange(_left, 0ULL);
         _flushSignal.Set();
     }
     if (last == nullptr) {
@@ -94,9 +117,9 @@ void LogBlockWriter::Stop() {
     }
     // Behind what the flusher has in hand, so that blocks keep their order.
     _flusherEnded.Wait();
-    _closedBlock.Length(0, 0);
-    last->Flush(_closedBlock);
-    WriteToFile(_closedBlock);
+    WriteOut(*last);
+    TellLeft(*last, left);
+    WriteOut(*last);
 }
 
 void LogBlockWriter::RunFlusher(void* self) {
@@ -121,10 +144,22 @@ bool LogBlockWriter::FlushOnce() {
         }
         // Whatever has been signalled so far is met by this turn.
         _flushSignal.Reset();
+        if (_ownMemory == nullptr) {
+            WriteOut(*_logBuffer);
+            return true;
+        }
         _logBuffer->Flush(_closedBlock);
     }
     WriteToFile(_closedBlock);
     return true;
+}
+
+// The memory keeps the block until the file has it.
+void LogBlockWriter::WriteOut(LogBuffer& buffer) {
+    _closedBlock.Length(0, 0);
+    buffer.Close(_closedBlock);
+    WriteToFile(_closedBlock);
+    buffer.Clear();
 }
 
 void LogBlockWriter::WriteToFile(AutoBuffer const& block) {

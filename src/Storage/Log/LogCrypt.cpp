@@ -1,6 +1,7 @@
 #include "Storage/Log/LogCrypt.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 
 #include "Security/Crypto/Ecdh.h"
@@ -46,10 +47,14 @@ std::uint32_t BodyLengthAt(char const* data) {
     return ByteAt(field, 3) << 24 | ByteAt(field, 2) << 16 | ByteAt(field, 1) << 8 | ByteAt(field, 0);
 }
 
+// In one store: a process that dies here leaves the old length or the new one. And behind what it counts.
 void PutBodyLength(char* data, std::uint32_t length) {
+    unsigned char field[4];
     for (unsigned int i = 0; i < 4; ++i) {
-        data[Layout::kBodyLength + i] = static_cast<char>(length >> (8 * i));
+        field[i] = static_cast<unsigned char>(length >> (8 * i));
     }
+    std::atomic_signal_fence(std::memory_order_seq_cst);
+    std::memcpy(data + Layout::kBodyLength, field, sizeof field);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "Storage/Log/log_buffer.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <limits>
 
@@ -51,9 +52,13 @@ bool LogBuffer::Write(void const* data, std::size_t length, AutoBuffer& out) {
 }
 
 void LogBuffer::Flush(AutoBuffer& out) {
+    Close(out);
+    Clear();
+}
+
+void LogBuffer::Close(AutoBuffer& out) {
     if (LogCrypt::GetBodyLength(buff_.Ptr(), buff_.Length()) == 0) {
         EndStream();
-        Clear();
         return;
     }
     RequireOfBuffer(buff_.Length() >= log_crypt_->GetHeaderLen(),
@@ -67,7 +72,6 @@ void LogBuffer::Flush(AutoBuffer& out) {
     buff_.Length(whole, whole);
     out.Seek(0, FromEnd);
     out.Write(buff_.Ptr(), whole);
-    Clear();
 }
 
 bool LogBuffer::FindHourRange(char const* logPath, int beginHour, int endHour, unsigned long& beginPos,
@@ -140,6 +144,9 @@ void LogBuffer::EndStream() {
 
 void LogBuffer::Clear() {
     if (buff_.Length() > 0) {
+        // The start byte first: what dies in the middle of this leaves no block.
+        *buff_.Ptr() = 0;
+        std::atomic_signal_fence(std::memory_order_seq_cst);
         std::memset(buff_.Ptr(), 0, buff_.Length());
     }
     buff_.Length(0, 0);

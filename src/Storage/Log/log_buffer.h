@@ -15,10 +15,12 @@ namespace Ubrix {
 
 // No lock: one thread at a time.
 //
-// The memory at any moment holds a block that lacks but its end byte. Given the memory of an earlier run, the
-// buffer starts with that block, and Flush hands it out. Text is added to it only if it is plain and
-// uncompressed, as the buffer's own blocks would be: its deflate stream and its key are gone. Until a Flush
-// has closed another one, Write answers false.
+// The memory at any moment, also if the process dies there, holds a block that lacks but its end byte, with
+// all text that Write has answered for; only, of an enciphered one, a death inside a Write may spoil the last
+// 7 bytes that stood before it. Given the memory of an earlier run, the buffer starts with that block, and
+// Flush hands it out. Text is added to it only if it is plain and uncompressed, as the buffer's own blocks
+// would be: its deflate stream and its key are gone. Until a Flush has closed another one, Write answers
+// false.
 class LogBuffer {
 public:
     // `memory` has `length` bytes, of which at most AutoBuffer::kLongest are used; the caller owns it and
@@ -38,6 +40,10 @@ public:
     // Closes the open block and appends it to `out`. Without text since the last time, nothing comes. Throws
     // std::bad_alloc if `out` can't grow; the block then stays open.
     void Flush(AutoBuffer& out);
+    // The two steps of Flush, for memory that is to outlive the process: it keeps the block until Clear, so
+    // that the block can be stored in between. Nothing is written in between.
+    void Close(AutoBuffer& out);
+    void Clear();
     PtrBuffer& Buffer() { return buff_; }
 
     static bool FindHourRange(char const* logPath, int beginHour, int endHour, unsigned long& beginPos,
@@ -50,7 +56,6 @@ private:
     bool Compress(void const* data, std::size_t length, std::size_t& written);
     void Seal(std::size_t before, std::size_t written);
     void EndStream();
-    void Clear();
 
     PtrBuffer buff_;
     bool const isCompress_;

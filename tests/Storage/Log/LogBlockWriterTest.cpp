@@ -93,21 +93,29 @@ TEST_F(LogBlockWriterTest, AFullBlockWarnsInThePlaceOfLines) {
     Platform::RecursiveMutex lock;
     AFileLogger file("Blocks", 0, 0, 0);
     std::vector<char> memory(LogBlockWriter::kBlockLength);
-    LogBuffer(memory.data(), memory.size(), false, nullptr).Write("of a crash\n", 11);
+    // No text can join a block that another run has compressed.
+    LogBuffer(memory.data(), memory.size(), true, nullptr).Write("of a crash\n", 11);
     _options.memory = memory.data();
-    std::shared_ptr<LogBlockWriter> const writer = LogBlockWriter::Start(lock, file, _options);
-    ASSERT_TRUE(writer != nullptr && _clock.AwaitWaiters({kDay}));
-    EXPECT_EQ(Blocks(), "{of a crash\n");
+    std::shared_ptr<LogBlockWriter> writer;
     {
         // The flusher waits for the lock.
+        Platform::ScopedLock const held(lock);
+        writer = LogBlockWriter::Start(lock, file, _options);
+        writer->Append("first");
+        EXPECT_EQ(Blocks(), "{of a crash\n");
+    }
+    ASSERT_TRUE(_clock.AwaitWaiters({kDay}));
+    {
         Platform::ScopedLock const held(lock);
         for (int i = 0; i < 11; ++i) {
             writer->Append(std::string(12350, 'y').c_str());
         }
     }
     writer->Stop();
+    EXPECT_EQ(Count("first\n"), 1);
     EXPECT_EQ(Count("y\n"), 10);
     EXPECT_EQ(Count("\n[F][ sg_buffer_async.Length() >= BUFFER_BLOCK_LENTH*4/5, len: 123583\n"), 1);
+    EXPECT_EQ(Count("{[F][ 1 log lines were left out, for want of room\n"), 1);
 }
 
 // Where the threads are too quick for the flusher, a warning stands for each line.
