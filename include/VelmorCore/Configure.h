@@ -57,8 +57,8 @@ public:
     // True for the text "TRUE" in any case and for the text "1", false for every other text.
     virtual bool GetBool(char const* section, char const* key, bool defaultValue) = 0;
     virtual AString GetString(char const* section, char const* key, char const* defaultValue) = 0;
-    // One observer a module: the first stays. The caller owns it and removes it before it dies. A null
-    // argument is ignored.
+    // One observer a module: the first stays, until it is removed or the core released. The caller owns it
+    // and removes it before it dies. A null argument is ignored.
     virtual void AddObserver(char const* module, ConfigureObserver* observer) = 0;
     // After the call the module's observer may die: no notification of it begins, and one that runs on
     // another thread is waited for. From inside a notification the call returns at once.
@@ -72,7 +72,10 @@ public:
     // Forgets the URL and empties the cache; the answer to a fetch under way is thrown away.
     virtual void Clear() = 0;
 
-    // The instance. The library owns it and deletes it in its teardown; it is made anew at the next use.
+    // The instance, whose cache is open when this returns. The object is the same each time and stays valid:
+    // it may be kept and used before, during and after a release, which ends fetches, timers and
+    // AddObserver's registrations. A call that a release overtakes answers with what stands afterwards, or
+    // with the default.
     static Configure* GetInstance();
 
     Configure(Configure const&) = delete;

@@ -36,10 +36,11 @@ public:
     // that doesn't fit with its terminator, or a bad argument, gives false and leaves both as they were.
     virtual bool GetString(char const* key, char* value, int* size, char const* defaultValue) = 0;
     // A second addition of the same observer changes nothing. The configuration notifies one observer a
-    // module: of several, the first. The caller owns the observer.
+    // module: of several, over all views, the first. The registration lasts until it is taken back, over a
+    // release too. The caller owns the observer.
     virtual void AddObserver(RemoteConfigObserver* observer) = 0;
-    // Ends the notification of the module. After the call no notification of this observer begins; one that
-    // runs on another thread is waited for.
+    // Takes this registration back, and no other one: the module's next observer is notified from now on.
+    // After the call no notification of this observer begins; one that runs on another thread is waited for.
     virtual void RemoveObserver(RemoteConfigObserver* observer) = 0;
     // Stores who the user is, for the next fetch and for later runs. Starts no fetch. An open id that begins
     // with "#" or holds a byte below 0x20 is refused: an Error line, and both ids stay as they were. Of one
@@ -52,7 +53,9 @@ public:
     virtual void Reserved2(void* a, void* b) = 0;
 };
 
-// The view of the module that it is made for. The maker owns it; its destructor withdraws its observers.
+// The view of the module that it is made for. The maker owns it, and may keep it over a release; its
+// destructor withdraws its own observers. Made without memory, it answers with defaults and takes no
+// observer.
 class VELMORCORE_API RemoteConfig : public IRemoteConfig {
 public:
     // `module`: the name of the section; null is the empty name. The text is copied.
@@ -75,6 +78,7 @@ public:
 
 private:
     struct Body;
+    // Null if there was no memory for it.
     Body* _body;
 };
 

@@ -9,6 +9,7 @@
 #include "Base/Configure/ConfigureImpl.h"
 #include "Base/Configure/ReportKeeper.h"
 #include "Base/Configure/StringIterator.h"
+#include "Platform/Boundary.h"
 #include "Storage/Bundle/BundleImpl.h"
 #include "Storage/File/IniLines.h"
 #include "Storage/Log/ForeignText.h"
@@ -36,22 +37,24 @@ bool HasKeys(Value const& module, char const* function, Ubrix::LineBudget& compl
     return module.isObject();
 }
 
+void AddNames(Value const& keys, StringIterator& names) {
+    for (Ubrix::ValueConstIterator key = keys.begin(); key != keys.end(); ++key) {
+        names.Add(key.memberName());
+    }
+}
+
 // Tells each module's observer which keys came in. Touches nothing but its arguments: an observer may take
 // the whole library down.
-void NotifyModules(ConfigureObservers& observers, ConfigAnswer& answer) {
+void NotifyModules(ConfigAnswer& answer) {
     Value const& modules = answer.modules;
     for (Ubrix::ValueConstIterator module = modules.begin(); module != modules.end(); ++module) {
         if (!HasKeys(*module, kFunction, answer.complaints)) {
             continue;
         }
-        Value const& keys = *module;
-        try {
-            StringIterator names;
-            for (Ubrix::ValueConstIterator key = keys.begin(); key != keys.end(); ++key) {
-                names.Add(key.memberName());
-            }
-            observers.Notify(module.memberName(), &names);
-        } catch (std::bad_alloc const&) {
+        StringIterator names;
+        if (Ubrix::AtBoundary([&] { AddNames(*module, names); })) {
+            ConfigureObservers::GetInstance().Notify(module.memberName(), &names);
+        } else {
             VC_LOG(Error, kFunction, "no memory to tell a module");
         }
     }
@@ -88,6 +91,8 @@ struct ConfigureImpl::Outcome {
 
 void ConfigureImpl::OnDataTaskFinished(Ubrix::DataTask* task, int errorCode, int httpStatus, char const* data,
                                        std::uint64_t length) {
+    // A log callback, or an observer, may release it meanwhile.
+    std::shared_ptr<ConfigureImpl> const self = shared_from_this();
     Outcome const outcome{task, errorCode, httpStatus, length};
     try {
         EndAndTell(outcome, data);
@@ -106,10 +111,10 @@ void ConfigureImpl::EndAndTell(Outcome const& outcome, char const* body) {
     auto const answer = std::make_shared<ConfigAnswer>();
     Ending const ending = End(outcome, body, *answer);
     // What follows runs when the task is idle again, so that a fetch that starts meanwhile finds it free.
-    Ubrix::DataTaskImpl::RunOnceIdle(outcome.task, [this, ending, answer, observers = _observers] {
-        StartWhatWaits(ending);
+    Ubrix::DataTaskImpl::RunOnceIdle(outcome.task, [self = shared_from_this(), ending, answer] {
+        self->StartWhatWaits(ending);
         if (ending == Ending::Answered) {
-            NotifyModules(*observers, *answer);
+            NotifyModules(*answer);
         }
         answer->complaints.TellRest(Ubrix::ALogPriorityError, kFunction);
         if (ending != Ending::Ignored) {

@@ -5,7 +5,6 @@
 #include "Base/Configure/ConfigRequest.h"
 #include "Base/Configure/KitParameters.h"
 #include "Base/Container/Number/RealText.h"
-#include "Base/Ubrix/IBase.h"
 #include "Storage/Bundle/BundleImpl.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
@@ -29,55 +28,10 @@ constexpr long long kDefaultGapSeconds = 86400;
 // For a request that couldn't be started.
 constexpr unsigned long long kBusyMilliseconds = 1000;
 
-// Which instance there is. Making and releasing it take the lock; so does a timer's callback while it works
-// on the instance, so that it never meets one that has been deleted. Looking it up takes none. Never
-// destroyed, since threads may outlive main.
-struct InstanceHolder {
-    Ubrix::Platform::RecursiveMutex lock;
-    std::atomic<ConfigureImpl*> instance{nullptr};
-};
-
-InstanceHolder& TheHolder() {
-    static auto* const holder = new InstanceHolder;
-    return *holder;
-}
-
 }  // namespace
 
-Configure* Configure::GetInstance() {
-    return ConfigureImpl::Instance();
-}
-
-ConfigureImpl* ConfigureImpl::Instance() {
-    InstanceHolder& holder = TheHolder();
-    if (ConfigureImpl* standing = holder.instance.load(std::memory_order_acquire)) {
-        return standing;
-    }
-    ScopedLock lock(holder.lock);
-    ConfigureImpl* instance = holder.instance.load(std::memory_order_relaxed);
-    if (instance == nullptr) {
-        instance = new ConfigureImpl;
-        holder.instance.store(instance, std::memory_order_release);
-        Ubrix::IBase::AddReleaseCallback(ReleaseInstance);
-        // It stands before its cache is opened: opening logs, and a log callback may come back here.
-        instance->OpenCache();
-    }
-    return instance;
-}
-
-void ConfigureImpl::ReleaseInstance() {
-    InstanceHolder& holder = TheHolder();
-    ConfigureImpl* released = nullptr;
-    {
-        ScopedLock lock(holder.lock);
-        released = holder.instance.exchange(nullptr);
-    }
-    delete released;
-}
-
-ConfigureImpl::ConfigureImpl() : _observers(std::make_shared<ConfigureObservers>()) {}
-
-void ConfigureImpl::OpenCache() {
+// Under the holder's lock: whoever asks meanwhile waits, and finds the cache open.
+ConfigureImpl::ConfigureImpl() {
     char const* directory = Ubrix::CPath::GetCachePath();
     if (AString::IsNullOrEmpty(directory)) {
         VC_LOG_CONSOLE(Error, "Velmor::ConfigureImpl::ConfigureImpl",
@@ -93,8 +47,16 @@ void ConfigureImpl::OpenCache() {
     _cache = std::make_unique<Ubrix::BundleImpl>(path.c_str());
 }
 
-ConfigureImpl::~ConfigureImpl() {
-    Ubrix::INetwork::GetInstance().RemoveObserver(this);
+void ConfigureImpl::Shut() {
+    ScopedLock lock(_lock);
+    _isShut = true;
+    StopTimer(_nextTimer, _nextTimerId);
+    StopTimer(_retryTimer, _retryTimerId);
+    _cache.reset();
+    ConfigureObservers::GetInstance().ForgetHosts();
+}
+
+void ConfigureImpl::EndTask() {
     Ubrix::DataTask* task = nullptr;
     {
         ScopedLock lock(_lock);
@@ -143,13 +105,13 @@ AString ConfigureImpl::GetString(char const* section, char const* key, char cons
 
 void ConfigureImpl::AddObserver(char const* module, ConfigureObserver* observer) {
     if (module != nullptr && observer != nullptr) {
-        _observers->Add(module, observer);
+        ConfigureObservers::GetInstance().Add(module, observer);
     }
 }
 
 void ConfigureImpl::RemoveObserver(char const* module) {
     if (module != nullptr) {
-        _observers->Remove(module);
+        ConfigureObservers::GetInstance().Remove(module);
     }
 }
 
@@ -168,27 +130,24 @@ void ConfigureImpl::Start() {
     std::int64_t const gap = GetLong(kSection, kNextGapKey, kDefaultGapSeconds);
     StartOnce();
     ScopedLock lock(_lock);
+    if (_isShut) {
+        return;
+    }
     // Another thread may have started it in between.
     StopTimer(_nextTimer, _nextTimerId);
     _nextTimerId =
         _nextTimer.StartTimer(static_cast<unsigned long long>(gap) * 1000ULL, true, OnNextTimer, this);
 }
 
-void ConfigureImpl::OnNextTimer(unsigned int /*id*/, void* userData) {
-    InstanceHolder& holder = TheHolder();
-    ScopedLock lock(holder.lock);
-    ConfigureImpl* instance = holder.instance.load(std::memory_order_relaxed);
-    if (instance == userData) {
-        instance->StartOnce();
-    }
-}
-
 void ConfigureImpl::StartOnce() {
     bool const first = Initialize();
     if (first) {
-        Ubrix::INetwork::GetInstance().AddObserver(this);
+        HearNetwork();
     }
     ScopedLock lock(_lock);
+    if (_isShut) {
+        return;
+    }
     if (_url.empty()) {
         VC_LOG(Warning, "Velmor::ConfigureImpl::StartOnce",
                "Configure will not request remote config because of empty url!");
@@ -202,7 +161,7 @@ void ConfigureImpl::StartOnce() {
 // True for the call that initialised.
 bool ConfigureImpl::Initialize() {
     ScopedLock lock(_lock);
-    if (_state != kUninitialized) {
+    if (_state != kUninitialized || _isShut) {
         return false;
     }
     _ruleId = 0;
@@ -228,8 +187,8 @@ void ConfigureImpl::Request() {
         return;
     }
     _requestWhenIdle = false;
-    if (_url.empty()) {
-        // Cleared while a retry was due.
+    if (_url.empty() || _isShut) {
+        // Cleared, or released, while a retry was due.
         return;
     }
     _channel = ChannelId().c_str();
@@ -264,17 +223,15 @@ void ConfigureImpl::Transmit(std::string const& url) {
 
 void ConfigureImpl::StartRetryTimer(unsigned long long milliseconds) {
     StopTimer(_retryTimer, _retryTimerId);
+    if (_isShut) {
+        return;
+    }
     _retryTimerId = _retryTimer.StartTimer(milliseconds, false, OnRetryTimer, this);
 }
 
-void ConfigureImpl::OnRetryTimer(unsigned int /*id*/, void* userData) {
-    InstanceHolder& holder = TheHolder();
-    ScopedLock holderLock(holder.lock);
-    ConfigureImpl* instance = holder.instance.load(std::memory_order_relaxed);
-    if (instance == userData) {
-        ScopedLock lock(instance->_lock);
-        instance->Request();
-    }
+void ConfigureImpl::Retry() {
+    ScopedLock lock(_lock);
+    Request();
 }
 
 void ConfigureImpl::ForgetCache() {
@@ -292,6 +249,9 @@ void ConfigureImpl::SetUrl(char const* url) {
     }
     {
         ScopedLock lock(_lock);
+        if (_isShut) {
+            return;
+        }
         LoadStoredUrl();
         if (_url != url) {
             VC_LOG(Info, "Velmor::ConfigureImpl::SetUrl", "change url form [%s] to [%s]",

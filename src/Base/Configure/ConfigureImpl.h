@@ -19,18 +19,30 @@
 
 namespace Velmor {
 
-// Thread-safe. Callers' threads, timer threads, the network's fan-out and the transfer's worker come here.
+// What stands of the configuration between its first use and its release; the object that callers have
+// forwards to it. Thread-safe. Callers' threads, timer threads, the network's fan-out and the transfer's
+// worker come here, and each shares it for as long as it works on it. Once it is shut it does nothing more
+// and answers with defaults.
 //
-// Locks: the instance lock (which instance there is, and its timers' right to run) comes before `_lock` (the
-// state), and `_lock` before the locks of bundle, parameters, timers and task. Never held: `_lock` while
-// observers run, while the network's observer list changes, or while a listener is withdrawn, since each of
-// these may wait for a thread that wants `_lock`.
-class ConfigureImpl : public Configure, public Ubrix::CNetworkObserver, public Ubrix::DataTask::Listener {
+// Locks: the holder's comes before `_lock` (the state), and `_lock` before the locks of bundle, parameters,
+// timers and task. Never held: `_lock` while observers run, while the network's observer list changes, or
+// while a listener is withdrawn, since each of these may wait for a thread that wants `_lock`.
+class ConfigureImpl : public Configure,
+                      public Ubrix::DataTask::Listener,
+                      public std::enable_shared_from_this<ConfigureImpl> {
 public:
     enum State { kUninitialized = 0, kReady = 1, kRequesting = 2, kFinished = 3, kFailed = 4 };
 
-    static ConfigureImpl* Instance();
+    // The one that stands, made at first use with its cache open.
+    static std::shared_ptr<ConfigureImpl> Instance();
     static void ReleaseInstance();
+
+    // For the holder alone.
+    ConfigureImpl();
+    virtual ~ConfigureImpl() = default;
+
+    // True once it was released.
+    bool IsShut() const { return _isShut; }
 
     void Start() override;
     int GetInt(char const* section, char const* key, int defaultValue) override;
@@ -44,7 +56,7 @@ public:
     void SetUrl(char const* url) override;
     void Clear() override;
 
-    void OnNetworkStateChanged(Ubrix::ANetworkState state) override;
+    void OnNetworkStateChanged(Ubrix::ANetworkState state);
     void OnDataTaskFinished(Ubrix::DataTask* task, int errorCode, int httpStatus, char const* data,
                             std::uint64_t length) override;
 
@@ -54,9 +66,13 @@ public:
 private:
     struct Outcome;
 
-    ConfigureImpl();
-    ~ConfigureImpl() override;
-    void OpenCache();
+    // The end, in two steps: nothing begins any more, and the file is the successor's; then the transfer
+    // goes.
+    void Shut();
+    void EndTask();
+    static void HearNetwork();
+    static void StopHearingNetwork();
+    void Retry();
 
     bool Initialize();
     void LoadStoredUrl() VC_REQUIRES(_lock);
@@ -82,6 +98,8 @@ private:
     static void OnNextTimer(unsigned int id, void* userData);
     static void OnRetryTimer(unsigned int id, void* userData);
 
+    // Goes to true once, with the lock held.
+    std::atomic<bool> _isShut{false};
     Ubrix::Platform::RecursiveMutex _lock;
     Ubrix::CTimer _nextTimer;
     unsigned int _nextTimerId VC_GUARDED_BY(_lock) = 0;
@@ -94,7 +112,6 @@ private:
     int _ruleId VC_GUARDED_BY(_lock) = 0;
     State _state VC_GUARDED_BY(_lock) = kUninitialized;
     Ubrix::DataTask* _task VC_GUARDED_BY(_lock) = nullptr;
-    std::shared_ptr<ConfigureObservers> const _observers;
     std::unique_ptr<Ubrix::BundleImpl> _cache VC_GUARDED_BY(_lock);
     int _maxRetryCount VC_GUARDED_BY(_lock) = 0;
     int _retryCount VC_GUARDED_BY(_lock) = 0;

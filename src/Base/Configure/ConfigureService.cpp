@@ -1,0 +1,145 @@
+// The object behind Configure::GetInstance, which is never destroyed, and the holder of what it stands for.
+#include <VelmorCore/Network.h>
+
+#include "Base/Configure/ConfigureImpl.h"
+#include "Base/Ubrix/Service.h"
+#include "Platform/Boundary.h"
+
+namespace Velmor {
+
+using Ubrix::AtBoundary;
+
+namespace {
+
+Ubrix::Service<ConfigureImpl>& TheService() {
+    static auto& service = *new Ubrix::Service<ConfigureImpl>(ConfigureImpl::ReleaseInstance);
+    return service;
+}
+
+// Carries a call to the configuration that stands. One that a release overtook goes to the next as well: it
+// may have found nothing left to work on.
+template <class Call>
+void Carry(Call const& call) {
+    std::shared_ptr<ConfigureImpl> const configure = ConfigureImpl::Instance();
+    call(*configure);
+    if (configure->IsShut()) {
+        call(*ConfigureImpl::Instance());
+    }
+}
+
+template <class Result, class Read>
+Result CarryRead(Result otherwise, Read const& read) {
+    AtBoundary([&] { Carry([&](ConfigureImpl& configure) { otherwise = read(configure); }); });
+    return otherwise;
+}
+
+template <class Call>
+void CarryCall(Call const& call) {
+    AtBoundary([&call] { Carry(call); });
+}
+
+// Also the ear of whichever configuration stands on the network.
+class ConfigureFront final : public Configure, public Ubrix::CNetworkObserver {
+public:
+    void Start() override {
+        CarryCall([](auto& configure) { configure.Start(); });
+    }
+    int GetInt(char const* section, char const* key, int defaultValue) override {
+        return CarryRead(defaultValue,
+                         [=](auto& configure) { return configure.GetInt(section, key, defaultValue); });
+    }
+    std::int64_t GetLong(char const* section, char const* key, std::int64_t defaultValue) override {
+        return CarryRead(defaultValue,
+                         [=](auto& configure) { return configure.GetLong(section, key, defaultValue); });
+    }
+    double GetDouble(char const* section, char const* key, double defaultValue) override {
+        return CarryRead(defaultValue,
+                         [=](auto& configure) { return configure.GetDouble(section, key, defaultValue); });
+    }
+    bool GetBool(char const* section, char const* key, bool defaultValue) override {
+        return CarryRead(defaultValue,
+                         [=](auto& configure) { return configure.GetBool(section, key, defaultValue); });
+    }
+    AString GetString(char const* section, char const* key, char const* defaultValue) override {
+        AString text;
+        auto const read = [&](auto& configure) { text = configure.GetString(section, key, defaultValue); };
+        if (!AtBoundary([&read] { Carry(read); })) {
+            AtBoundary([&] { text = defaultValue; });
+        }
+        return text;
+    }
+    void AddObserver(char const* module, ConfigureObserver* observer) override {
+        AtBoundary([=] { ConfigureImpl::Instance()->AddObserver(module, observer); });
+    }
+    void RemoveObserver(char const* module) override {
+        AtBoundary([=] { ConfigureImpl::Instance()->RemoveObserver(module); });
+    }
+    void StartOnce() override {
+        CarryCall([](auto& configure) { configure.StartOnce(); });
+    }
+    void SetUrl(char const* url) override {
+        CarryCall([url](auto& configure) { configure.SetUrl(url); });
+    }
+    void Clear() override {
+        CarryCall([](auto& configure) { configure.Clear(); });
+    }
+
+    void OnNetworkStateChanged(Ubrix::ANetworkState state) override {
+        std::shared_ptr<ConfigureImpl> const standing = TheService().ShareIfStanding();
+        if (standing != nullptr) {
+            AtBoundary([&] { standing->OnNetworkStateChanged(state); });
+        }
+    }
+};
+
+ConfigureFront& TheFront() {
+    static auto& front = *new ConfigureFront;
+    return front;
+}
+
+}  // namespace
+
+Configure* Configure::GetInstance() {
+    AtBoundary([] { ConfigureImpl::Instance(); });
+    return &TheFront();
+}
+
+std::shared_ptr<ConfigureImpl> ConfigureImpl::Instance() {
+    return TheService().Share();
+}
+
+void ConfigureImpl::ReleaseInstance() {
+    if (TheService().ShareIfStanding() == nullptr) {
+        return;
+    }
+    StopHearingNetwork();
+    std::shared_ptr<ConfigureImpl> const released =
+        TheService().Release([](ConfigureImpl& configure) { configure.Shut(); });
+    if (released != nullptr) {
+        released->EndTask();
+    }
+}
+
+void ConfigureImpl::HearNetwork() {
+    Ubrix::INetwork::GetInstance().AddObserver(&TheFront());
+}
+
+void ConfigureImpl::StopHearingNetwork() {
+    Ubrix::INetwork::GetInstance().RemoveObserver(&TheFront());
+}
+
+void ConfigureImpl::OnNextTimer(unsigned int /*id*/, void* userData) {
+    std::shared_ptr<ConfigureImpl> const standing = TheService().ShareIfStanding();
+    if (standing.get() == userData) {
+        AtBoundary([&standing] { standing->StartOnce(); });
+    }
+}
+
+void ConfigureImpl::OnRetryTimer(unsigned int /*id*/, void* userData) {
+    std::shared_ptr<ConfigureImpl> const standing = TheService().ShareIfStanding();
+    if (standing.get() == userData) {
+        AtBoundary([&standing] { standing->Retry(); });
+    }
+}
+
+}  // namespace Velmor
