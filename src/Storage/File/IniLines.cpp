@@ -120,36 +120,94 @@ void IniLines::Number(Blocks::iterator block) {
 
 IniLines::Blocks::iterator IniLines::Add(Blocks::iterator block, Line line) {
     if (BeginsWith(line.text, "[")) {
-        block = _blocks.emplace(std::next(block));
-        Number(block);
-        std::size_t const close = line.text.find(']');
-        block->hasHeader = close != std::string::npos;
-        if (block->hasHeader) {
-            block->section = Trim(std::string_view(line.text).substr(1, close - 1));
-        }
+        return AddBlock(block, std::move(line));
     }
     block->lines.push_back(std::move(line));
-    Index(block, block->lines.size() - 1);
+    try {
+        Index(block, block->lines.size() - 1);
+    } catch (...) {
+        block->lines.pop_back();
+        throw;
+    }
     return block;
 }
 
-void IniLines::AddToSection(Blocks::iterator block, Line line) {
-    if (std::next(block) == _blocks.end() || block->lines.size() == 1) {
-        Add(block, std::move(line));
-        return;
+IniLines::Blocks::iterator IniLines::AddBlock(Blocks::iterator block, Line line) {
+    Blocks made(1);
+    Block& fresh = made.front();
+    std::size_t const close = line.text.find(']');
+    fresh.hasHeader = close != std::string::npos;
+    if (fresh.hasHeader) {
+        fresh.section = Trim(std::string_view(line.text).substr(1, close - 1));
     }
+    fresh.lines.push_back(std::move(line));
+
+    auto const place = made.begin();
+    _blocks.splice(std::next(block), made);
+    Number(place);
+    try {
+        Index(place, 0);
+    } catch (...) {
+        _blocks.erase(place);
+        throw;
+    }
+    return place;
+}
+
+void IniLines::AddToSection(Blocks::iterator block, Line line) {
+    bool const isLast = std::next(block) == _blocks.end();
+    std::size_t const count = block->lines.size();
     // In front of the section's last line: where edits made the section, that is the empty line which
     // separates it from the next.
+    if (Add(block, std::move(line)) == block && !isLast && count > 1) {
+        SwapWithNext(block, count - 1);
+    }
+}
+
+void IniLines::SwapWithNext(Blocks::iterator block, std::size_t line) {
+    Place const one{block, line};
+    Place const next{block, line + 1};
+    auto first = IsIndexed(one) ? _index.extract(one) : Places::node_type();
+    auto second = IsIndexed(next) ? _index.extract(next) : Places::node_type();
+    std::swap(block->lines[line], block->lines[line + 1]);
+    if (!first.empty()) {
+        first.value() = next;
+        _index.insert(std::move(first));
+    }
+    if (!second.empty()) {
+        second.value() = one;
+        _index.insert(std::move(second));
+    }
+}
+
+void IniLines::RemoveLast() {
+    auto const block = std::prev(_blocks.end());
     Unindex(block, block->lines.size() - 1);
-    Line last = std::move(block->lines.back());
     block->lines.pop_back();
-    Add(Add(block, std::move(line)), std::move(last));
+    if (block->lines.empty() && block != _blocks.begin()) {
+        _blocks.erase(block);
+    }
 }
 
 void IniLines::Clear() {
-    _index.clear();
-    _blocks.clear();
-    _blocks.emplace_back();
+    IniLines empty;
+    Swap(empty);
+}
+
+void IniLines::Swap(IniLines& other) noexcept {
+    _blocks.swap(other._blocks);
+    _index.swap(other._index);
+}
+
+void IniLines::WriteAll(IniLines const& edits) {
+    for (Block const& block : edits._blocks) {
+        for (std::size_t i = 1; block.hasHeader && i < block.lines.size(); ++i) {
+            Line const& line = block.lines[i];
+            if (line.HasKey()) {
+                Write(block.section, line.Key(), std::string_view(line.text).substr(line.text.find('=') + 1));
+            }
+        }
+    }
 }
 
 IniLines::Lookup IniLines::Read(std::string_view section, std::string_view key, std::string& value) const {
@@ -170,12 +228,7 @@ IniLines::Lookup IniLines::Read(std::string_view section, std::string_view key, 
 void IniLines::Write(std::string_view section, std::string_view key, std::string_view value) {
     Place const* const header = FindHeader(section);
     if (header == nullptr) {
-        std::string head("[");
-        head += section;
-        head += ']';
-        Append("");
-        Append(head);
-        Append(KeyLine(key, value));
+        WriteSection(section, KeyLine(key, value));
         return;
     }
     Place const* const found = FindKey(section, key);
@@ -190,6 +243,25 @@ void IniLines::Write(std::string_view section, std::string_view key, std::string
     bool const keepsComment = value.find('#') == std::string_view::npos;
     std::size_t const comment = keepsComment ? line.find('#', behind) : std::string::npos;
     line.replace(behind, comment == std::string::npos ? comment : comment - behind, value);
+}
+
+void IniLines::WriteSection(std::string_view section, std::string const& line) {
+    std::string head("[");
+    head += section;
+    head += ']';
+    int added = 0;
+    try {
+        for (std::string_view const text :
+             {std::string_view(), std::string_view(head), std::string_view(line)}) {
+            Append(text);
+            ++added;
+        }
+    } catch (...) {
+        for (; added > 0; --added) {
+            RemoveLast();
+        }
+        throw;
+    }
 }
 
 std::vector<std::string> IniLines::Keys(std::string_view section) const {
@@ -240,9 +312,12 @@ bool IniLines::RemoveKey(std::string_view section, std::string_view key) {
         return false;
     }
     Place const place = *found;
-    Unindex(place.block, place.line);
-    place.block->lines.erase(place.block->lines.begin() + static_cast<std::ptrdiff_t>(place.line));
-    Index(place.block, place.line);
+    _index.erase(place);
+    std::vector<Line>& lines = place.block->lines;
+    for (std::size_t i = place.line; i + 1 < lines.size(); ++i) {
+        SwapWithNext(place.block, i);
+    }
+    lines.pop_back();
     return true;
 }
 

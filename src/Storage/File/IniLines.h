@@ -24,6 +24,9 @@ namespace Ubrix {
 //
 // A read or a write costs O(log n) for n lines, whatever the names are: they may come from a server that
 // means harm, which a tree withstands and a hash table, whose collisions can be computed, does not.
+//
+// An operation that finds no memory throws std::bad_alloc and leaves the lines as they were; but for
+// WriteAll, which leaves some of its edits.
 class IniLines {
 public:
     enum class Lookup { Found, Absent };
@@ -43,10 +46,7 @@ public:
     }
     void Append(std::string_view line) { Add(std::prev(_blocks.end()), Line(std::string(line))); }
     void Clear();
-    void Swap(IniLines& other) {
-        _blocks.swap(other._blocks);
-        _index.swap(other._index);
-    }
+    void Swap(IniLines& other) noexcept;
 
     // The value of `key` in the first section of the name that has it. Absent leaves `value` alone. A key
     // with nothing at all behind its "=" is absent.
@@ -55,6 +55,8 @@ public:
     // the value has no "#" of its own, its text from a "#" on. A new section goes to the end, behind an empty
     // line. The names and the value are such as a line can hold.
     void Write(std::string_view section, std::string_view key, std::string_view value);
+    // Writes every key of `edits`.
+    void WriteAll(IniLines const& edits);
     // The names of the first section of the name, in order. Walks the section.
     std::vector<std::string> Keys(std::string_view section) const;
     // Whether a line behind the section's header, in that section or a later one, begins with `key`. Walks
@@ -103,6 +105,8 @@ private:
         bool operator()(Place const& left, Names const& right) const;
     };
 
+    using Places = std::set<Place, IndexOrder>;
+
     static Names NamesAt(Place const& place);
     static int Compare(Names const& left, Names const& right);
     static bool IsIndexed(Place const& place);
@@ -117,7 +121,14 @@ private:
     // Puts a line at the end of `block`, or directly behind the block if it begins one. Gives the line's
     // block.
     Blocks::iterator Add(Blocks::iterator block, Line line);
+    Blocks::iterator AddBlock(Blocks::iterator block, Line line);
     void AddToSection(Blocks::iterator block, Line line);
+    // Adds an empty line, the header and `line` at the end.
+    void WriteSection(std::string_view section, std::string const& line);
+    // Needs no memory.
+    void SwapWithNext(Blocks::iterator block, std::size_t line);
+    // Takes the last line out. There is one.
+    void RemoveLast();
     // Gives a new block its `order`.
     void Number(Blocks::iterator block);
     // Bring lines `from` and up of `block` into the index, and take them out, which comes before any change
@@ -127,7 +138,7 @@ private:
 
     // At least one.
     Blocks _blocks;
-    std::set<Place, IndexOrder> _index;
+    Places _index;
 };
 
 }  // namespace Ubrix
