@@ -22,7 +22,8 @@ class Value;
 // three, a "]" in a section, an "=" in a key or a "[" or "#" at its beginning, blanks at the ends of either.
 //
 // Every operation may be called on any thread. Writes by several threads all take effect, in some order. One
-// thing is not told: a save that the disk refuses answers true and leaves the file as it was.
+// thing is told in the log only: a save that the disk refuses answers true, leaves the file as it was and the
+// values in memory for the next save.
 //
 // Each Set or Remove that saves writes two files anew and makes a cryptographic key: milliseconds. For many
 // values use the NoSave forms and one Save.

@@ -19,10 +19,13 @@ public:
 
     // False if another holder didn't let go in time, or the file can't be opened.
     bool IsHeld() const { return _handle != kNone; }
+    // True if it is the first of these.
+    bool IsElsewhere() const { return _isElsewhere; }
 
 private:
     static constexpr std::intptr_t kNone = -1;
     std::intptr_t _handle = kNone;
+    bool _isElsewhere = false;
 };
 
 }  // namespace Ubrix::Platform

@@ -1,7 +1,6 @@
 #include "Platform/FileSystem.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,6 +13,7 @@
 
 #include "Platform/Directory.h"
 #include "Platform/FileLock.h"
+#include "Support/FileSizeLimit.h"
 #include "Support/Files.h"
 #include "Support/OnThreads.h"
 
@@ -56,14 +56,9 @@ TEST_F(FileSystemTest, ReadsRegularFilesOfABoundedSizeAndNeverWaits) {
         EXPECT_EQ(ReadWholeFile(one.path, one.size, content), one.answer) << one.path;
         EXPECT_EQ(content, one.answer == FileAnswer::Given ? "0123456789" : "before") << one.path;
     }
-    rlimit before{};
-    getrlimit(RLIMIT_NOFILE, &before);
-    rlimit const none{0, before.rlim_max};
-    setrlimit(RLIMIT_NOFILE, &none);
+    ::Test::NoDescriptors const scarcity;
     OpenFile stream;
-    FileAnswer const answer = OpenForReading("file", 10, stream);
-    setrlimit(RLIMIT_NOFILE, &before);
-    EXPECT_EQ(answer, FileAnswer::Failing);
+    EXPECT_EQ(OpenForReading("file", 10, stream), FileAnswer::Failing);
 }
 
 TEST_F(FileSystemTest, PrivateFilesFollowNoLinkAndAreNarrowed) {

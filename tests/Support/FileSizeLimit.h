@@ -30,6 +30,22 @@ private:
     rlimit _before{};
 };
 
+// A process that has no descriptor left while a scope lasts.
+class NoDescriptors {
+public:
+    NoDescriptors() {
+        getrlimit(RLIMIT_NOFILE, &_before);
+        rlimit const now{0, _before.rlim_max};
+        EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &now), 0);
+    }
+    ~NoDescriptors() { setrlimit(RLIMIT_NOFILE, &_before); }
+    NoDescriptors(NoDescriptors const&) = delete;
+    NoDescriptors& operator=(NoDescriptors const&) = delete;
+
+private:
+    rlimit _before{};
+};
+
 // How many names in a directory contain `piece`.
 inline int CountFilesWith(std::string const& piece, char const* path = ".") {
     int count = 0;

@@ -27,6 +27,7 @@ FileLock::FileLock(char const* path, unsigned int milliseconds) {
         pause = std::min(2 * pause, kLongestPause);
         result = flock(file.Get(), LOCK_EX | LOCK_NB);
     }
+    _isElsewhere = result != 0 && errno == EWOULDBLOCK;
     if (result == 0) {
         _handle = file.Release();
     }

@@ -2,6 +2,7 @@
 
 #include <VelmorCore/File.h>
 
+#include "Security/Crypto/Wipe.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Ubrix {
@@ -10,7 +11,16 @@ namespace {
 
 char const kSection[] = "Velmor";
 
+std::string EarlierName(char const* file) {
+    return std::string("earlier/") + file;
+}
+
 }  // namespace
+
+StoredKeys::~StoredKeys() {
+    Wipe(current.data(), current.size());
+    Wipe(earlier.data(), earlier.size());
+}
 
 SecurityStore* SecurityStore::GetInstance() {
     static SecurityStore* const instance = new SecurityStoreImp();
@@ -29,35 +39,53 @@ SecurityStoreImp::SecurityStoreImp() {
     _file = std::make_unique<CIniFileImpl>(path.CString());
 }
 
+bool SecurityStoreImp::IsFresh() {
+    return _file != nullptr && (_file->Load() || !_file->IsUnread());
+}
+
 void SecurityStoreImp::Set(char const* key, char const* value) {
-    Platform::ScopedLock lock(_lock);
-    if (_file != nullptr && _file->WriteString(kSection, key, value)) {
+    Turn const turn;
+    if (turn.IsHeld() && IsFresh() && _file->WriteString(kSection, key, value)) {
         _file->Save();
     }
 }
 
 AString SecurityStoreImp::Get(char const* key, char const* defaultValue) {
+    Turn const turn;
+    IsFresh();
     return _file == nullptr ? AString(defaultValue) : _file->ReadString(kSection, key, defaultValue);
 }
 
-bool SecurityStoreImp::SetChecked(char const* key, char const* value) {
-    if (_file == nullptr) {
+bool SecurityStoreImp::ReadKeys(char const* file, StoredKeys& keys) {
+    Turn const turn;
+    if (!IsFresh()) {
         return false;
     }
-    Platform::ScopedLock lock(_lock);
-    bool found = false;
-    AString const before = key != nullptr ? _file->ReadString(kSection, key, "", &found) : AString();
-    if (!_file->WriteString(kSection, key, value)) {
-        return false;
-    }
-    if (_file->SaveChecked()) {
+    keys.current = _file->ReadString(kSection, file, "").CString();
+    keys.earlier = _file->ReadString(kSection, EarlierName(file).c_str(), "").CString();
+    return true;
+}
+
+bool SecurityStoreImp::Put(char const* name, std::string const& text) {
+    if (text.empty()) {
+        _file->RemoveKey(kSection, name);
         return true;
     }
-    if (found) {
-        _file->WriteString(kSection, key, before.CString());
-    } else {
-        _file->RemoveKey(kSection, key);
+    return _file->WriteString(kSection, name, text.c_str());
+}
+
+bool SecurityStoreImp::WriteKeys(char const* file, StoredKeys const& keys) {
+    Turn const turn;
+    StoredKeys before;
+    if (!turn.IsHeld() || !ReadKeys(file, before)) {
+        return false;
     }
+    std::string const earlierName = EarlierName(file);
+    if (Put(file, keys.current) && Put(earlierName.c_str(), keys.earlier) && _file->SaveChecked()) {
+        return true;
+    }
+    Put(file, before.current);
+    Put(earlierName.c_str(), before.earlier);
     return false;
 }
 

@@ -3,14 +3,14 @@
 
 #include <memory>
 
-#include "Platform/Mutex.h"
 #include "Security/SecurityStore/SecurityStore.h"
 #include "Storage/File/IniFileImp.h"
 
 namespace Ubrix {
 
-// All entries stand in the section "Velmor". The lock makes a checked setting, with its way back, one step;
-// the file's own lock is taken under it.
+// All entries stand in the section "Velmor": a file's current key under the file's bare name, the earlier one
+// under "earlier/" and that name, which is no file's. The file is read again at each operation. A thread
+// takes the store's turn for each, and the file's own lock under it.
 class SecurityStoreImp : public SecurityStore {
 public:
     // Without a cache directory there is no file: nothing is stored, and every answer is the default.
@@ -18,10 +18,15 @@ public:
 
     void Set(char const* key, char const* value) override;
     AString Get(char const* key, char const* defaultValue) override;
-    bool SetChecked(char const* key, char const* value) override;
+    bool ReadKeys(char const* file, StoredKeys& keys) override;
+    bool WriteKeys(char const* file, StoredKeys const& keys) override;
 
 private:
-    Platform::RecursiveMutex _lock;
+    // Whether the file's content, or its absence, is known now.
+    bool IsFresh();
+    // Without a save; an empty text removes the entry. False if the name can't be one.
+    bool Put(char const* name, std::string const& text);
+
     std::unique_ptr<CIniFileImpl> _file;
 };
 

@@ -3,7 +3,6 @@
 #include <VelmorCore/Value.h>
 
 #include <cstring>
-#include <new>
 
 #include "Base/Ubrix/CoreParameters.h"
 #include "Storage/Bundle/PlatformMetadata.h"
@@ -291,12 +290,7 @@ bool BundleImpl::ClearNoSave() {
 
 void BundleImpl::Replace(IniLines& lines) {
     _ini->Swap(lines);
-    try {
-        _ini->Save();
-    } catch (std::bad_alloc const&) {
-        _ini->Swap(lines);
-        throw;
-    }
+    _ini->Save();
 }
 
 bool BundleImpl::RemoveKeyNoSave(char const* section, char const* key) {

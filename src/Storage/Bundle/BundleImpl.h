@@ -56,8 +56,7 @@ public:
     bool ClearNoSave() override;
     bool RemoveKeyNoSave(char const* section, char const* key) override;
 
-    // Puts `lines` in place of the whole content, saved; what stood there comes back in `lines`. Without the
-    // memory for it std::bad_alloc leaves both as they were, on the disk too.
+    // Puts `lines` in place of the whole content, and saves; what stood there comes back in `lines`.
     void Replace(IniLines& lines);
 
 private:

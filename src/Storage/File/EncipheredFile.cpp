@@ -2,9 +2,7 @@
 
 #include <climits>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
-#include <memory>
 
 #include "Security/Crypto/Md5.h"
 
@@ -22,8 +20,6 @@ constexpr std::size_t kPublicKeyAt = 16;
 constexpr std::size_t kDigestLengthAt = 80;
 constexpr std::size_t kDigestAt = 82;
 constexpr int kTea = 1;
-
-using Stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 void Put(unsigned char* bytes, std::uint32_t number, std::size_t size) {
     for (std::size_t i = 0; i < size; ++i) {
@@ -43,12 +39,8 @@ int TakeShort(unsigned char const* bytes) {
     return static_cast<int>(Take(bytes, 2));
 }
 
-bool ReadExactly(std::FILE* stream, void* bytes, std::size_t size) {
-    return std::fread(bytes, 1, size, stream) == size;
-}
-
-EncipheredFault CheckHead(std::FILE* stream, unsigned char* head, int& number) {
-    if (!ReadExactly(stream, head, kBaseHeadSize)) {
+EncipheredFault CheckHead(unsigned char const* head, std::size_t size, int& number) {
+    if (size < kBaseHeadSize) {
         return EncipheredFault::ShortBaseHead;
     }
     number = TakeShort(head);
@@ -59,8 +51,7 @@ EncipheredFault CheckHead(std::FILE* stream, unsigned char* head, int& number) {
     if (number < kEncipheredVersion) {
         return EncipheredFault::Version;
     }
-    if (Take(head + kHeadLengthAt, 4) != kEncipheredHeadSize ||
-        !ReadExactly(stream, head + kBaseHeadSize, kEncipheredHeadSize - kBaseHeadSize)) {
+    if (Take(head + kHeadLengthAt, 4) != kEncipheredHeadSize || size < kEncipheredHeadSize) {
         return EncipheredFault::BadExtendedHead;
     }
     number = TakeShort(head + kKindAt);
@@ -73,32 +64,6 @@ EncipheredFault CheckHead(std::FILE* stream, unsigned char* head, int& number) {
     }
     number = TakeShort(head + kDigestLengthAt);
     return number == kEncipheredDigestSize ? EncipheredFault::None : EncipheredFault::DigestLength;
-}
-
-// Whether the file goes on for `size` bytes from where it stands.
-bool HasBytesLeft(std::FILE* stream, std::uint32_t size) {
-    long const position = std::ftell(stream);
-    if (position < 0 || size > INT_MAX || std::fseek(stream, 0, SEEK_END) != 0) {
-        return false;
-    }
-    long const end = std::ftell(stream);
-    return end >= position && end - position >= static_cast<long long>(size) &&
-           std::fseek(stream, position, SEEK_SET) == 0;
-}
-
-EncipheredFault ReadBody(std::FILE* stream, unsigned char const* head, std::vector<unsigned char>& body) {
-    std::uint32_t const size = Take(head + kBodyLengthAt, 4);
-    if (!HasBytesLeft(stream, size)) {
-        return EncipheredFault::ShortBody;
-    }
-    body.resize(size);
-    if (!ReadExactly(stream, body.data(), size)) {
-        return EncipheredFault::ShortBody;
-    }
-    unsigned char digest[kEncipheredDigestSize];
-    Md5Digest(digest, body.data(), size);
-    return std::memcmp(digest, head + kDigestAt, sizeof digest) == 0 ? EncipheredFault::None
-                                                                     : EncipheredFault::Digest;
 }
 
 }  // namespace
@@ -115,21 +80,25 @@ void MakeEncipheredHead(void const* publicKey, void const* body, unsigned int bo
     Md5Digest(head + kDigestAt, body, bodySize);
 }
 
-EncipheredContent ReadEncipheredFile(char const* path) {
+EncipheredContent CheckEnciphered(std::string_view bytes) {
     EncipheredContent content;
-    Stream const stream(std::fopen(path, "rb"), std::fclose);
-    if (stream == nullptr) {
-        content.fault = EncipheredFault::CantOpen;
+    auto const* const head = reinterpret_cast<unsigned char const*>(bytes.data());
+    content.fault = CheckHead(head, bytes.size(), content.number);
+    if (content.fault != EncipheredFault::None) {
         return content;
     }
-    unsigned char head[kEncipheredHeadSize];
-    content.fault = CheckHead(stream.get(), head, content.number);
-    if (content.fault == EncipheredFault::None) {
-        content.fault = ReadBody(stream.get(), head, content.body);
+    std::uint32_t const size = Take(head + kBodyLengthAt, 4);
+    if (size > INT_MAX || bytes.size() - kEncipheredHeadSize < size) {
+        content.fault = EncipheredFault::ShortBody;
+        return content;
     }
-    if (content.fault != EncipheredFault::None) {
-        content.body.clear();
+    unsigned char digest[kEncipheredDigestSize];
+    Md5Digest(digest, head + kEncipheredHeadSize, size);
+    if (std::memcmp(digest, head + kDigestAt, sizeof digest) != 0) {
+        content.fault = EncipheredFault::Digest;
+        return content;
     }
+    content.body = bytes.substr(kEncipheredHeadSize, size);
     return content;
 }
 

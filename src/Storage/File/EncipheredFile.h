@@ -14,7 +14,7 @@
 #pragma once
 
 #include <cstddef>
-#include <vector>
+#include <string_view>
 
 namespace Ubrix {
 
@@ -32,7 +32,8 @@ void MakeEncipheredHead(void const* publicKey, void const* body, unsigned int bo
 // What is wrong with a file, in the order in which it is looked at.
 enum class EncipheredFault {
     None,
-    CantOpen,
+    Absent,
+    Unreadable,  // now: it, or its key
     ShortBaseHead,
     Magic,
     Version,
@@ -49,12 +50,11 @@ struct EncipheredContent {
     EncipheredFault fault = EncipheredFault::None;
     // The number that is at fault, for the faults that are about one.
     int number = 0;
-    // Still enciphered; empty if there is a fault.
-    std::vector<unsigned char> body;
+    // Still enciphered, part of the bytes that were checked; empty if there is a fault.
+    std::string_view body;
 };
 
-// Reads and checks a file up to its digest. Memory is taken for a body only as far as the file really has
-// one. Bytes behind the body are ignored. Thread-safe.
-EncipheredContent ReadEncipheredFile(char const* path);
+// Checks a file's bytes up to its digest. Bytes behind the body are ignored. Thread-safe.
+EncipheredContent CheckEnciphered(std::string_view bytes);
 
 }  // namespace Ubrix

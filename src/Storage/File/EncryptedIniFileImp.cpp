@@ -1,9 +1,9 @@
 #include "Storage/File/EncryptedIniFileImp.h"
 
 #include <algorithm>
-#include <climits>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "BuildConstants.h"
 #include "Security/Crypto/Base64.h"
@@ -20,6 +20,7 @@ namespace Ubrix {
 namespace {
 
 constexpr std::size_t kKeySize = 16;
+constexpr std::size_t kEncipheredOverhead = 17;
 
 // Wipes a text or byte list when it goes out of scope.
 template <typename Bytes>
@@ -34,9 +35,48 @@ private:
     Bytes& _bytes;
 };
 
-Platform::RecursiveMutex& ExchangeLock() {
-    static Platform::RecursiveMutex* const lock = new Platform::RecursiveMutex();
-    return *lock;
+// A fresh key and what the server finds it again by. False if there is none to be had.
+struct FreshKey {
+    FreshKey() { MakeEcdhKey(VELMORCORE_SERVER_PUBLIC_KEY, bytes, kKeySize, publicKey); }
+    bool IsMade() const {
+        return std::any_of(publicKey, publicKey + sizeof publicKey,
+                           [](unsigned char byte) { return byte != 0; });
+    }
+
+    unsigned char bytes[kKeySize] = {};
+    unsigned char publicKey[kEncipheredPublicKeySize] = {};
+    WipeAtExit<unsigned char[kKeySize]> const wiper{bytes};
+};
+
+// A missing or damaged text leaves zeros in the key, which the cipher refuses. `plain` has the body's size.
+bool DecipherWith(std::string const& keyText, std::string_view body, std::string& plain) {
+    unsigned char key[kKeySize] = {};
+    WipeAtExit<unsigned char[kKeySize]> const keyWiper(key);
+    std::string decoded = Base64Decode(keyText);
+    WipeContentAtExit<std::string> const wiper(decoded);
+    std::copy_n(decoded.begin(), std::min(decoded.size(), kKeySize), key);
+    plain.resize(body.size());
+    int size = static_cast<int>(body.size());
+    if (!zk_symmetry_decrypt2(body.data(), size, key, plain.data(), &size)) {
+        return false;
+    }
+    plain.resize(static_cast<std::size_t>(size));
+    return true;
+}
+
+void TakeLines(std::string_view rest, IniLines& lines) {
+    while (!rest.empty()) {
+        std::size_t const end = std::min(rest.find('\n'), rest.size());
+        if (end > 0) {
+            lines.Append(rest.substr(0, end));
+        }
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+}
+
+// Text holds no NUL; every head of an enciphered file does.
+bool IsNoText(std::string_view content) {
+    return content.find('\0') != std::string_view::npos;
 }
 
 }  // namespace
@@ -45,11 +85,10 @@ IniFile* CreateEncryptedIniFile(char const* path) {
     return new EncryptedIniFileImpl(path);
 }
 
-EncryptedIniFileImpl::EncryptedIniFileImpl(char const* path) : CIniFileImpl(path) {}
+EncryptedIniFileImpl::EncryptedIniFileImpl(char const* path) : CIniFileImpl(path, IsNoText) {}
 
 EncryptedIniFileImpl::~EncryptedIniFileImpl() {
-    EncryptedIniFileImpl::Save();
-    SkipSaveAtEnd();
+    SaveAtEnd();
 }
 
 char const* EncryptedIniFileImpl::EntryName() const {
@@ -73,95 +112,139 @@ std::string EncryptedIniFileImpl::JoinedLines() const {
     return text;
 }
 
-void EncryptedIniFileImpl::TakePlainText(char const* text, std::size_t size) {
-    _lines.Clear();
-    std::string_view rest(text, size);
-    while (!rest.empty()) {
-        std::size_t const end = std::min(rest.find('\n'), rest.size());
-        if (end > 0) {
-            _lines.Append(rest.substr(0, end));
-        }
-        rest.remove_prefix(std::min(end + 1, rest.size()));
+char const* EncryptedIniFileImpl::WriteFile() {
+    SecurityStore& store = *SecurityStore::GetInstance();
+    SecurityStore::Turn const turn;
+    if (!turn.IsHeld()) {
+        return "another process has the key store, or it can't be reached";
     }
-}
-
-bool EncryptedIniFileImpl::Save() {
-    Platform::ScopedLock lock(_lock);
+    if (char const* const obstacle = MakeWay()) {
+        return obstacle;
+    }
     std::string plain = JoinedLines();
     WipeContentAtExit<std::string> const plainWiper(plain);
-    int const plainSize = plain.size() > INT_MAX ? -1 : static_cast<int>(plain.size());
-    int size = zk_symmetry_encrypt2_length(plainSize);
-    if (size == 0) {
-        return true;
+    if (plain.size() > kMaxIniFileSize - kEncipheredHeadSize - kEncipheredOverhead) {
+        return "it is too large to be read again";
     }
-    // Without an agreement both stay zero: the file is then enciphered under a key that everybody knows.
-    unsigned char key[kKeySize] = {};
-    unsigned char publicKey[kEncipheredPublicKeySize] = {};
-    WipeAtExit<unsigned char[kKeySize]> const keyWiper(key);
-    MakeEcdhKey(VELMORCORE_SERVER_PUBLIC_KEY, key, kKeySize, publicKey);
-
+    FreshKey const key;
+    if (!key.IsMade()) {
+        return "no key can be agreed on";
+    }
+    int const plainSize = static_cast<int>(plain.size());
+    int size = zk_symmetry_encrypt2_length(plainSize);
     std::vector<unsigned char> body(static_cast<std::size_t>(size));
-    zk_symmetry_encrypt2(plain.data(), plainSize, key, body.data(), &size);
+    zk_symmetry_encrypt2(plain.data(), plainSize, key.bytes, body.data(), &size);
     unsigned char head[kEncipheredHeadSize];
-    MakeEncipheredHead(publicKey, body.data(), static_cast<unsigned int>(size), head);
+    MakeEncipheredHead(key.publicKey, body.data(), static_cast<unsigned int>(size), head);
 
     FileReplacement replacement(_path);
     replacement.Write(head, sizeof head);
     replacement.Write(body.data(), body.size());
-    if (replacement.Finish()) {
-        Exchange(replacement, key);
+    StoredKeys keys;
+    keys.current = Base64Encode(key.bytes, kKeySize);
+    return replacement.Finish() ? Exchange(store, replacement, keys) : replacement.Obstacle();
+}
+
+char const* EncryptedIniFileImpl::Exchange(SecurityStore& store, FileReplacement& replacement,
+                                           StoredKeys& keys) {
+    StoredKeys before;
+    if (!store.ReadKeys(EntryName(), before)) {
+        return "the key store can't be read now";
+    }
+    keys.earlier = KeyOfFile(before);
+    if (!store.WriteKeys(EntryName(), keys)) {
+        return "its key can't be stored";
+    }
+    if (!replacement.Commit()) {
+        store.WriteKeys(EntryName(), before);
+        return replacement.Obstacle();
+    }
+    _known.current.swap(keys.current);
+    return nullptr;
+}
+
+std::string EncryptedIniFileImpl::KeyOfFile(StoredKeys const& keys) const {
+    // Nobody but this object has saved since.
+    if (keys.current == _known.current || keys.earlier.empty()) {
+        return keys.current;
+    }
+    std::string bytes;
+    if (Platform::ReadWholeFile(_path.c_str(), kMaxIniFileSize, bytes) != Platform::FileAnswer::Given) {
+        return keys.current;
+    }
+    EncipheredContent const content = CheckEnciphered(bytes);
+    std::string plain;
+    WipeContentAtExit<std::string> const wiper(plain);
+    return !DecipherWith(keys.current, content.body, plain) && DecipherWith(keys.earlier, content.body, plain)
+               ? keys.earlier
+               : keys.current;
+}
+
+EncipheredContent EncryptedIniFileImpl::ReadFile() {
+    SecurityStore::Turn const turn;
+    EncipheredContent content;
+    std::string bytes;
+    auto const answer = ReadContent(bytes);
+    if (answer != Platform::FileAnswer::Given) {
+        content.fault =
+            answer == Platform::FileAnswer::Absent ? EncipheredFault::Absent : EncipheredFault::Unreadable;
+        return content;
+    }
+    content = CheckEnciphered(bytes);
+    StoredKeys keys;
+    if (content.fault == EncipheredFault::None &&
+        !SecurityStore::GetInstance()->ReadKeys(EntryName(), keys)) {
+        content.fault = EncipheredFault::Unreadable;
+    } else if (content.fault == EncipheredFault::None && !Decipher(content.body, keys)) {
+        content.fault = EncipheredFault::Cipher;
+    }
+    content.body = {};
+    if (content.fault == EncipheredFault::None || TakePlain(bytes)) {
+        return content;
+    }
+    // Without the turn the file and its keys may just have been of two saves.
+    Leave(content.fault == EncipheredFault::Unreadable ||
+          (content.fault == EncipheredFault::Cipher && !turn.IsHeld()));
+    return content;
+}
+
+bool EncryptedIniFileImpl::TakePlain(std::string_view bytes) {
+    if (IsNoText(bytes)) {
+        return false;
+    }
+    if (!IsKnown()) {
+        IniLines lines;
+        TakePlainText(bytes, lines);
+        Take(lines);
+        _edited = true;
     }
     return true;
 }
 
-void EncryptedIniFileImpl::Exchange(FileReplacement& replacement, unsigned char const* key) const {
-    std::string text = Base64Encode(key, kKeySize);
-    WipeContentAtExit<std::string> const wiper(text);
-    SecurityStore& store = *SecurityStore::GetInstance();
-
-    Platform::ScopedLock exchange(ExchangeLock());
-    AString const before = store.Get(EntryName(), "");
-    if (store.SetChecked(EntryName(), text.c_str()) && !replacement.Commit()) {
-        store.Set(EntryName(), before.CString());
+bool EncryptedIniFileImpl::Decipher(std::string_view body, StoredKeys const& keys) {
+    std::string plain;
+    WipeContentAtExit<std::string> const wiper(plain);
+    bool const fitsCurrent = DecipherWith(keys.current, body, plain);
+    if (!fitsCurrent && (keys.earlier.empty() || !DecipherWith(keys.earlier, body, plain))) {
+        return false;
     }
+    IniLines lines;
+    TakeLines(plain, lines);
+    std::string known = fitsCurrent ? keys.current : "";
+    Take(lines);
+    _known.current.swap(known);
+    return true;
 }
 
-EncipheredContent EncryptedIniFileImpl::ReadContent(unsigned char* key) const {
-    Platform::ScopedLock exchange(ExchangeLock());
-    EncipheredContent content = ReadEncipheredFile(_path.c_str());
-    if (content.fault == EncipheredFault::None) {
-        // A missing or damaged entry leaves zeros in the key, which the cipher refuses.
-        AString const entry = SecurityStore::GetInstance()->Get(EntryName(), "");
-        std::string decoded = Base64Decode(entry.CString());
-        WipeContentAtExit<std::string> const wiper(decoded);
-        std::copy_n(decoded.begin(), std::min(decoded.size(), kKeySize), key);
-    }
-    return content;
-}
-
-EncipheredContent EncryptedIniFileImpl::LoadLocked() {
-    unsigned char key[kKeySize] = {};
-    WipeAtExit<unsigned char[kKeySize]> const keyWiper(key);
-    EncipheredContent content = ReadContent(key);
-    if (content.fault != EncipheredFault::None) {
-        return content;
-    }
-    std::vector<char> plain(content.body.size());
-    WipeContentAtExit<std::vector<char>> const plainWiper(plain);
-    int size = static_cast<int>(plain.size());
-    if (zk_symmetry_decrypt2(content.body.data(), size, key, plain.data(), &size)) {
-        TakePlainText(plain.data(), static_cast<std::size_t>(size));
-    } else {
-        content.fault = EncipheredFault::Cipher;
-    }
-    return content;
+bool EncryptedIniFileImpl::Reload() {
+    return ReadFile().fault == EncipheredFault::None;
 }
 
 bool EncryptedIniFileImpl::Load() {
     EncipheredContent content;
     {
         Platform::ScopedLock lock(_lock);
-        content = LoadLocked();
+        content = ReadFile();
     }
     LogFault(content);
     return content.fault == EncipheredFault::None;
@@ -171,8 +254,9 @@ void EncryptedIniFileImpl::LogFault(EncipheredContent const& content) const {
     char const* const function = "Ubrix::EncryptedIniFileImpl::Load";
     switch (content.fault) {
         case EncipheredFault::None:
+        case EncipheredFault::Unreadable:
             break;
-        case EncipheredFault::CantOpen:
+        case EncipheredFault::Absent:
             VC_LOG(Info, function, "config file %s is not exist", ForeignText(_path.c_str()).c_str());
             break;
         case EncipheredFault::ShortBaseHead:

@@ -1,8 +1,10 @@
 // The INI file in enciphered form.
 #pragma once
 
-#include <vector>
+#include <string>
+#include <string_view>
 
+#include "Security/SecurityStore/SecurityStore.h"
 #include "Storage/File/EncipheredFile.h"
 #include "Storage/File/IniFileImp.h"
 
@@ -11,18 +13,17 @@ namespace Ubrix {
 // Only Load and Save differ from the plain file. Each save takes a fresh key: the holder of the server's
 // private key finds it again from the public key in the file's head, this library from the key store, where
 // it lies as Base64 under the file's bare name. (Two files of one name in two directories share that entry,
-// and only the one saved last opens.)
+// and only the one saved last opens.) Without a key that the server can find nothing is saved.
 //
-// The constructor has read the file as plain text; Load replaces that, if it succeeds, by the deciphered
-// lines. So a plain file is usable at once and takes the enciphered form at its next save.
+// A plain file is usable at once and takes the enciphered form at its next save. One that is neither, or that
+// no key opens, is left as it is until a save moves it aside.
 //
-// A save first writes the new file beside the old one, then puts the key into the store, then renames the
-// file into place. A failure of any of these leaves the old file and its old key together. What remains is a
-// process that dies between the last two steps: the store then has a key that opens nothing, and the file
-// counts as empty.
+// A save first writes the new file beside the old one, then puts the key into the store, where the old file's
+// key stays as the earlier one, then renames the file into place. A process that dies at any moment thus
+// leaves a file that one of its two keys opens; a failure leaves the old file and its old key.
 //
-// A process-wide lock makes the file and its key change together for all objects; it is taken under the
-// file's own lock and above the store's. Messages are logged with no lock held.
+// The key store's turn makes the file and its keys change together for all objects of all processes; it is
+// taken under the file's own lock.
 class EncryptedIniFileImpl : public CIniFileImpl {
 public:
     explicit EncryptedIniFileImpl(char const* path);
@@ -31,18 +32,31 @@ public:
 
     // False after a message that says why; the content then stays.
     bool Load() override;
-    bool Save() override;
+
+protected:
+    bool Reload() VC_REQUIRES(_lock) override;
+    char const* WriteFile() VC_REQUIRES(_lock) override;
 
 private:
     // The name of this file's entry in the key store.
     char const* EntryName() const;
-    EncipheredContent ReadContent(unsigned char* key) const;
-    EncipheredContent LoadLocked() VC_REQUIRES(_lock);
-    void TakePlainText(char const* text, std::size_t size) VC_REQUIRES(_lock);
+    // Takes in what stands on the disk. Of what is wrong with it, the body is empty.
+    EncipheredContent ReadFile() VC_REQUIRES(_lock);
+    // Whether the bytes are text; what of it isn't known is taken in.
+    bool TakePlain(std::string_view bytes) VC_REQUIRES(_lock);
+    // Takes the lines of a body in, if one of the keys opens it.
+    bool Decipher(std::string_view body, StoredKeys const& keys) VC_REQUIRES(_lock);
+    // Which of the keys opens what stands on the disk; the current one if that can't be told.
+    std::string KeyOfFile(StoredKeys const& keys) const VC_REQUIRES(_lock);
     std::string JoinedLines() const VC_REQUIRES(_lock);
     void LogFault(EncipheredContent const& content) const;
-    // Puts `replacement` in place of the file and `key` in place of its key, or neither.
-    void Exchange(class FileReplacement& replacement, unsigned char const* key) const;
+    // Puts `replacement` in place of the file and the current one of `keys` in place of its key. Gives null,
+    // or the reason why neither is.
+    char const* Exchange(SecurityStore& store, class FileReplacement& replacement, StoredKeys& keys)
+        VC_REQUIRES(_lock);
+
+    // The text of the key with which this object last read or wrote the file.
+    StoredKeys _known VC_GUARDED_BY(_lock);
 };
 
 }  // namespace Ubrix

@@ -15,15 +15,9 @@ namespace {
 constexpr std::string_view kTemporaryEnd = ".tmp";
 constexpr std::size_t kDigits = 8;
 
-// Empty without a target or randomness.
 std::string TemporaryName(std::string const& target) {
-    unsigned int number = 0;
-    if (target.empty() || !Platform::RandomBytes(&number, sizeof number)) {
-        return {};
-    }
-    char suffix[16];
-    std::snprintf(suffix, sizeof suffix, ".%08x", number);
-    return target + suffix + std::string(kTemporaryEnd);
+    std::string const name = target.empty() ? target : FileReplacement::FreshName(target, ".");
+    return name.empty() ? name : name + std::string(kTemporaryEnd);
 }
 
 bool IsTemporaryNameOf(std::string_view target, std::string_view name) {
@@ -67,6 +61,20 @@ bool FileReplacement::Commit() {
         _state = State::Committed;
     }
     return _state == State::Committed;
+}
+
+char const* FileReplacement::Obstacle() const {
+    return _temporary.empty() ? "there is no randomness to be had" : "the disk didn't take it";
+}
+
+std::string FileReplacement::FreshName(std::string const& target, char const* mark) {
+    unsigned int number = 0;
+    if (!Platform::RandomBytes(&number, sizeof number)) {
+        return {};
+    }
+    char digits[kDigits + 1];
+    std::snprintf(digits, sizeof digits, "%08x", number);
+    return target + mark + digits;
 }
 
 void FileReplacement::ClearLeftovers(std::string const& target) {

@@ -12,12 +12,14 @@ class IniLines;
 // caller's own. Nothing throws but std::bad_alloc.
 class IniFile {
 public:
-    // Saves first, so that any edit reaches the disk at the latest when the object goes.
+    // Saves first what was edited, so that it reaches the disk at the latest when the object goes. Where
+    // nothing stands it makes the file.
     virtual ~IniFile() = default;
 
-    // Replaces the content by the file's. False if the file can't be read; the content then stays.
+    // Replaces the content by the file's. False if there is none or it can't be read; the content then stays.
     virtual bool Load() = 0;
-    // Writes the content to the file. Always true: a failure leaves the file as it was and isn't told.
+    // Writes the content to the file. Always true: a failure leaves the file as it was and the edits for the
+    // next save, after an Error line.
     virtual bool Save() = 0;
 
     // The value of a key, and in `found`, which may be null, whether it stands in the file. The default,

@@ -5,11 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <climits>
-#include <cstdio>
-#include <memory>
 
-#include "Platform/FileSystem.h"
-#include "Storage/File/FileReplacement.h"
 #include "Storage/File/IniText.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
@@ -19,22 +15,6 @@ namespace Ubrix {
 namespace {
 
 constexpr char kWriteFunction[] = "Ubrix::CIniFileImpl::WriteString";
-
-// Adds the lines that `block` completes to `lines`; the rest stays in `pending`.
-void TakeLines(std::string_view block, std::string& pending, IniLines& lines) {
-    while (!block.empty()) {
-        std::size_t const end = block.find_first_of("\r\n");
-        pending += block.substr(0, end);
-        if (end == std::string_view::npos) {
-            return;
-        }
-        if (!pending.empty()) {
-            lines.Append(pending);
-            pending.clear();
-        }
-        block.remove_prefix(end + 1);
-    }
-}
 
 // Reads as a formatted stream extraction does: white space, a sign, digits, and the bound for a number out of
 // range; but whatever locale the program has set.
@@ -74,6 +54,11 @@ void TellOfCut(CutKeys::Answer cut, char const* section, char const* key) {
     }
 }
 
+bool MarkIf(bool changed, bool& mark) {
+    mark = mark || changed;
+    return changed;
+}
+
 void Tell(bool* found, bool value) {
     if (found != nullptr) {
         *found = value;
@@ -86,51 +71,48 @@ IniFile* CreateIniFile(char const* path) {
     return new CIniFileImpl(path);
 }
 
-CIniFileImpl::CIniFileImpl(char const* path) : _path(path != nullptr ? path : "") {
+void TakePlainText(std::string_view text, IniLines& lines) {
+    for (auto end = text.find_first_of("\r\n"); end != std::string_view::npos;
+         end = text.find_first_of("\r\n")) {
+        if (end > 0) {
+            lines.Append(text.substr(0, end));
+        }
+        text.remove_prefix(end + 1);
+    }
+}
+
+CIniFileImpl::CIniFileImpl(char const* path, bool (*isOtherForm)(std::string_view content))
+    : _path(path != nullptr ? path : "") {
     long long const start = CTime::GetTimeTick();
-    if (!CIniFileImpl::Load()) {
-        Platform::DeleteFileAt(_path.c_str());
+    {
+        Platform::ScopedLock lock(_lock);
+        std::string content;
+        if (ReadContent(content) == Platform::FileAnswer::Given) {
+            bool const hasForm = isOtherForm != nullptr;
+            if (!hasForm || !isOtherForm(content)) {
+                IniLines lines;
+                TakePlainText(content, lines);
+                Take(lines);
+                _edited = hasForm;  // A save would change the file's form.
+            }
+        }
     }
     long long const end = CTime::GetTimeTick();
     VC_LOG_CONSOLE(Info, "Ubrix::CIniFileImpl::CIniFileImpl", "load config file cost %lld us", end - start);
 }
 
 CIniFileImpl::~CIniFileImpl() {
-    if (_savesAtEnd) {
-        SaveChecked();
-    }
+    SaveAtEnd();
 }
 
 bool CIniFileImpl::Load() {
     Platform::ScopedLock lock(_lock);
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> const stream(std::fopen(_path.c_str(), "rb"),
-                                                                 std::fclose);
-    if (stream == nullptr) {
-        return false;
-    }
-    _lines.Clear();
-    std::string pending;
-    char block[4096];
-    while (std::size_t const count = std::fread(block, 1, sizeof block, stream.get())) {
-        TakeLines(std::string_view(block, count), pending, _lines);
-    }
-    return true;
+    return Reload();
 }
 
 bool CIniFileImpl::Save() {
     SaveChecked();
     return true;
-}
-
-bool CIniFileImpl::SaveChecked() {
-    Platform::ScopedLock lock(_lock);
-    FileReplacement replacement(_path);
-    std::string_view const lineEnd = Platform::kLineEnd;
-    _lines.ForEach([&](std::string const& line) {
-        replacement.Write(line.data(), line.size());
-        replacement.Write(lineEnd.data(), lineEnd.size());
-    });
-    return replacement.Finish() && replacement.Commit();
 }
 
 AString CIniFileImpl::ReadString(char const* section, char const* key, char const* defaultValue,
@@ -141,6 +123,7 @@ AString CIniFileImpl::ReadString(char const* section, char const* key, char cons
         return AString();
     }
     Platform::ScopedLock lock(_lock);
+    CatchUp();
     std::string value;
     bool const present = _lines.Read(section, key, value) == IniLines::Lookup::Found;
     Tell(found, present);
@@ -188,7 +171,9 @@ bool CIniFileImpl::WriteString(char const* section, char const* key, char const*
     auto cut = CutKeys::Answer::Known;
     {
         Platform::ScopedLock lock(_lock);
+        CatchUp();
         _lines.Write(section, key, text);
+        _edited = true;
         if (!IniText::ComesBackWhole(text)) {
             cut = _cutKeys.Add(section, key);
         }
@@ -210,6 +195,7 @@ void CIniFileImpl::GetKeys(char const* section, AArray* keys) {
         return;
     }
     Platform::ScopedLock lock(_lock);
+    CatchUp();
     for (std::string const& key : _lines.Keys(section)) {
         keys->Add(ToAString(key));
     }
@@ -217,28 +203,36 @@ void CIniFileImpl::GetKeys(char const* section, AArray* keys) {
 
 bool CIniFileImpl::HasKey(char const* section, char const* key) {
     Platform::ScopedLock lock(_lock);
+    CatchUp();
     return section != nullptr && key != nullptr && _lines.HasLineWithPrefix(section, key);
 }
 
 bool CIniFileImpl::RemoveSection(char const* section) {
     Platform::ScopedLock lock(_lock);
-    return section != nullptr && _lines.RemoveSection(section);
+    CatchUp();
+    return section != nullptr && MarkIf(_lines.RemoveSection(section), _edited);
 }
 
 bool CIniFileImpl::RemoveKey(char const* section, char const* key) {
     Platform::ScopedLock lock(_lock);
-    return section != nullptr && key != nullptr && _lines.RemoveKey(section, key);
+    CatchUp();
+    return section != nullptr && key != nullptr && MarkIf(_lines.RemoveKey(section, key), _edited);
 }
 
 bool CIniFileImpl::Clear() {
     Platform::ScopedLock lock(_lock);
+    CatchUp();
     _lines.Clear();
+    _edited = true;
+    _cleared = !IsKnown();
     return true;
 }
 
 void CIniFileImpl::Swap(IniLines& lines) {
     Platform::ScopedLock lock(_lock);
     _lines.Swap(lines);
+    _edited = true;
+    _cleared = !IsKnown();
 }
 
 }  // namespace Ubrix

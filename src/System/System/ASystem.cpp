@@ -4,12 +4,11 @@
 #include <atomic>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 #include <new>
 
 #include "Platform/Guid.h"
 #include "Platform/Mutex.h"
-#include "Storage/File/IniFile.h"
+#include "Storage/File/IniFileImp.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Ubrix {
@@ -69,20 +68,19 @@ char const* FindUdid() {
         return KeepNewUdid();
     }
     path += "/config.ini";
-    std::unique_ptr<IniFile> const file(CreateIniFile(path.CString()));
-    if (file == nullptr) {
+    CIniFileImpl file(path.CString());
+    if (file.IsUnread()) {
+        // The device has an id, perhaps, that can't be read now: another one must not take its place.
         return nullptr;
     }
-    if (file->Load()) {
-        AString const stored = file->ReadString(kSection, kKey, "");
-        if (!stored.Empty()) {
-            return KeepForever(stored);
-        }
+    AString const stored = file.ReadString(kSection, kKey, "");
+    if (!stored.Empty()) {
+        return KeepForever(stored);
     }
     char const* made = KeepNewUdid();
     if (made != nullptr) {
-        file->WriteString(kSection, kKey, made);
-        file->Save();
+        file.WriteString(kSection, kKey, made);
+        file.Save();
     }
     return made;
 }

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "Platform/FileLock.h"
 #include "Security/SecurityStore/SecurityStore.h"
 #include "Storage/File/EncryptedIniFileImp.h"
 #include "Storage/File/IniFileImp.h"
@@ -91,6 +92,7 @@ TEST_F(EncryptedIniFileTest, EachSaveTakesAFreshKeyAndLoadsAgain) {
     EXPECT_EQ(ValueAfterLoad(), "value");
     // The lines gain no empty ones by a round trip, and the destructor leaves the enciphered form.
     EXPECT_TRUE(_file->Load());
+    _file->WriteString("a", "k", "value");
     _file.reset();
     EXPECT_EQ(Decipher(ReadWholeFile(kPath).substr(kHeadSize), StoredKey()), "[a]\nk=value");
 
@@ -199,6 +201,72 @@ TEST_F(EncryptedIniFileTest, AFailedSaveLeavesFileAndKeyTogether) {
     WriteWholeFile(kPath, _content);
     EXPECT_EQ(CountFilesWith(".tmp") + CountFilesWith(".tmp", "Cache"), 0);
     EXPECT_EQ(ValueAfterLoad(), "value");
+}
+
+TEST_F(EncryptedIniFileTest, AProcessThatDiesInASaveLeavesAFileThatAKeyOpens) {
+    // Again and again, since each unfinished save stores another key.
+    for (bool const loadsFirst : {true, false, true}) {
+        EncryptedIniFileImpl next(kPath);
+        EXPECT_TRUE(!loadsFirst || next.Load());
+        next.WriteString("a", "k", "newer");
+        next.Save();
+        EXPECT_EQ(ValueAfterLoad(), "newer");
+        WriteWholeFile(kPath, _content);  // Killed between the key and the file.
+        EXPECT_EQ(ValueAfterLoad(), "value");
+    }
+}
+
+TEST_F(EncryptedIniFileTest, WhatCannotBeReadNowIsNotOverwritten) {
+    std::string const store = ReadWholeFile("Cache/Store.ini");
+    for (bool const isSavedLater : {false, true}) {
+        auto file = std::make_unique<EncryptedIniFileImpl>(kPath);
+        {
+            NoDescriptors const scarcity;
+            EXPECT_FALSE(file->Load());
+            file->WriteString("a", "j", "2");
+            file->Save();
+            if (!isSavedLater) {
+                file.reset();
+            }
+        }
+        EXPECT_EQ(ReadWholeFile(kPath), _content);
+        EXPECT_EQ(ReadWholeFile("Cache/Store.ini"), store);
+    }
+    EncryptedIniFileImpl file(kPath);
+    EXPECT_TRUE(file.Load());
+    EXPECT_STREQ(file.ReadString("a", "k", "").CString(), "value");
+    EXPECT_STREQ(file.ReadString("a", "j", "").CString(), "2");
+}
+
+TEST_F(EncryptedIniFileTest, ADamagedFileIsKeptAside) {
+    for (std::size_t const at : {std::size_t{0}, kHeadSize}) {
+        std::string damaged = _content;
+        damaged[at] = static_cast<char>(damaged[at] ^ 1);
+        WriteWholeFile(kPath, damaged);
+        EXPECT_EQ(ValueAfterLoad(), "not loaded");
+        EXPECT_EQ(ReadWholeFile(kPath), damaged);
+        {
+            EncryptedIniFileImpl file(kPath);
+            file.Load();
+            file.WriteString("a", "k", "anew");
+        }
+        EXPECT_EQ(ValueAfterLoad(), "anew");
+    }
+    EXPECT_EQ(CountFilesWith("test.config.unreadable-"), 2);
+}
+
+TEST_F(EncryptedIniFileTest, WithoutItsTurnNothingIsSaved) {
+    Platform::FileLock const other("Cache/Store.ini.lock", 0);
+    ASSERT_TRUE(other.IsHeld());
+    LogCapture const log;
+    for (char const* value : {"1", "2"}) {
+        _file->WriteString("a", "k", value);
+        EXPECT_TRUE(_file->Save());
+    }
+    EXPECT_EQ(log.Count("Error", "isn't saved: another process has the key store, or it can't be reached"),
+              1);
+    EXPECT_EQ(ReadWholeFile(kPath), _content);
+    EXPECT_EQ(ValueAfterLoad(), "value") << "reading needs no turn";
 }
 
 TEST_F(EncryptedIniFileTest, ManyThreadsOnOneFileNeverPartItFromItsKey) {

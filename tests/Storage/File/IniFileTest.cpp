@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <climits>
@@ -8,6 +9,7 @@
 
 #include "Storage/File/IniFileImp.h"
 #include "Support/ConsoleCapture.h"
+#include "Support/FileSizeLimit.h"
 #include "Support/Files.h"
 #include "Support/LogCapture.h"
 
@@ -177,6 +179,88 @@ TEST(IniFileTest, TheDestructorSavesPrivatelyAndTheConstructorTellsItsCost) {
     Open("[a]\nk=1\n")->WriteString("a", "k", "2");
     EXPECT_EQ(ReadWholeFile(kPath), "[a]\nk=2\n");
     std::unique_ptr<IniFile>(CreateIniFile(nullptr))->Save();
+}
+
+TEST(IniFileTest, WhatCannotBeReadNowIsLeftAloneAndReadLater) {
+    struct {
+        char const* then;
+        void (*edit)(IniFile& file);
+    } const cases[] = {{"[a]\nk=1\n", [](IniFile&) {}},
+                       {"[a]\nk=1\n\n[b]\nj=2\n", [](IniFile& file) { file.WriteInt("b", "j", 2); }},
+                       {"[a]\nk=3\n", [](IniFile& file) { file.WriteInt("a", "k", 3); }},
+                       {"\n[b]\nj=2\n", [](IniFile& file) {
+                            file.Clear();
+                            file.WriteInt("b", "j", 2);
+                        }}};
+    for (auto const& one : cases) {
+        for (bool const isSavedAtOnce : {false, true}) {
+            WriteWholeFile(kPath, "[a]\nk=1\n");
+            std::unique_ptr<IniFile> file;
+            {
+                NoDescriptors const scarcity;
+                LogCapture const log;
+                file.reset(CreateIniFile(kPath));
+                EXPECT_EQ(file->ReadInt("a", "k", 7), 7);
+                one.edit(*file);
+                EXPECT_TRUE(file->Save());
+                EXPECT_EQ(log.Count("Warning", "can't be read now: it is left alone and tried again"), 1);
+                EXPECT_EQ(log.Count("Error", "isn't saved: what stands there can't be read now"), 1);
+                if (!isSavedAtOnce) {
+                    file.reset();
+                }
+            }
+            EXPECT_EQ(ReadWholeFile(kPath), "[a]\nk=1\n");
+            if (isSavedAtOnce) {
+                file->Save();
+                EXPECT_EQ(ReadWholeFile(kPath), one.then);
+            }
+        }
+    }
+}
+
+TEST(IniFileTest, WhatCannotBeTakenInIsMovedAsideByASave) {
+    char const* const kinds[] = {"a pipe", "a directory", "a device", "too large"};
+    for (std::string const kind : kinds) {
+        std::filesystem::remove_all("strange");
+        std::filesystem::create_directory("strange");
+        char const path[] = "strange/test.ini";
+        if (kind == "a pipe") {
+            mkfifo(path, 0600);
+        } else if (kind == "a directory") {
+            std::filesystem::create_directory(path);
+        } else if (kind == "a device") {
+            std::filesystem::create_symlink("/dev/zero", path);
+        } else {
+            WriteWholeFile(path, "[a]\n");
+            std::filesystem::resize_file(path, kMaxIniFileSize + 1ULL);
+        }
+        LogCapture const log;
+        CIniFileImpl(path).ReadString("a", "k", "");
+        EXPECT_EQ(CountFilesWith("unreadable", "strange"), 0) << kind << ": nothing was edited";
+        std::unique_ptr<IniFile> const file(CreateIniFile(path));
+        for (char const* value : {"1", "2"}) {
+            EXPECT_TRUE(file->WriteString("a", "k", value) && file->Save()) << kind;
+        }
+        EXPECT_EQ(ReadWholeFile(path), "\n[a]\nk=2\n") << kind;
+        EXPECT_EQ(CountFilesWith("test.ini.unreadable-", "strange"), 1) << kind;
+        EXPECT_EQ(log.Count("Error", ", and begun anew"), 1) << kind;
+    }
+}
+
+TEST(IniFileTest, ASaveClearsWhatDeadProcessesLeft) {
+    WriteWholeFile("test.ini.0123abcd.tmp", "dead");
+    Platform::OpenFile const living = Platform::CreatePrivateFile("test.ini.89abcdef.tmp");
+    char const* const others[] = {"test.ini.0123abc.tmp", "test.ini.0123abcX.tmp", "xtest.ini.0123abcd.tmp",
+                                  "test.ini.0123abcd.tmpx", "test.ini0123abcd.tmp"};
+    for (char const* other : others) {
+        WriteWholeFile(other, "");
+    }
+    Open("")->Save();
+    EXPECT_FALSE(std::filesystem::exists("test.ini.0123abcd.tmp"));
+    EXPECT_TRUE(std::filesystem::exists("test.ini.89abcdef.tmp"));
+    for (char const* other : others) {
+        EXPECT_TRUE(std::filesystem::remove(other)) << other;
+    }
 }
 
 TEST(IniFileTest, ALineHasNoLimit) {
