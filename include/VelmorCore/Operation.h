@@ -21,7 +21,7 @@ public:
     // Does the work, on a thread of the pool with no lock of the library held. An exception from it ends the
     // process.
     virtual void Run() = 0;
-    // A copy on the heap, with the same sequence number. The caller deletes it.
+    // A copy on the heap, with the same sequence number, which the caller deletes. Null without memory.
     virtual Operation* Duplicate() const = 0;
     virtual ~Operation();
     Operation(Operation const&) = delete;
@@ -59,8 +59,9 @@ public:
     // The form of the member function: one of the target's own class is cast to it with static_cast.
     using Member = void (OperationTargetBase::*)(ObjectOperation* operation, void* data);
 
-    // Makes itself the current operation of `target`, in place of an earlier one. Null does nothing when run;
-    // without a `member`, DoOperation is run. `data` is handed on as it is.
+    // Makes itself the current operation of `target`, in place of an earlier one. Null does nothing when run,
+    // and neither does one without memory for the link; without a `member`, DoOperation is run. `data` is
+    // handed on as it is.
     ObjectOperation(OperationTargetBase* target, Member member, void* data, bool repeat);
     // A copy of `other`, which doesn't become its target's current operation. Null gives one without target.
     explicit ObjectOperation(ObjectOperation const* other);
@@ -129,13 +130,14 @@ public:
     OperationQueue& operator=(OperationQueue const&) = delete;
 
     // The one pool, made at the first call and again after a release. Releasing the core ends it without
-    // waiting: operations in hand run to their end, what waits is deleted without a run, and the pool is gone
-    // some time later. The caller doesn't delete it, nor keep it across a release.
+    // waiting: operations in hand run to their end, what waits is deleted without a run, and its threads are
+    // gone some time later. The caller doesn't delete it. The object is the same each time and stays valid:
+    // one that is kept over a release adds to the pool of the moment, made anew if need be.
     static OperationQueue* GetInstance();
 
     // Has `function` run with `data`, once, or with `repeat` until the operation is cancelled. `data` is
-    // handed on as it is, and must last as long. During a release nothing is added, and nobody is told.
-    // Throws std::bad_alloc, and adds nothing, if memory runs out.
+    // handed on as it is, and must last as long. During a release nothing is added, and nobody is told;
+    // without memory neither, but for an Error line.
     virtual void AddOperation(Operation::Function function, void* data, bool repeat) = 0;
     // The same for a member function of `target`, or its DoOperation if `member` is null.
     virtual void AddOperation(OperationTargetBase* target, ObjectOperation::Member member, void* data,

@@ -34,7 +34,8 @@ public:
     // Starts a timer and returns its id, which no other timer of the process has (until 2^32 were made).
     // `intervalMs` is the delay of the first call, in milliseconds, and the period if `repeat` is true; 0
     // fires at each look. `callback` must not be null. A timer whose call was made once for all stays until
-    // it is stopped. If the system has no thread for it, the timer never fires.
+    // it is stopped. If the system has no thread for it, the timer never fires. Without memory none is
+    // started, and the id is 0.
     unsigned int StartTimer(unsigned long long intervalMs, bool repeat, Callback callback, void* userData);
 
     // Stops and forgets a timer; an unknown id does nothing. Doesn't wait for a callback in progress on

@@ -1,7 +1,9 @@
 #include <VelmorCore/Operation.h>
 
+#include <new>
 #include <unordered_map>
 
+#include "Platform/Boundary.h"
 #include "Platform/Mutex.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Operation/OperationQueueImp.h"
@@ -66,11 +68,13 @@ long long Operation::NextRunTime() const {
 
 ObjectOperation::ObjectOperation(OperationTargetBase* target, Member member, void* data, bool repeat)
     : Operation(repeat), _member(member), _data(data) {
-    ScopedLock lock(Links().lock);
-    Link(target);
-    if (target != nullptr) {
-        target->_operation = this;
-    }
+    AtBoundary([this, target] {
+        ScopedLock lock(Links().lock);
+        Link(target);
+        if (target != nullptr) {
+            target->_operation = this;
+        }
+    });
 }
 
 ObjectOperation::ObjectOperation(ObjectOperation const* other) : Operation(other) {
@@ -80,8 +84,10 @@ ObjectOperation::ObjectOperation(ObjectOperation const* other) : Operation(other
     _member = other->_member;
     _deleteTarget = other->_deleteTarget.load();
     _data = other->_data;
-    ScopedLock lock(Links().lock);
-    Link(other->_target);
+    AtBoundary([this, other] {
+        ScopedLock lock(Links().lock);
+        Link(other->_target);
+    });
 }
 
 ObjectOperation::~ObjectOperation() {
@@ -112,7 +118,7 @@ void ObjectOperation::Run() {
 }
 
 Operation* ObjectOperation::Duplicate() const {
-    return new ObjectOperation(this);
+    return new (std::nothrow) ObjectOperation(this);
 }
 
 void ObjectOperation::Cancel(bool deleteTarget) {
@@ -130,10 +136,11 @@ void ObjectOperation::ClearTarget() {
 void ObjectOperation::Link(OperationTargetBase* target) {
     OperationLinks& links = Links();
     ScopedLock lock(links.lock);
-    _target = target;
     if (target != nullptr) {
         links.operations.emplace(target, this);
     }
+    // Last: without memory for the link there is no target.
+    _target = target;
 }
 
 // Parts the two, and tells what the target was.

@@ -1,6 +1,9 @@
 #include <VelmorCore/Operation.h>
 
+#include <new>
+
 #include "Base/Ubrix/CoreConfigReader.h"
+#include "Platform/Boundary.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Operation/OperationQueueImp.h"
 
@@ -11,6 +14,33 @@ namespace {
 // 0 until it has been read. Every mode leads to the same pool.
 std::atomic<int> g_operationMode{0};
 
+// What callers have for the pool that stands.
+class PoolFront final : public OperationQueue {
+public:
+    void AddOperation(Operation::Function function, void* data, bool repeat) override {
+        Add([=](OperationQueueImp& pool) { pool.AddOperation(function, data, repeat); });
+    }
+    void AddOperation(OperationTargetBase* target, ObjectOperation::Member member, void* data,
+                      bool repeat) override {
+        Add([=](OperationQueueImp& pool) { pool.AddOperation(target, member, data, repeat); });
+    }
+
+private:
+    template <class Work>
+    void Add(Work const& work) {
+        if (!AtBoundary([&work] { work(*OperationQueueImp::GetInstance()); })) {
+            VC_LOG(Error, "Ubrix::OperationQueueImp::AddOperation", "no memory for an operation");
+        }
+    }
+};
+
+// Never destroyed, and made without memory of its own.
+PoolFront& TheFront() {
+    alignas(PoolFront) static unsigned char room[sizeof(PoolFront)];
+    static auto& front = *new (room) PoolFront;
+    return front;
+}
+
 }  // namespace
 
 OperationQueue* OperationQueue::GetInstance() {
@@ -19,7 +49,8 @@ OperationQueue* OperationQueue::GetInstance() {
         g_operationMode = mode;
         VC_LOG(Info, "Ubrix::OperationQueue::GetInstance", "Operation mode is %d", mode);
     }
-    return OperationQueueImp::GetInstance();
+    AtBoundary([] { OperationQueueImp::GetInstance(); });
+    return &TheFront();
 }
 
 }  // namespace Ubrix

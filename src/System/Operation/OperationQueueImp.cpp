@@ -1,9 +1,10 @@
 #include "System/Operation/OperationQueueImp.h"
 
 #include <algorithm>
+#include <new>
 
 #include "Base/Ubrix/CoreConfigReader.h"
-#include "Base/Ubrix/IBase.h"
+#include "Base/Ubrix/Service.h"
 #include "Platform/Thread.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Operation/StaticOperation.h"
@@ -14,32 +15,42 @@ using Platform::ScopedLock;
 
 namespace {
 
-// Never destroyed: a pool may outlive main.
-struct PoolHolder {
-    // Guards making and releasing; the pointer may be read without it.
-    Platform::RecursiveMutex mutex;
-    std::atomic<OperationQueueImp*> instance{nullptr};
-    // Guards the alarm of the instance's manager, so that it can be rung at any time.
-    Platform::RecursiveMutex alarmMutex;
-    Platform::Event* alarm VC_GUARDED_BY(alarmMutex) = nullptr;
+struct Pool {
+    Pool();
+    std::shared_ptr<OperationQueueImp> const queue = std::make_shared<OperationQueueImp>();
 };
 
-PoolHolder& Holder() {
-    static PoolHolder& holder = *new PoolHolder;
-    return holder;
+Service<Pool>& ThePool() {
+    static auto& pool = *new Service<Pool>(OperationQueueImp::ReleaseInstance);
+    return pool;
 }
 
-void SetAlarm(Platform::Event* alarm) {
-    PoolHolder& holder = Holder();
-    ScopedLock lock(holder.alarmMutex);
-    holder.alarm = alarm;
+// The alarm of the standing pool's manager, so that it can be rung at any time.
+struct Alarm {
+    Platform::RecursiveMutex lock;
+    Platform::Event* event VC_GUARDED_BY(lock) = nullptr;
+};
+
+Alarm& TheAlarm() {
+    static auto& alarm = *new Alarm;
+    return alarm;
+}
+
+void SetAlarm(Platform::Event* event) {
+    Alarm& alarm = TheAlarm();
+    ScopedLock const lock(alarm.lock);
+    alarm.event = event;
+}
+
+Pool::Pool() {
+    queue->Begin();
 }
 
 void LogManager(void* handle) {
     VC_LOG(Debug, "Ubrix::OperationQueueImp::CreateThreads", "CreateThread onThreadManageProc:%p", handle);
 }
 
-// What an addition came to, told once the pool's lock is open again; by then the pool may be gone.
+// What an addition came to, told once the pool's lock is open again.
 struct Addition {
     bool refused = false;
     void* startedManager = nullptr;
@@ -58,51 +69,35 @@ struct Addition {
 
 std::atomic<int> OperationQueueImp::_intervalPerLoop{10};
 
-OperationQueueImp* OperationQueueImp::GetInstance() {
-    PoolHolder& holder = Holder();
-    OperationQueueImp* instance = holder.instance;
-    if (instance != nullptr) {
-        return instance;
-    }
-    ScopedLock lock(holder.mutex);
-    instance = holder.instance;
-    if (instance == nullptr) {
-        instance = new OperationQueueImp;
-        // Before the first log line: its callback may want the pool.
-        holder.instance = instance;
-        SetAlarm(&instance->_managerAlarm);
-        instance->Begin();
-    }
-    return instance;
+std::shared_ptr<OperationQueueImp> OperationQueueImp::GetInstance() {
+    return ThePool().Share()->queue;
 }
 
 void OperationQueueImp::ReleaseInstance() {
     VC_LOG(Info, "Ubrix::OperationQueueImp::ReleaseInstance", "OperationQueueImp::ReleaseInstance");
-    PoolHolder& holder = Holder();
-    ScopedLock lock(holder.mutex);
-    OperationQueueImp* const released = holder.instance.exchange(nullptr);
-    if (released != nullptr) {
+    ThePool().Release([](Pool& pool) {
         SetAlarm(nullptr);
-        released->End();
-    }
+        pool.queue->End();
+    });
 }
 
 void OperationQueueImp::CreateLock() {
-    Holder();
+    ThePool();
+    TheAlarm();
 }
 
 void OperationQueueImp::WakeManager() {
-    PoolHolder& holder = Holder();
-    ScopedLock lock(holder.alarmMutex);
-    if (holder.alarm != nullptr) {
-        holder.alarm->Set();
+    Alarm& alarm = TheAlarm();
+    ScopedLock const lock(alarm.lock);
+    if (alarm.event != nullptr) {
+        alarm.event->Set();
     }
 }
 
 void OperationQueueImp::Begin() {
     VC_LOG(Info, "Ubrix::OperationQueueImp::OperationQueueImp", "OperationQueueImp(%p)",
            static_cast<void*>(this));
-    IBase::AddReleaseCallback(ReleaseInstance);
+    SetAlarm(&_managerAlarm);
     bool const stretch = CoreConfigReader::GetBool("OperationQueueStretch", true);
     int const maxThreadNum = CoreConfigReader::GetInt("OperationQueueMaxThreadNum", 3);
     int const minThreadNum = CoreConfigReader::GetInt("OperationQueueMinThreadNum", 2);
@@ -133,8 +128,7 @@ void OperationQueueImp::Begin() {
     }
 }
 
-// The last touch of the pool from outside: its manager deletes it. Without a manager, and with none to be
-// had, it stays for good.
+// The last touch of the pool from outside: it goes with the last of its threads.
 void OperationQueueImp::End() {
     ScopedLock lock(_mutex);
     EnsureManager();
@@ -164,7 +158,7 @@ void OperationQueueImp::CreateWorker() {
     {
         ScopedLock lock(_mutex);
         full = _threadNum >= _maxThreadNum;
-        if (!full && Platform::StartThread(onThreadProc, this, &handle)) {
+        if (!full && StartThread(onThreadProc, &handle)) {
             ++_threadNum;
         }
     }
@@ -177,12 +171,23 @@ void OperationQueueImp::CreateWorker() {
     }
 }
 
+// Each thread has a share of the pool for an argument.
+bool OperationQueueImp::StartThread(void (*body)(void* share), void** handle) {
+    std::unique_ptr<std::shared_ptr<OperationQueueImp>> share(
+        new (std::nothrow) std::shared_ptr<OperationQueueImp>(shared_from_this()));
+    if (share == nullptr || !Platform::StartThread(body, share.get(), handle)) {
+        return false;
+    }
+    static_cast<void>(share.release());
+    return true;
+}
+
 // Starts the manager unless it stands. The handle of one that was started, or null; the next addition tries
 // again if the system had no thread to give.
 void* OperationQueueImp::EnsureManager() {
     void* handle = nullptr;
     if (!_managerStands) {
-        _managerStands = Platform::StartThread(onThreadManageProc, this, &handle);
+        _managerStands = StartThread(onThreadManageProc, &handle);
     }
     return handle;
 }

@@ -13,20 +13,30 @@
 namespace Ubrix {
 
 // The manager looks at most once a tick, and only when something is ready or falls due; in between it sleeps.
-// It deletes the pool when, after a release, the last worker is gone.
+// Its threads and callers share the pool: after a release it goes when the manager has seen the last worker
+// go.
 //
-// Locks, in this order: the process-wide one of making and releasing, held while a pool is set up; then the
-// pool's, which guards its lists and counters for list work only: nothing is run, deleted or logged under it.
-// Beneath both stands the lock of the alarm, a leaf.
-class OperationQueueImp final : public OperationQueue {
+// Locks, in this order: the holder's, held while a pool is set up; then the pool's, which guards its lists
+// and counters for list work only: nothing is run, deleted or logged under it. Beneath both stands the lock
+// of the alarm, a leaf.
+class OperationQueueImp final : public OperationQueue,
+                                public std::enable_shared_from_this<OperationQueueImp> {
 public:
-    static OperationQueueImp* GetInstance();
+    // The pool that stands, made at first use.
+    static std::shared_ptr<OperationQueueImp> GetInstance();
     // The release callback: stops the pool and forgets it, without waiting.
     static void ReleaseInstance();
-    // Makes the process-wide lock, if it doesn't stand yet. It is never destroyed.
+    // Makes the holder with its lock, if it doesn't stand yet. It is never destroyed.
     static void CreateLock();
     // An operation is due earlier than it was: has the manager look again. Any thread.
     static void WakeManager();
+
+    // For the holder alone; nothing runs before Begin.
+    OperationQueueImp() = default;
+    ~OperationQueueImp();
+    OperationQueueImp(OperationQueueImp const&) = delete;
+    OperationQueueImp& operator=(OperationQueueImp const&) = delete;
+    void Begin();
 
     void AddOperation(Operation::Function function, void* data, bool repeat) override;
     void AddOperation(OperationTargetBase* target, ObjectOperation::Member member, void* data,
@@ -44,19 +54,16 @@ private:
     using OperationList = std::vector<OperationPointer>;
     class Worker;
 
-    OperationQueueImp() = default;
-    ~OperationQueueImp();
-
-    void Begin();
     void End();
     void CreateWorker();
+    bool StartThread(void (*body)(void* share), void** handle);
     void* EnsureManager() VC_REQUIRES(_mutex);
     void MakeRoom() VC_REQUIRES(_mutex);
     void Append(OperationPointer operation) VC_REQUIRES(_mutex);
     bool TakeBack(OperationPointer& operation);
 
-    static void onThreadProc(void* queue);
-    static void onThreadManageProc(void* queue);
+    static void onThreadProc(void* share);
+    static void onThreadManageProc(void* share);
     void Manage();
     bool Tick(long long now);
     int MoveDue(long long now) VC_REQUIRES(_mutex);

@@ -118,19 +118,22 @@ void OperationQueueImp::Worker::SetIdle(bool idle) {
     _idle = idle;
 }
 
-// Once the lock is open again, the pool may be gone.
 void OperationQueueImp::Worker::Leave() {
     SetIdle(false);
     --_queue._threadNum;
     _counted = false;
 }
 
-void OperationQueueImp::onThreadProc(void* queue) {
-    Worker(*static_cast<OperationQueueImp*>(queue)).Work();
+void OperationQueueImp::onThreadProc(void* share) {
+    std::unique_ptr<std::shared_ptr<OperationQueueImp>> const queue(
+        static_cast<std::shared_ptr<OperationQueueImp>*>(share));
+    Worker(**queue).Work();
 }
 
-void OperationQueueImp::onThreadManageProc(void* queue) {
-    static_cast<OperationQueueImp*>(queue)->Manage();
+void OperationQueueImp::onThreadManageProc(void* share) {
+    std::unique_ptr<std::shared_ptr<OperationQueueImp>> const queue(
+        static_cast<std::shared_ptr<OperationQueueImp>*>(share));
+    (*queue)->Manage();
 }
 
 void OperationQueueImp::Manage() {
@@ -145,7 +148,6 @@ void OperationQueueImp::Manage() {
     AwaitWorkers(rest);
     VC_LOG(Event, "Ubrix::OperationQueueImp::onThreadManageProc",
            "onThreadManageProc threads have been destroyed, starting delete queue");
-    delete this;
 }
 
 // One look over the lists. False after the release.

@@ -3,6 +3,8 @@
 
 #include <VelmorCore/Operation.h>
 
+#include <new>
+
 namespace Ubrix {
 
 // Runs on one thread at a time; the data is the caller's.
@@ -20,7 +22,7 @@ public:
             _function(this, _data);
         }
     }
-    Operation* Duplicate() const override { return new StaticOperation(this); }
+    Operation* Duplicate() const override { return new (std::nothrow) StaticOperation(this); }
 
 private:
     Function _function;

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <map>
 
+#include "Platform/Boundary.h"
 #include "Platform/Mutex.h"
 #include "System/Time/CTimerImp.h"
 
@@ -25,6 +26,9 @@ std::atomic<unsigned int> TimerTable::_uNextId{1};
 
 namespace {
 
+// What no timer has for its id.
+constexpr unsigned int kNoTimer = 0;
+
 void StopAndDestroy(CTimerImp* timer) {
     if (timer == nullptr) {
         return;
@@ -36,9 +40,14 @@ void StopAndDestroy(CTimerImp* timer) {
 
 }  // namespace
 
-CTimer::CTimer() : _timers(new TimerTable) {}
+CTimer::CTimer() : _timers(nullptr) {
+    AtBoundary([this] { _timers = new TimerTable; });
+}
 
 CTimer::~CTimer() {
+    if (_timers == nullptr) {
+        return;
+    }
     TimerMap timers;
     {
         ScopedLock lock(_timers->mutex);
@@ -52,16 +61,29 @@ CTimer::~CTimer() {
 
 unsigned int CTimer::StartTimer(unsigned long long intervalMs, bool repeat, Callback callback,
                                 void* userData) {
+    if (_timers == nullptr) {
+        return kNoTimer;
+    }
     ScopedLock lock(_timers->mutex);
     unsigned int const id = GetNextTimerId();
-    // The entry first: nothing may fail once the thread stands.
-    CTimerImp*& timer = _timers->timers[id];
-    timer = new CTimerImp(id);
+    CTimerImp* timer = nullptr;
+    bool const stands = AtBoundary([&]() VC_REQUIRES(_timers->mutex) {
+        // The entry first: nothing may fail once the thread stands.
+        CTimerImp*& entry = _timers->timers[id];
+        entry = timer = new CTimerImp(id);
+    });
+    if (!stands) {
+        _timers->timers.erase(id);
+        return kNoTimer;
+    }
     timer->StartTimer(intervalMs, repeat, callback, userData);
     return id;
 }
 
 void CTimer::StopTimer(unsigned int id) {
+    if (_timers == nullptr) {
+        return;
+    }
     CTimerImp* timer = nullptr;
     {
         ScopedLock lock(_timers->mutex);

@@ -53,7 +53,7 @@ protected:
     }
     // A pool with both workers idle at 100 ms, and the manager at rest.
     void StartIdle() {
-        queue = OperationQueueImp::GetInstance();
+        queue = OperationQueueImp::GetInstance().get();
         ASSERT_TRUE(clock.AwaitWaiters({100, 100, 100}));
         clock.Advance(100);
         ASSERT_TRUE(clock.AwaitWaiters({kNever}) && Await([this] { return Threads(2, 2); }));
@@ -159,7 +159,7 @@ TEST_F(Pool, ReleaseWaitsForNothingAndTheManagerDeletesTheRest) {
     IBase::RunReleaseCallbacks();
     queue->AddOperation(Work, this, true);
     EXPECT_TRUE(log.Has("Info", "AddOperation _running has been false"));
-    EXPECT_NE(OperationQueue::GetInstance(), queue) << "a fresh one stands beside it";
+    EXPECT_NE(OperationQueueImp::GetInstance().get(), queue) << "a fresh one stands beside it";
     pools = 2;
     clock.Advance(200);
     EXPECT_FALSE(life.expired()) << "an operation is still running";
@@ -175,7 +175,7 @@ TEST_F(Pool, ThreadsThatCouldNotBeHadAreNotCountedAndComeLater) {
     ASSERT_EQ(pthread_getattr_default_np(&impossible), 0);
     ASSERT_EQ(pthread_attr_setstacksize(&impossible, std::size_t{1} << 46), 0);
     ASSERT_EQ(pthread_setattr_default_np(&impossible), 0);
-    queue = OperationQueueImp::GetInstance();
+    queue = OperationQueueImp::GetInstance().get();
     ASSERT_EQ(pthread_setattr_default_np(&before), 0);
     EXPECT_TRUE(Threads(0, 0));
     queue->AddOperation(Work, this, false);
@@ -209,7 +209,7 @@ TEST_F(Pool, LivesWithAnyValues) {
                           {"OperationIntervalPerLoop", interval},
                           {"OperationQueueStretch", stretch}};
         CoreConfigReader::SetProvider(&values);
-        queue = OperationQueueImp::GetInstance();
+        queue = OperationQueueImp::GetInstance().get();
         CoreConfigReader::SetProvider(nullptr);
         long long const start = clock.Elapsed() + 100;
         ASSERT_TRUE(clock.AwaitWaiters(std::vector<long long>(atStart + 1, start)));
@@ -230,10 +230,12 @@ TEST_F(Pool, LivesWithAnyValues) {
 TEST(PoolStress, EveryPoolEndsWithWhatItHolds) {
     ::Test::LogCapture log;
     Target target;
+    // Kept over every release.
+    OperationQueue* const queue = OperationQueue::GetInstance();
     for (int pool = 0; pool < 8; ++pool) {
-        ::Test::OnThreads(2, [&target](int) {
+        ::Test::OnThreads(2, [&target, queue](int) {
             for (int n = 0; n < 50; ++n) {
-                OperationQueue::GetInstance()->AddOperation(&target, nullptr, nullptr, true);
+                queue->AddOperation(&target, nullptr, nullptr, true);
                 target.Sleep(n);
             }
         });
