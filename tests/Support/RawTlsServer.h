@@ -2,7 +2,6 @@
 #pragma once
 
 #include <arpa/inet.h>
-#include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <openssl/ssl.h>
 #include <poll.h>
@@ -14,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <utility>
@@ -21,6 +21,13 @@
 #include "ConfigServer/CertificateAuthority.h"
 
 namespace Test {
+
+// A server that can't be set up ends the test.
+inline void Demand(bool holds, char const* what) {
+    if (!holds) {
+        throw std::runtime_error(what);
+    }
+}
 
 // One accepted connection. Reads and writes give up after ten seconds. When the conversation returns, the
 // connection ends without a word of TLS.
@@ -45,11 +52,14 @@ public:
         }
         return head;
     }
-    void Send(std::string const& bytes) {
+    // False once the client is gone.
+    bool Send(std::string const& bytes) {
         size_t written = 0;
-        SSL_write_ex(_session.get(), bytes.data(), bytes.size(), &written);
+        return SSL_write_ex(_session.get(), bytes.data(), bytes.size(), &written) == 1;
     }
-    // The same below TLS.
+    // Says that nothing follows, as TLS has it.
+    void SendEnd() { SSL_shutdown(_session.get()); }
+    // Bytes below TLS.
     void SendPlain(std::string const& bytes) { send(_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL); }
 
     // Waits until the client goes away or the server stops. At most a minute.
@@ -68,8 +78,8 @@ struct BoundSocket {
     BoundSocket() {
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        EXPECT_EQ(bind(socket, general, length), 0);
-        EXPECT_EQ(getsockname(socket, general, &length), 0);
+        Demand(bind(socket, general, length) == 0, "bind");
+        Demand(getsockname(socket, general, &length) == 0, "getsockname");
     }
     std::string Address() const { return "127.0.0.1:" + std::to_string(ntohs(address.sin_port)); }
 
@@ -84,12 +94,14 @@ public:
     using Conversation = std::function<void(RawConnection&)>;
 
     // Listens on a free port and runs `conversation` for each connection, one after the other, on a thread of
-    // its own.
-    RawTlsServer(Example::ServerIdentity const& identity, Conversation conversation)
+    // its own. `latest` is the newest version of TLS that it speaks.
+    RawTlsServer(Example::ServerIdentity const& identity, Conversation conversation,
+                 int latest = TLS1_3_VERSION)
         : _context(SSL_CTX_new(TLS_server_method()), SSL_CTX_free), _conversation(std::move(conversation)) {
-        EXPECT_EQ(SSL_CTX_use_certificate(_context.get(), identity.certificate.get()), 1);
-        EXPECT_EQ(SSL_CTX_use_PrivateKey(_context.get(), identity.key.get()), 1);
-        EXPECT_EQ(listen(_listener.socket, 16), 0);
+        Demand(SSL_CTX_use_certificate(_context.get(), identity.certificate.get()) == 1, "certificate");
+        Demand(SSL_CTX_use_PrivateKey(_context.get(), identity.key.get()) == 1, "key");
+        Demand(SSL_CTX_set_max_proto_version(_context.get(), latest) == 1, "version");
+        Demand(listen(_listener.socket, 128) == 0, "listen");
         _thread = std::thread([this] { Serve(); });
     }
     ~RawTlsServer() {
@@ -117,10 +129,10 @@ public:
     // A port that takes no more connections until the process ends: its queue is full and nobody accepts.
     static std::string FullAddress() {
         BoundSocket const bound;
-        EXPECT_EQ(listen(bound.socket, 0), 0);
+        Demand(listen(bound.socket, 0) == 0, "listen");
         for (int i = 0; i < 4; ++i) {
             int const client = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-            EXPECT_TRUE(connect(client, bound.general, bound.length) == 0 || errno == EINPROGRESS);
+            Demand(connect(client, bound.general, bound.length) == 0 || errno == EINPROGRESS, "connect");
         }
         return bound.Address();
     }
