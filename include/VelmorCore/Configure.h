@@ -44,11 +44,15 @@ protected:
 // argument may be null unless a comment says so.
 //
 // A transfer that fails is repeated after 10 seconds, "RemoteConfigMaxRetryCount" times at most (section
-// "VelmorCore", 3 by default), and then once the network returns; a bad answer isn't. Both are logged and
-// leave the cache as it was, and nobody is told.
+// "VelmorCore", 3 by default, never more than 10), and then once the network returns; a bad answer isn't.
+// Both are logged and leave the cache as it was, and nobody is told. An answer that costs too much (32 MiB,
+// 200,000 values, or more memory than there is) is a bad one. With "RemoteConfigRetryJitter" and
+// "RemoteConfigGapJitter" of the same section, in seconds and 0 by default, the server has each of its
+// clients lengthen each delay by a random share of that time.
 class VELMORCORE_API Configure {
 public:
-    // Fetches now, and again every "RemoteConfigNextGap" seconds (section "VelmorCore", 86,400 by default).
+    // Fetches now, and again every "RemoteConfigNextGap" seconds (section "VelmorCore", 86,400 by default, at
+    // least 60).
     virtual void Start() = 0;
     virtual int GetInt(char const* section, char const* key, int defaultValue) = 0;
     virtual std::int64_t GetLong(char const* section, char const* key, std::int64_t defaultValue) = 0;
@@ -67,7 +71,7 @@ public:
     virtual void StartOnce() = 0;
     // Sets the server's base URL, without its path, and fetches. Another URL than before, in this run or an
     // earlier one, empties the cache first, and the answer to a fetch under way is thrown away. Null is
-    // ignored.
+    // ignored. The URL is kept for later runs, where no answer of a server can change it.
     virtual void SetUrl(char const* url) = 0;
     // Forgets the URL and empties the cache; the answer to a fetch under way is thrown away.
     virtual void Clear() = 0;

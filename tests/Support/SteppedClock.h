@@ -47,7 +47,12 @@ public:
     // Waits until those who wait do so for exactly these moments since the start (kNever as it is), in rising
     // order. False after ten seconds.
     bool AwaitWaiters(std::vector<long long> const& moments) const {
-        return _state.Await([&](State const& state) { return Moments(state) == moments; });
+        return AwaitMoments([&](std::vector<long long> const& present) { return present == moments; });
+    }
+    // Waits until the moments that are waited for are as `wanted`. False after ten seconds.
+    template <typename Wanted>
+    bool AwaitMoments(Wanted wanted) const {
+        return _state.Await([&](State const& state) { return wanted(Moments(state)); });
     }
     // The moments that are waited for now, as above.
     std::vector<long long> Waiters() const { return _state.With(Moments); }

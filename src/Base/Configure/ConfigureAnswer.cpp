@@ -27,7 +27,6 @@ namespace {
 
 constexpr char kFunction[] = "Velmor::ConfigureImpl::OnDataTaskFinished";
 constexpr char kSection[] = "VelmorCore";
-constexpr unsigned long long kRetryMilliseconds = 10000;
 
 // True for a module with a usable key; logs otherwise.
 bool HasKeys(Value const& module, char const* function, Ubrix::LineBudget& complaints) {
@@ -174,6 +173,8 @@ ConfigureImpl::Ending ConfigureImpl::TakeAnswer(Outcome const& outcome, char con
     }
     if (result != 0) {
         VC_LOG(Error, kFunction, "ParseJson error:%d", result);
+    } else {
+        TakeNewGap();
     }
     _state = kFinished;
     return Ending::Answered;
@@ -198,8 +199,7 @@ void ConfigureImpl::StartWhatWaits(Ending ending) {
     if (_requestWhenIdle) {
         Request();
     } else if (ending == Ending::Failed && _state == kFailed && _retryCount > 0) {
-        --_retryCount;
-        StartRetryTimer(kRetryMilliseconds);
+        StartRetry();
     }
 }
 

@@ -5,6 +5,7 @@
 #include "Base/Configure/ConfigRequest.h"
 #include "Base/Configure/KitParameters.h"
 #include "Base/Container/Number/RealText.h"
+#include "Platform/Random.h"
 #include "Storage/Bundle/BundleImpl.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
@@ -13,6 +14,7 @@
 
 namespace Velmor {
 
+using Ubrix::BundleFactory;
 using Ubrix::ForeignText;
 using Ubrix::Platform::ScopedLock;
 
@@ -20,13 +22,17 @@ namespace {
 
 constexpr char kSection[] = "VelmorCore";
 constexpr char kUrlKey[] = "RemoteConfigUrl";
-constexpr char kMaxRetryKey[] = "RemoteConfigMaxRetryCount";
-constexpr char kNextGapKey[] = "RemoteConfigNextGap";
+// In the default bundle, where no answer of a server can write.
+constexpr char kHostUrlKey[] = "HostRemoteConfigUrl";
 constexpr char kCacheFile[] = "RemoteConfig.config";
-constexpr int kDefaultMaxRetries = 3;
-constexpr long long kDefaultGapSeconds = 86400;
 // For a request that couldn't be started.
 constexpr unsigned long long kBusyMilliseconds = 1000;
+
+// 0 without a source of randomness: a delay is then as long as all others.
+std::uint32_t RandomShare() {
+    std::uint32_t share = 0;
+    return Ubrix::Platform::RandomBytes(&share, sizeof share) ? share : 0;
+}
 
 }  // namespace
 
@@ -127,16 +133,46 @@ void ConfigureImpl::Start() {
         ScopedLock lock(_lock);
         StopTimer(_nextTimer, _nextTimerId);
     }
-    std::int64_t const gap = GetLong(kSection, kNextGapKey, kDefaultGapSeconds);
     StartOnce();
     ScopedLock lock(_lock);
+    StartNextTimer();
+}
+
+// The old one goes when the new one stands: where there is no memory for it, refreshes go on as before.
+void ConfigureImpl::StartNextTimer() {
     if (_isShut) {
         return;
     }
-    // Another thread may have started it in between.
+    FetchSchedule const schedule = ReadSchedule();
+    unsigned int const id =
+        _nextTimer.StartTimer(schedule.GapMilliseconds(RandomShare()), true, OnNextTimer, this);
     StopTimer(_nextTimer, _nextTimerId);
-    _nextTimerId =
-        _nextTimer.StartTimer(static_cast<unsigned long long>(gap) * 1000ULL, true, OnNextTimer, this);
+    _nextTimerId = id;
+    _nextSchedule = schedule;
+}
+
+void ConfigureImpl::Refresh(unsigned int timer) {
+    {
+        ScopedLock lock(_lock);
+        // Each gap has a random share of its own.
+        if (_nextTimerId == timer && _nextSchedule.gapJitter > 0) {
+            StartNextTimer();
+        }
+    }
+    StartOnce();
+}
+
+void ConfigureImpl::TakeNewGap() {
+    FetchSchedule const schedule = ReadSchedule();
+    bool const isNew = schedule.gap != _nextSchedule.gap || schedule.gapJitter != _nextSchedule.gapJitter;
+    if (_nextTimerId != 0 && isNew) {
+        StartNextTimer();
+    }
+}
+
+FetchSchedule ConfigureImpl::ReadSchedule() {
+    return FetchSchedule::From(
+        [this](char const* key, long long otherwise) { return GetLong(kSection, key, otherwise); });
 }
 
 void ConfigureImpl::StartOnce() {
@@ -153,7 +189,7 @@ void ConfigureImpl::StartOnce() {
                "Configure will not request remote config because of empty url!");
         return;
     }
-    _maxRetryCount = GetInt(kSection, kMaxRetryKey, kDefaultMaxRetries);
+    _maxRetryCount = ReadSchedule().retries;
     _retryCount = _maxRetryCount;
     Request();
 }
@@ -173,10 +209,23 @@ bool ConfigureImpl::Initialize() {
 }
 
 // Before the first fetch the URL of an earlier run counts as the present one: a game that sets the same URL
-// at each start keeps its cache.
+// at each start keeps its cache. The one that the host set goes before what the cache tells, since a server
+// may have changed that.
 void ConfigureImpl::LoadStoredUrl() {
     if (_state == kUninitialized && _url.empty()) {
+        _url = BundleFactory::GetInstance().GetDefaultBundle().Get(kSection, kHostUrlKey, "").c_str();
+    }
+    if (_state == kUninitialized && _url.empty()) {
         _url = GetString(kSection, kUrlKey, "").c_str();
+    }
+}
+
+void ConfigureImpl::StoreHostUrl(char const* url) {
+    Ubrix::Bundle& bundle = BundleFactory::GetInstance().GetDefaultBundle();
+    if (*url == '\0') {
+        bundle.RemoveKey(kSection, kHostUrlKey);
+    } else if (bundle.Get(kSection, kHostUrlKey, "") != AString(url)) {
+        bundle.Set(kSection, kHostUrlKey, url);
     }
 }
 
@@ -221,6 +270,11 @@ void ConfigureImpl::Transmit(std::string const& url) {
     }
 }
 
+void ConfigureImpl::StartRetry() {
+    --_retryCount;
+    StartRetryTimer(ReadSchedule().RetryMilliseconds(RandomShare()));
+}
+
 void ConfigureImpl::StartRetryTimer(unsigned long long milliseconds) {
     StopTimer(_retryTimer, _retryTimerId);
     if (_isShut) {
@@ -253,6 +307,7 @@ void ConfigureImpl::SetUrl(char const* url) {
             return;
         }
         LoadStoredUrl();
+        StoreHostUrl(url);
         if (_url != url) {
             VC_LOG(Info, "Velmor::ConfigureImpl::SetUrl", "change url form [%s] to [%s]",
                    ForeignText(_url).c_str(), ForeignText(url).c_str());
@@ -269,6 +324,7 @@ void ConfigureImpl::SetUrl(char const* url) {
 void ConfigureImpl::Clear() {
     ScopedLock lock(_lock);
     _url.clear();
+    StoreHostUrl("");
     ForgetCache();
     if (_cache != nullptr) {
         _cache->Save();

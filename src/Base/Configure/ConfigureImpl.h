@@ -14,6 +14,7 @@
 
 #include "Base/Configure/ConfigAnswer.h"
 #include "Base/Configure/ConfigureObservers.h"
+#include "Base/Configure/FetchSchedule.h"
 #include "Platform/Mutex.h"
 #include "Storage/Bundle/BundleImpl.h"
 
@@ -73,12 +74,19 @@ private:
     static void HearNetwork();
     static void StopHearingNetwork();
     void Retry();
+    void Refresh(unsigned int timer);
 
     bool Initialize();
     void LoadStoredUrl() VC_REQUIRES(_lock);
+    static void StoreHostUrl(char const* url);
     void Request() VC_REQUIRES(_lock);
     void Transmit(std::string const& url) VC_REQUIRES(_lock);
+    void StartRetry() VC_REQUIRES(_lock);
     void StartRetryTimer(unsigned long long milliseconds) VC_REQUIRES(_lock);
+    void StartNextTimer() VC_REQUIRES(_lock);
+    // Starts the refresh timer anew if it runs by another gap than the cache has now.
+    void TakeNewGap() VC_REQUIRES(_lock);
+    FetchSchedule ReadSchedule() VC_REQUIRES(_lock);
     void StopTimer(Ubrix::CTimer& timer, unsigned int& id) VC_REQUIRES(_lock);
     // Empties the cache in memory only; the caller saves.
     void ForgetCache() VC_REQUIRES(_lock);
@@ -103,6 +111,8 @@ private:
     Ubrix::Platform::RecursiveMutex _lock;
     Ubrix::CTimer _nextTimer;
     unsigned int _nextTimerId VC_GUARDED_BY(_lock) = 0;
+    // By which the refresh timer runs.
+    FetchSchedule _nextSchedule VC_GUARDED_BY(_lock);
     Ubrix::CTimer _retryTimer;
     unsigned int _retryTimerId VC_GUARDED_BY(_lock) = 0;
     std::string _openId VC_GUARDED_BY(_lock);

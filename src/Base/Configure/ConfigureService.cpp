@@ -128,10 +128,10 @@ void ConfigureImpl::StopHearingNetwork() {
     Ubrix::INetwork::GetInstance().RemoveObserver(&TheFront());
 }
 
-void ConfigureImpl::OnNextTimer(unsigned int /*id*/, void* userData) {
+void ConfigureImpl::OnNextTimer(unsigned int id, void* userData) {
     std::shared_ptr<ConfigureImpl> const standing = TheService().ShareIfStanding();
     if (standing.get() == userData) {
-        AtBoundary([&standing] { standing->StartOnce(); });
+        AtBoundary([&standing, id] { standing->Refresh(id); });
     }
 }
 

@@ -10,6 +10,7 @@
 #include <chrono>
 #include <cstring>
 #include <future>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -301,6 +302,69 @@ TEST_F(ConfigureTest, AFailureIsRetriedEveryTenSecondsAndThenWaitsForTheNetwork)
     Impl().OnNetworkStateChanged(Ubrix::ANetworkStateReachable);
     EXPECT_FALSE(_log.Has("Info", ", maxRetryCount 1, retryCount 1")) << "nothing to make up for";
     ::Test::SteppedClock::Remove();
+}
+
+TEST_F(ConfigureTest, AServerCantHurryItsClients) {
+    auto const tuned = [](std::string const& keys) {
+        return R"({"biz_data":{"merged_cfg":{"VelmorCore":{)" + keys + "}}}}";
+    };
+    ::Test::SteppedClock& clock = ::Test::SteppedClock::Install();
+    _server.Answer(tuned(R"("RemoteConfigNextGap":0)"));
+    Impl().SetUrl(kUrl);
+    AwaitState(ConfigureImpl::kFinished);
+    Impl().Start();
+    EXPECT_TRUE(clock.AwaitWaiters({10000, 60000}));
+    AwaitState(ConfigureImpl::kFailed);
+    // The answer that brings another gap is the one from which it counts, and again and again from then on.
+    _server.Answer(tuned(R"("RemoteConfigNextGap":90,"RemoteConfigMaxRetryCount":2000000000)"));
+    Impl().StartOnce();
+    EXPECT_TRUE(clock.AwaitWaiters({90000}));
+    clock.Advance(90000);
+    EXPECT_TRUE(_server.AwaitRequests(4));
+    EXPECT_TRUE(_log.Await("Info", ", maxRetryCount 10, retryCount 10"));
+    EXPECT_TRUE(clock.AwaitWaiters({100000, 180000}));
+
+    _server.Answer(tuned(R"("RemoteConfigRetryJitter":86400,"RemoteConfigGapJitter":2000000000)"));
+    Impl().StartOnce();
+    AwaitState(ConfigureImpl::kFinished);
+    long long const now = clock.Elapsed();
+    long long constexpr kDay = 86400000;
+    auto const isSpread = [&](std::vector<long long> const& moments) {
+        return moments.size() == 1 && moments[0] > now + kDay && moments[0] <= now + 2 * kDay + 100;
+    };
+    EXPECT_TRUE(clock.AwaitMoments(isSpread)) << "the gap of a day, and up to one more";
+    // Those who failed together don't come back together.
+    std::set<long long> delays;
+    for (int life = 0; life < 2; ++life) {
+        ConfigureImpl::ReleaseInstance();
+        EXPECT_TRUE(clock.AwaitWaiters({}));
+        Impl().StartOnce();
+        EXPECT_TRUE(clock.AwaitMoments([](auto const& moments) { return moments.size() == 1; }));
+        delays.insert(clock.Waiters().at(0) - now);
+    }
+    EXPECT_EQ(delays.size(), 2U);
+    EXPECT_GT(*delays.begin(), 10000);
+    ConfigureImpl::ReleaseInstance();
+    ::Test::SteppedClock::Remove();
+}
+
+TEST_F(ConfigureTest, AnAddressOfAServersOwnDoesntOutliveTheProcess) {
+    _server.Answer(
+        R"({"biz_data":{"merged_cfg":{"VelmorCore":{"RemoteConfigUrl":"https://evil.example","k":"v"}}}})");
+    Impl().SetUrl(kUrl);
+    AwaitState(ConfigureImpl::kFinished);
+    EXPECT_EQ(Text("VelmorCore", "RemoteConfigUrl"), "https://evil.example");
+    ConfigureImpl::ReleaseInstance();
+    Impl().StartOnce();
+    ASSERT_TRUE(_server.AwaitRequests(2));
+    EXPECT_THAT(_server.Seen().at(1), testing::StartsWith("config.velmor.example/"));
+    ConfigureImpl::ReleaseInstance();
+    Impl().SetUrl(kUrl);
+    EXPECT_EQ(Text("VelmorCore", "k"), "v") << "the same address keeps the cache, whatever the server wrote";
+    Impl().Clear();
+    ConfigureImpl::ReleaseInstance();
+    Impl().StartOnce();
+    EXPECT_TRUE(_log.Has("Warning", "Configure will not request remote config because of empty url!"));
 }
 
 TEST_F(ConfigureTest, AnAnswerToAnOutdatedRequestIsThrownAway) {
