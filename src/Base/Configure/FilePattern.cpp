@@ -1,283 +1,250 @@
 #include "Base/Configure/FilePattern.h"
 
+#include <algorithm>
 #include <climits>
+#include <cstdint>
+#include <vector>
 
 #include "Base/Configure/PatternElement.h"
-#include "Base/Configure/PatternTables.h"
+#include "Base/Configure/PatternProgram.h"
 
 namespace Velmor {
 
 namespace {
 
-// How often an element may come: from the quantifier behind it, of `length` bytes.
-struct Repetition {
-    int least;
-    int most;
-    bool isSeldom;
-    int length;
-};
+using Kind = PatternStep::Kind;
+using Bits = std::uint64_t;
 
-// What remains to be matched once a group's turn is through: further turns, then what follows the group in
-// its own surroundings. Stands on the stack of the call that entered the group.
-struct Rest {
-    int group;
-    int turnBegin;  // where the turn under way began in the name
-    int turns;      // begun, the one under way included
-    Repetition repetition;
-    int after;  // where the pattern goes on behind the group,
-    int end;    // and where that alternative ends
-    Rest const* outer;
-};
+constexpr int kBits = 64;
 
-// One search. `pattern` offsets and `name` offsets are ints throughout.
-class Search {
-public:
-    Search(PatternTables const& tables, std::string_view pattern, std::string_view name)
-        : _tables(tables), _pattern(pattern), _name(name) {}
-
-    int Run();
-    void CopyCaptures(PatternCapture* captures) const;
-
-private:
-    bool RunFrom(int start);
-    bool Match(int at, int end, int place, Rest const* rest);
-    bool MatchHere(int at, int end, int place, Rest const* rest);
-    bool RepeatElement(std::string_view element, Repetition const& repetition, int after, int end, int place,
-                       Rest const* rest);
-    bool RepeatOften(std::string_view element, Repetition const& repetition, int after, int end, int place,
-                     Rest const* rest);
-    bool RepeatSeldom(std::string_view element, Repetition const& repetition, int after, int end, int place,
-                      Rest const* rest);
-    bool EnterGroup(int at, int end, int place, Rest const* rest);
-    bool TakeTurns(Rest const& loop, int place);
-    bool TakeTurn(Rest const& loop, int place);
-    bool EndTurn(Rest const* rest, int place);
-    bool MatchAlternatives(PatternTables::Group const& group, int place, Rest const* rest);
-
-    std::string_view ElementAt(int at);
-    Repetition RepetitionAt(int at, int end) const;
-    bool ByteMatches(std::string_view element, int place) {
-        return place < NameSize() &&
-               ElementMatches(element, static_cast<unsigned char>(_name[static_cast<std::size_t>(place)]),
-                              _steps);
-    }
-    char PatternByte(int at) const { return _pattern[static_cast<std::size_t>(at)]; }
-    int NameSize() const { return static_cast<int>(_name.size()); }
-    bool IsGivenUp() const { return _steps > kMaxPatternSteps || _isTooDeep; }
-
-    PatternTables const& _tables;
-    std::string_view const _pattern;
-    std::string_view const _name;
-    PatternCapture _captures[kMaxPatternGroups + 1];
-    int _matchEnd = 0;
-    int _steps = 0;
-    int _depth = 0;
-    bool _isTooDeep = false;
-};
-
-int Search::Run() {
-    int const last = !_pattern.empty() && _pattern.front() == '^' ? 0 : NameSize();
-    for (int start = 0; start <= last; ++start) {
-        if (RunFrom(start)) {
-            return _matchEnd;
-        }
-        if (IsGivenUp()) {
-            return kPatternInternalError;
-        }
-    }
-    return kPatternNoMatch;
+bool IsSet(Bits const* row, int bit) {
+    return (row[bit / kBits] >> (bit % kBits) & 1U) != 0;
 }
 
-bool Search::RunFrom(int start) {
-    for (int group = 0; group <= _tables.GroupCount(); ++group) {
-        _captures[group] = {-1, 0};
-    }
-    return MatchAlternatives(_tables.At(0), start, nullptr);
+void Set(Bits* row, int bit) {
+    row[bit / kBits] |= Bits{1} << (bit % kBits);
 }
 
-void Search::CopyCaptures(PatternCapture* captures) const {
-    for (int group = 0; group < _tables.GroupCount(); ++group) {
-        captures[group] = _captures[group + 1];
-    }
-}
-
-bool Search::MatchAlternatives(PatternTables::Group const& group, int place, Rest const* rest) {
-    int begin = group.begin;
-    for (int bar = group.firstBar; bar >= 0; bar = _tables.NextBar(bar)) {
-        if (Match(begin, _tables.BarOffset(bar), place, rest)) {
-            return true;
-        }
-        begin = _tables.BarOffset(bar) + 1;
-    }
-    return Match(begin, group.end, place, rest);
-}
-
-// Whether the name from `place` on matches the pattern from `at` to `end` and everything in `rest`.
-bool Search::Match(int at, int end, int place, Rest const* rest) {
-    if (_depth == kMaxPatternDepth) {
-        _isTooDeep = true;
-    }
-    if (IsGivenUp()) {
-        return false;
-    }
-    ++_depth;
-    bool const matches = MatchHere(at, end, place, rest);
-    --_depth;
-    return matches;
-}
-
-bool Search::MatchHere(int at, int end, int place, Rest const* rest) {
-    while (at < end) {
-        ++_steps;
-        char const byte = PatternByte(at);
-        if (byte == '(') {
-            return EnterGroup(at, end, place, rest);
-        }
-        if (byte == '^' || byte == '$') {
-            if (place != (byte == '^' ? 0 : NameSize())) {
-                return false;
-            }
-            ++at;
-            continue;
-        }
-        std::string_view const element = ElementAt(at);
-        at += static_cast<int>(element.size());
-        Repetition const repetition = RepetitionAt(at, end);
-        if (repetition.length != 0) {
-            return RepeatElement(element, repetition, at + repetition.length, end, place, rest);
-        }
-        if (!ByteMatches(element, place)) {
-            return false;
-        }
-        ++place;
-    }
-    return EndTurn(rest, place);
-}
-
-std::string_view Search::ElementAt(int at) {
-    std::string_view const rest = _pattern.substr(static_cast<std::size_t>(at));
-    int length = 1;
-    if (rest.front() == '[') {
-        length = SetLength(rest, _steps);
-    } else if (rest.front() == '\\') {
-        length = EscapeLength(rest);
-    }
-    return rest.substr(0, static_cast<std::size_t>(length));
-}
-
-Repetition Search::RepetitionAt(int at, int end) const {
-    int const length = at < end ? QuantifierLength(_pattern.substr(static_cast<std::size_t>(at))) : 0;
-    if (length == 0) {
-        return {1, 1, false, 0};
-    }
-    char const kind = PatternByte(at);
-    return {kind == '+' ? 1 : 0, kind == '?' ? 1 : INT_MAX, length == 2, length};
-}
-
-bool Search::RepeatElement(std::string_view element, Repetition const& repetition, int after, int end,
-                           int place, Rest const* rest) {
-    return repetition.isSeldom ? RepeatSeldom(element, repetition, after, end, place, rest)
-                               : RepeatOften(element, repetition, after, end, place, rest);
-}
-
-bool Search::RepeatOften(std::string_view element, Repetition const& repetition, int after, int end,
-                         int place, Rest const* rest) {
-    int count = 0;
-    while (count < repetition.most && !IsGivenUp() && ByteMatches(element, place + count)) {
-        ++count;
-    }
-    for (; count >= repetition.least && !IsGivenUp(); --count) {
-        if (Match(after, end, place + count, rest)) {
-            return true;
-        }
-        ++_steps;
-    }
-    return false;
-}
-
-bool Search::RepeatSeldom(std::string_view element, Repetition const& repetition, int after, int end,
-                          int place, Rest const* rest) {
-    for (int count = 0; !IsGivenUp(); ++count) {
-        if (count >= repetition.least && Match(after, end, place + count, rest)) {
-            return true;
-        }
-        if (count == repetition.most || !ByteMatches(element, place + count)) {
-            return false;
-        }
-    }
-    return false;
-}
-
-bool Search::EnterGroup(int at, int end, int place, Rest const* rest) {
-    int const group = _tables.GroupThatBeginsAt(at + 1);
-    int const behind = _tables.At(group).end + 1;
-    Repetition const repetition = RepetitionAt(behind, end);
-    Rest const loop{group, place, 0, repetition, behind + repetition.length, end, rest};
-    return TakeTurns(loop, place);
-}
-
-bool Search::TakeTurns(Rest const& loop, int place) {
-    if (loop.turns < loop.repetition.least) {
-        return TakeTurn(loop, place);
-    }
-    bool const mayGoOn = loop.turns < loop.repetition.most;
-    if (!loop.repetition.isSeldom && mayGoOn && TakeTurn(loop, place)) {
-        return true;
-    }
-    if (Match(loop.after, loop.end, place, loop.outer)) {
-        return true;
-    }
-    return loop.repetition.isSeldom && mayGoOn && TakeTurn(loop, place);
-}
-
-bool Search::TakeTurn(Rest const& loop, int place) {
-    PatternTables::Group const& group = _tables.At(loop.group);
-    if (group.begin == group.end) {
-        return false;
-    }
-    Rest turn = loop;
-    turn.turnBegin = place;
-    ++turn.turns;
-    return MatchAlternatives(group, place, &turn);
-}
-
-// A turn of the innermost group has matched up to `place`; without a group, the whole pattern has.
-bool Search::EndTurn(Rest const* rest, int place) {
-    if (rest == nullptr) {
-        _matchEnd = place;
-        return true;
-    }
-    PatternCapture const before = _captures[rest->group];
-    _captures[rest->group] = {rest->turnBegin, place - rest->turnBegin};
-    // A turn that took nothing would do so for ever.
-    bool const matches = place == rest->turnBegin ? Match(rest->after, rest->end, place, rest->outer)
-                                                  : TakeTurns(*rest, place);
-    if (!matches) {
-        _captures[rest->group] = before;
-    }
-    return matches;
+std::size_t Size(int count) {
+    return static_cast<std::size_t>(count);
 }
 
 }  // namespace
 
-int MatchPattern(std::string_view pattern, std::string_view name, PatternCapture* captures,
-                 int captureCount) {
-    if (pattern.size() >= INT_MAX || name.size() >= INT_MAX) {
-        return kPatternInternalError;
+// For each place in the name, from its end to its start, it notes which steps lead to a match from there. The
+// match itself is then a walk that never turns back.
+//
+// A turn of a loop that took nothing must not be followed by another one, so for a step inside of loops the
+// answer also depends on how many of them, counted from the outermost, have taken something in their turn
+// under way: `moved`. Each number has a row of bits, one a step. Beyond the loops around a step the number
+// makes no difference, and the last row holds what counts after a byte was taken.
+class FilePattern::Search {
+public:
+    explicit Search(std::string_view pattern);
+
+    int Problem() const { return _program.Problem(); }
+    int Match(std::string_view name, PatternCapture* captures, int captureCount);
+
+private:
+    PatternStep const& At(int step) const { return _program.Steps()[Size(step)]; }
+    int NameSize() const { return static_cast<int>(_name.size()); }
+    Bits* Row(int moved) { return &_rows[Size(moved) * _words]; }
+    // The last row of a place.
+    Bits* LastRow(int place) { return &_lastRows[Size(place) * _words]; }
+    bool Leads(int step, int moved) { return IsSet(Row(moved), step); }
+    bool StepLeads(PatternStep const& step, int number, int moved, int place);
+    Bits const* TakersOf(unsigned char byte);
+    void FillBytes(int place);
+    void FillRows(int place);
+    int Start();
+    int Walk(int place, PatternCapture* captures);
+    int AfterTurn(PatternStep const& leave, int number, int& moved);
+
+    PatternProgram const _program;
+    std::size_t const _words;
+    // The steps that are no Byte, last first.
+    std::vector<int> _moves;
+    // For each byte that a name held so far, which steps take it; where its row begins, or -1.
+    std::vector<Bits> _takers;
+    std::vector<int> _takersAt;
+    std::vector<Bits> _rows;
+    std::vector<Bits> _lastRows;
+    std::string_view _name;
+};
+
+FilePattern::Search::Search(std::string_view pattern)
+    : _program(pattern), _words(_program.Steps().size() / kBits + 1), _takersAt(UCHAR_MAX + 1, -1) {
+    for (int step = static_cast<int>(_program.Steps().size()) - 1; step >= 0; --step) {
+        if (At(step).kind != Kind::Byte) {
+            _moves.push_back(step);
+        }
     }
-    PatternTables tables;
-    if (int const problem = tables.Read(pattern); problem != 0) {
-        return problem;
+    _rows.resize(Size(_program.Depth() + 1) * _words);
+}
+
+int FilePattern::Search::Match(std::string_view name, PatternCapture* captures, int captureCount) {
+    if (_program.Problem() != 0) {
+        return _program.Problem();
     }
-    if (captures != nullptr && captureCount < tables.GroupCount()) {
+    if (captures != nullptr && captureCount < _program.GroupCount()) {
         return kPatternTooFewCaptures;
     }
-    Search search(tables, pattern, name);
-    int const result = search.Run();
-    if (captures != nullptr && result >= 0) {
-        search.CopyCaptures(captures);
+    if (name.size() > kMaxPatternName) {
+        return kPatternInternalError;
     }
-    return result;
+    _name = name;
+    _lastRows.resize(std::max(_lastRows.size(), (name.size() + 1) * _words));
+    for (int place = NameSize(); place >= 0; --place) {
+        FillRows(place);
+        std::copy_n(Row(_program.Depth()), _words, LastRow(place));
+    }
+    int const start = Start();
+    if (start < 0) {
+        return kPatternNoMatch;
+    }
+    PatternCapture taken[kMaxPatternGroups];
+    std::fill_n(taken, kMaxPatternGroups, PatternCapture{-1, 0});
+    int const end = Walk(start, taken);
+    if (captures != nullptr) {
+        std::copy_n(taken, _program.GroupCount(), captures);
+    }
+    return end;
+}
+
+int FilePattern::Search::Start() {
+    int const last = _program.IsAnchored() ? 0 : NameSize();
+    for (int place = 0; place <= last; ++place) {
+        if (IsSet(LastRow(place), 0)) {
+            return place;
+        }
+    }
+    return -1;
+}
+
+Bits const* FilePattern::Search::TakersOf(unsigned char byte) {
+    int& at = _takersAt[byte];
+    if (at < 0) {
+        at = static_cast<int>(_takers.size());
+        _takers.resize(_takers.size() + _words);
+        for (int step = 0; step < static_cast<int>(_program.Steps().size()); ++step) {
+            if (At(step).kind == Kind::Byte && ElementMatches(At(step).element, byte)) {
+                Set(&_takers[Size(at)], step);
+            }
+        }
+    }
+    return &_takers[Size(at)];
+}
+
+// The bits of the steps that take the byte at `place`, into the first row.
+void FilePattern::Search::FillBytes(int place) {
+    Bits* const row = Row(0);
+    if (place == NameSize()) {
+        std::fill_n(row, _words, Bits{0});
+        return;
+    }
+    Bits const* const takers = TakersOf(static_cast<unsigned char>(_name[Size(place)]));
+    Bits const* const next = LastRow(place + 1);
+    for (std::size_t word = 0; word < _words; ++word) {
+        Bits const above = word + 1 < _words ? next[word + 1] << (kBits - 1) : 0;
+        row[word] = (next[word] >> 1U | above) & takers[word];
+    }
+}
+
+void FilePattern::Search::FillRows(int place) {
+    FillBytes(place);
+    for (int moved = 1; moved <= _program.Depth(); ++moved) {
+        std::copy_n(Row(0), _words, Row(moved));
+    }
+    for (int moved = 0; moved <= _program.Depth(); ++moved) {
+        for (int const number : _moves) {
+            if (StepLeads(At(number), number, moved, place)) {
+                Set(Row(moved), number);
+            }
+        }
+    }
+}
+
+bool FilePattern::Search::StepLeads(PatternStep const& step, int number, int moved, int place) {
+    switch (step.kind) {
+        case Kind::AtStart:
+            return place == 0 && Leads(number + 1, moved);
+        case Kind::AtEnd:
+            return place == NameSize() && Leads(number + 1, moved);
+        case Kind::Fork:
+            return Leads(step.first, moved) || Leads(step.second, moved);
+        case Kind::Enter:
+            return Leads(number + 1, step.level > 0 ? std::min(moved, step.level - 1) : moved);
+        case Kind::Leave:
+            return Leads(number + 1, moved) ||
+                   (step.level > 0 && moved >= step.level && Leads(step.turn, step.level - 1));
+        case Kind::Done:
+            return true;
+        default:
+            return false;
+    }
+}
+
+// Where to go on behind a turn that is through.
+int FilePattern::Search::AfterTurn(PatternStep const& leave, int number, int& moved) {
+    bool const mayGoOn = leave.level > 0 && moved >= leave.level && Leads(leave.turn, leave.level - 1);
+    if (mayGoOn && !(leave.isSeldom && Leads(number + 1, moved))) {
+        moved = leave.level - 1;
+        return leave.turn;
+    }
+    return number + 1;
+}
+
+int FilePattern::Search::Walk(int place, PatternCapture* captures) {
+    int turnBegin[kMaxPatternGroups];
+    int moved = 0;
+    FillRows(place);
+    for (int number = 0;;) {
+        PatternStep const& step = At(number);
+        switch (step.kind) {
+            case Kind::Byte:
+                FillRows(++place);
+                moved = _program.Depth();
+                ++number;
+                break;
+            case Kind::Fork:
+                number = Leads(step.first, moved) ? step.first : step.second;
+                break;
+            case Kind::Enter:
+                turnBegin[step.group] = place;
+                moved = step.level > 0 ? std::min(moved, step.level - 1) : moved;
+                ++number;
+                break;
+            case Kind::Leave:
+                captures[step.group] = {turnBegin[step.group], place - turnBegin[step.group]};
+                turnBegin[step.group] = place;
+                number = AfterTurn(step, number, moved);
+                break;
+            case Kind::Done:
+                return place;
+            default:
+                ++number;
+                break;
+        }
+    }
+}
+
+FilePattern::FilePattern(std::string_view pattern) : _search(std::make_unique<Search>(pattern)) {}
+
+FilePattern::~FilePattern() = default;
+
+FilePattern::FilePattern(FilePattern&&) noexcept = default;
+
+int FilePattern::Problem() const {
+    return _search->Problem();
+}
+
+int FilePattern::Match(std::string_view name, PatternCapture* captures, int captureCount) {
+    return _search->Match(name, captures, captureCount);
+}
+
+int MatchPattern(std::string_view pattern, std::string_view name, PatternCapture* captures,
+                 int captureCount) {
+    return FilePattern(pattern).Match(name, captures, captureCount);
 }
 
 }  // namespace Velmor

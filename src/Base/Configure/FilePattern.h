@@ -1,6 +1,7 @@
 // The patterns by which the server names files.
 #pragma once
 
+#include <memory>
 #include <string_view>
 
 namespace Velmor {
@@ -10,7 +11,7 @@ enum PatternResult : int {
     kPatternNoMatch = -1,
     kPatternNothingToRepeat = -2,
     kPatternUnbalancedBrackets = -3,
-    kPatternInternalError = -4,  // the search was given up: too many steps, or nested too deeply
+    kPatternInternalError = -4,  // pattern or name are longer than the limits below
     kPatternBadSet = -5,
     kPatternBadEscape = -6,
     kPatternTooFewCaptures = -7,
@@ -26,14 +27,12 @@ struct PatternCapture {
 
 constexpr int kMaxPatternGroups = 99;
 constexpr int kMaxPatternBars = 100;
-// Elements tried in one search, over all its starts: about a millisecond's worth.
-constexpr int kMaxPatternSteps = 100000;
-// How deeply the search may nest. A step down costs some 400 bytes of stack.
-constexpr int kMaxPatternDepth = 1000;
+// In bytes.
+constexpr int kMaxPatternLength = 4096;
+constexpr int kMaxPatternName = 4096;
 
-// Searches `name` for `pattern`, regardless of the case of ASCII letters, and answers the offset behind the
-// leftmost match, or a PatternResult. An empty pattern matches anything. Backtracks, within the bounds above;
-// all its tables stand on the stack.
+// A pattern, read once and matched with any number of names. It searches a name for the pattern, regardless
+// of the case of ASCII letters. An empty pattern matches anything. One thread at a time.
 //
 //   ^            the start of the name; at the pattern's start it keeps the search to offset 0
 //   $            the end of the name
@@ -44,8 +43,32 @@ constexpr int kMaxPatternDepth = 1000;
 //   \S \s \d     not blank, blank, decimal digit
 //   \b \f \n \r \t \v \xHH   that byte; a backslash before a metacharacter: that character
 //
-// `captures`, unless null, takes what each group matched, in the order of the opening brackets;
-// `captureCount` entries, no fewer than the pattern has groups. They are written on a match only.
+// The match is the one that trying every way in its order finds first, but no step of the pattern is looked
+// at twice for a byte of the name, once for each loop around it: what a match costs is bounded by
+// 2 * kMaxPatternLength steps times the name's length times the depth of the loops. It takes a bit a step and
+// a byte of the name for that, some 4 MiB at most, and a stack that doesn't depend on either.
+class FilePattern {
+public:
+    explicit FilePattern(std::string_view pattern);
+    ~FilePattern();
+    FilePattern(FilePattern&&) noexcept;
+    FilePattern(FilePattern const&) = delete;
+    FilePattern& operator=(FilePattern const&) = delete;
+
+    // 0, or the PatternResult that each match answers since the pattern is none.
+    int Problem() const;
+    // The offset behind the leftmost match, or a PatternResult.
+    // `captures`, unless null, takes what each group matched, in the order of the opening brackets;
+    // `captureCount` entries, no fewer than the pattern has groups. They are written on a match only.
+    int Match(std::string_view name, PatternCapture* captures = nullptr, int captureCount = 0);
+
+private:
+    class Search;
+
+    std::unique_ptr<Search> _search;
+};
+
+// The same for one name.
 int MatchPattern(std::string_view pattern, std::string_view name, PatternCapture* captures = nullptr,
                  int captureCount = 0);
 

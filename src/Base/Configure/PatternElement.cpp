@@ -108,12 +108,11 @@ bool IsNegated(std::string_view set) {
     return set.size() > 1 && set[1] == '^';
 }
 
-bool SetMatches(std::string_view set, unsigned char byte, int& steps) {
+bool SetMatches(std::string_view set, unsigned char byte) {
     bool const negated = IsNegated(set);
     std::string_view items = set.substr(negated ? 2 : 1);
     int problem = 0;
     while (items.size() > 1) {
-        ++steps;
         if (TakeItem(items, byte, problem)) {
             return !negated;
         }
@@ -142,7 +141,7 @@ int EscapeLength(std::string_view text) {
                : 0;
 }
 
-int SetLength(std::string_view text, int& steps) {
+int SetLength(std::string_view text) {
     std::string_view items = text.substr(IsNegated(text) ? 2 : 1);
     bool isEmpty = true;
     int problem = 0;
@@ -151,20 +150,18 @@ int SetLength(std::string_view text, int& steps) {
         if (problem != 0) {
             return problem;
         }
-        ++steps;
         isEmpty = false;
     }
     return items.empty() || isEmpty ? kPatternBadSet : static_cast<int>(text.size() - items.size()) + 1;
 }
 
-bool ElementMatches(std::string_view element, unsigned char byte, int& steps) {
-    ++steps;
+bool ElementMatches(std::string_view element, unsigned char byte) {
     unsigned char const folded = FoldCase(byte);
     switch (element.front()) {
         case '.':
             return true;
         case '[':
-            return SetMatches(element, folded, steps);
+            return SetMatches(element, folded);
         case '\\': {
             Member const member = ReadMember(element);
             return member.byte < 0 ? ClassMatches(element[1], folded) : member.byte == folded;

@@ -12,11 +12,11 @@ unsigned char FoldCase(unsigned char byte);
 int EscapeLength(std::string_view text);
 
 // The length of the set at the front of `text`, which begins with an opening bracket, with both its brackets;
-// or a PatternResult. Adds the members read to `steps`.
-int SetLength(std::string_view text, int& steps);
+// or a PatternResult.
+int SetLength(std::string_view text);
 
 // Whether `byte` is meant by the one element that `element` holds from end to end: a character, a dot, an
-// escape or a set, found well-formed before. Adds what it read to `steps`.
-bool ElementMatches(std::string_view element, unsigned char byte, int& steps);
+// escape or a set, found well-formed before.
+bool ElementMatches(std::string_view element, unsigned char byte);
 
 }  // namespace Velmor

@@ -36,7 +36,6 @@ int PatternTables::TakeElement(std::string_view pattern, int& offset) {
         return repeats ? 0 : kPatternNothingToRepeat;
     }
     int length = 1;
-    int steps = 0;
     _isRepeatable = false;
     switch (rest.front()) {
         case '(':
@@ -52,7 +51,7 @@ int PatternTables::TakeElement(std::string_view pattern, int& offset) {
             ++offset;
             return 0;
         case '[':
-            length = SetLength(rest, steps);
+            length = SetLength(rest);
             break;
         case '\\':
             length = EscapeLength(rest);
