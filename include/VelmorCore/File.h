@@ -99,7 +99,9 @@ public:
     // with the system's message on standard error and returns null; the next call tries again.
     static char const* GetAppPath();
     // The directories "Doc" and "Cache" below GetAppPath, with a separator at the end. The first call makes
-    // the directory, readable by this user only. Null without an application path.
+    // the directory, readable by this user only; if that fails, the next call tries again. The library keeps
+    // no keys or values in one that belongs to another user (but root), or that everybody may write: an Error
+    // line tells. Null without an application path.
     static char const* GetDocPath();
     static char const* GetCachePath();
     // The file in the cache directory that bears the kit's name at the first call and ".ini". Null without an

@@ -17,6 +17,13 @@ bool PathExists(char const* path);
 bool IsDirectory(char const* path);
 // Makes one directory, private to the user. False if it exists or can't be made.
 bool MakeDirectory(char const* path);
+// Who can change what stands in a directory.
+enum class DirectoryTrust {
+    Own,      // this user and the system's administrators, and those whom one of them let in by name or group
+    Absent,   // nobody: no directory of that name can be seen
+    Foreign,  // somebody else: its owner, or the owner of a link at the end of `path`, or everybody
+};
+DirectoryTrust TrustInDirectory(char const* path);
 // Deletes a file. False on failure, and for a directory.
 bool DeleteFileAt(char const* path);
 // Renames a file; an existing target is replaced in one step. False on failure, which leaves both as they

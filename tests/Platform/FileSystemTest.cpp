@@ -90,6 +90,31 @@ TEST_F(FileSystemTest, AFileCountsAsAbandonedOnceItsStreamIsClosed) {
     EXPECT_TRUE(DeleteAbandonedFile("file"));
 }
 
+TEST_F(FileSystemTest, ADirectoryIsTrustedUnlessOthersCanChangeIt) {
+    mkdir("own", 0700);
+    fs::create_symlink("own", "way");
+    for (mode_t const mode : {0700, 0755, 0775, 0777, 01777}) {
+        chmod("own", mode);
+        auto const trust = (mode & 02) == 0 ? DirectoryTrust::Own : DirectoryTrust::Foreign;
+        for (char const* path : {"own", "own/", "way", "way/"}) {
+            EXPECT_EQ(TrustInDirectory(path), trust) << path << std::oct << mode;
+        }
+    }
+    for (char const* path : {"nothing", "file", ""}) {
+        EXPECT_EQ(TrustInDirectory(path), DirectoryTrust::Absent) << path;
+    }
+    EXPECT_EQ(TrustInDirectory("/"), DirectoryTrust::Own) << "the administrator's";
+    // Only the administrator can give something away.
+    if (geteuid() == 0) {
+        chmod("own", 0755);
+        EXPECT_EQ(lchown("way", 1, 1), 0);
+        EXPECT_EQ(TrustInDirectory("own"), DirectoryTrust::Own);
+        EXPECT_EQ(TrustInDirectory("way/"), DirectoryTrust::Foreign);
+        EXPECT_EQ(chown("own", 1, 1), 0);
+        EXPECT_EQ(TrustInDirectory("own"), DirectoryTrust::Foreign);
+    }
+}
+
 TEST_F(FileSystemTest, ADirectoryHandleStaysInside) {
     fs::create_directory_symlink("directory", "other");
     EXPECT_FALSE(Directory("other").IsOpen() || Directory("file").IsOpen() || Directory("absent").IsOpen());

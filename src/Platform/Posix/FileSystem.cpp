@@ -24,6 +24,24 @@ bool MakeDirectory(char const* path) {
     return mkdir(path, S_IRWXU) == 0;
 }
 
+DirectoryTrust TrustInDirectory(char const* path) {
+    // With a separator at its end the path would mean what a link leads to.
+    std::string link(path);
+    while (link.size() > 1 && link.back() == kPathSeparator) {
+        link.pop_back();
+    }
+    auto const isOurs = [](struct stat const& status) {
+        return status.st_uid == geteuid() || status.st_uid == 0;
+    };
+    struct stat named {};
+    struct stat status {};
+    if (lstat(link.c_str(), &named) != 0 || stat(path, &status) != 0 || !S_ISDIR(status.st_mode)) {
+        return DirectoryTrust::Absent;
+    }
+    bool const isOpenToAll = (status.st_mode & S_IWOTH) != 0;
+    return isOurs(named) && isOurs(status) && !isOpenToAll ? DirectoryTrust::Own : DirectoryTrust::Foreign;
+}
+
 bool DeleteFileAt(char const* path) {
     return unlink(path) == 0;
 }

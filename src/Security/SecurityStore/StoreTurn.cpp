@@ -5,6 +5,7 @@
 
 #include "Platform/FileLock.h"
 #include "Security/SecurityStore/SecurityStore.h"
+#include "Storage/File/OwnDirectories.h"
 
 namespace Ubrix {
 
@@ -29,7 +30,8 @@ Process& ThisProcess() {
 
 SecurityStore::Turn::Turn() : _held(false) {
     char const* const cache = CPath::GetCachePath();
-    std::string const path = cache != nullptr ? std::string(cache) + kSecurityStoreFile + ".lock" : "";
+    bool const isOurs = cache != nullptr && IsSafeForValues(cache);
+    std::string const path = isOurs ? std::string(cache) + kSecurityStoreFile + ".lock" : "";
     Process& process = ThisProcess();
     process.mutex.Lock();
     if (process.depth++ == 0) {

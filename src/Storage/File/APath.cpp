@@ -8,6 +8,7 @@
 
 #include "Base/Ubrix/CoreParameters.h"
 #include "Platform/FileSystem.h"
+#include "Storage/File/OwnDirectories.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 
@@ -47,8 +48,6 @@ int Origin(FilePosition from) {
 using KeptText = std::atomic<char const*>;
 
 KeptText g_appPath{nullptr};
-KeptText g_docPath{nullptr};
-KeptText g_cachePath{nullptr};
 KeptText g_defaultConfigFile{nullptr};
 
 char const* Keep(KeptText& kept, char const* text) {
@@ -63,8 +62,21 @@ char const* Keep(KeptText& kept, char const* text) {
     return copy;
 }
 
-char const* OwnDirectory(KeptText& kept, char const* name) {
-    if (char const* path = kept.load(std::memory_order_acquire)) {
+// A directory in which the library stores its state.
+struct OwnDirectory {
+    char const* name;
+    KeptText path{nullptr};
+    // It was seen to stand. What fails before that is tried again at the next use.
+    std::atomic<bool> stands{false};
+    // It was told of as one that isn't trusted.
+    std::atomic<bool> isToldOf{false};
+};
+
+OwnDirectory g_doc{"Doc"};
+OwnDirectory g_cache{"Cache"};
+
+char const* PathOf(OwnDirectory& directory) {
+    if (char const* path = directory.path.load(std::memory_order_acquire)) {
         return path;
     }
     char const* app = CPath::GetAppPath();
@@ -72,10 +84,33 @@ char const* OwnDirectory(KeptText& kept, char const* name) {
         return nullptr;
     }
     AString path;
-    CPath::GetSubPath(path, app, name);
+    CPath::GetSubPath(path, app, directory.name);
     path += Platform::kPathSeparator;
-    CPath::CreatePath(path.CString());
-    return Keep(kept, path.CString());
+    return Keep(directory.path, path.CString());
+}
+
+char const* Standing(OwnDirectory& directory) {
+    char const* const path = PathOf(directory);
+    if (path != nullptr && !directory.stands.load(std::memory_order_relaxed)) {
+        directory.stands.store(CPath::CreatePath(path) || Platform::IsDirectory(path),
+                               std::memory_order_relaxed);
+    }
+    return path;
+}
+
+bool IsTrusted(OwnDirectory& directory, char const* path) {
+    auto trust = Platform::TrustInDirectory(path);
+    if (trust == Platform::DirectoryTrust::Absent && CPath::CreatePath(path)) {
+        trust = Platform::TrustInDirectory(path);
+    }
+    bool const isForeign = trust == Platform::DirectoryTrust::Foreign;
+    if (!directory.isToldOf.exchange(isForeign) && isForeign) {
+        VC_LOG(Error, "Ubrix::CPath::IsTrusted",
+               "%s belongs to another user, or everybody may write there: no keys or values are read from it "
+               "or stored in it",
+               ForeignText(path).c_str());
+    }
+    return !isForeign;
 }
 
 }  // namespace
@@ -229,11 +264,21 @@ char const* CPath::GetAppPath() {
 }
 
 char const* CPath::GetDocPath() {
-    return OwnDirectory(g_docPath, "Doc");
+    return Standing(g_doc);
 }
 
 char const* CPath::GetCachePath() {
-    return OwnDirectory(g_cachePath, "Cache");
+    return Standing(g_cache);
+}
+
+bool IsSafeForValues(char const* path) {
+    for (OwnDirectory* directory : {&g_doc, &g_cache}) {
+        char const* const own = PathOf(*directory);
+        if (own != nullptr && std::strncmp(path, own, std::strlen(own)) == 0) {
+            return IsTrusted(*directory, own);
+        }
+    }
+    return true;
 }
 
 char const* CPath::GetDefaultConfigFile() {

@@ -4,6 +4,7 @@
 
 #include "Storage/File/FileReplacement.h"
 #include "Storage/File/IniFileImp.h"
+#include "Storage/File/OwnDirectories.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Ubrix {
@@ -32,7 +33,9 @@ bool CIniFileImpl::Reload() {
 }
 
 Platform::FileAnswer CIniFileImpl::ReadContent(std::string& content) {
-    auto const answer = Platform::ReadWholeFile(_path.c_str(), kMaxIniFileSize, content);
+    auto const answer = IsSafeForValues(_path.c_str())
+                            ? Platform::ReadWholeFile(_path.c_str(), kMaxIniFileSize, content)
+                            : Platform::FileAnswer::Failing;
     switch (answer) {
         case Platform::FileAnswer::Given:
             break;
@@ -97,6 +100,9 @@ bool CIniFileImpl::MoveAside() {
 }
 
 char const* CIniFileImpl::MakeWay() {
+    if (!IsSafeForValues(_path.c_str())) {
+        return "its directory isn't this user's own";
+    }
     if (!IsKnown()) {
         Reload();
     }

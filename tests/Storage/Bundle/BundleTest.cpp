@@ -2,11 +2,14 @@
 #include <VelmorCore/File.h>
 #include <VelmorCore/Value.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <climits>
+#include <filesystem>
 #include <map>
 #include <string>
 
+#include "Security/SecurityStore/SecurityStoreImp.h"
 #include "Storage/Bundle/BundleImpl.h"
 #include "Support/Files.h"
 #include "Support/LogCapture.h"
@@ -122,6 +125,41 @@ TEST(BundleTest, AFileWhoseKeyHasNoPlaceIsNotWritten) {
         EXPECT_EQ(log.Count("Error", ": refused"), 1) << path;
         EXPECT_FALSE(bundle.Set("s", "k", 1) || bundle.Save() || CFile::Exist(path)) << path;
     }
+}
+
+// What somebody else could have put there is not read, and nothing is given away; the run goes on in memory.
+TEST(BundleTest, TrustsNoDirectoryThatOthersCanChange) {
+    std::string const path = std::string(CPath::GetCachePath()) + "trusted.config";
+    EXPECT_TRUE(BundleImpl(path.c_str()).Set("s", "k", 1));
+    std::string const file = ReadWholeFile(path);
+    std::string const store = ReadWholeFile("Cache/Store.ini");
+    for (mode_t const mode : {0777, 01777}) {
+        EXPECT_EQ(chmod("Cache", mode), 0);
+        LogCapture const log;
+        {
+            BundleImpl bundle(path.c_str());
+            EXPECT_EQ(bundle.Get("s", "k", 0), 0);
+            bundle.Set("s", "k", 2);
+            EXPECT_EQ(bundle.Get("s", "k", 0), 2);
+            EXPECT_STREQ(SecurityStoreImp().Get("trusted.config", "none").CString(), "none");
+        }
+        EXPECT_EQ(log.Count("Error", "no keys or values are read from it or stored in it"), 1);
+        EXPECT_EQ(ReadWholeFile(path), file);
+        EXPECT_EQ(ReadWholeFile("Cache/Store.ini"), store);
+        EXPECT_EQ(chmod("Cache", 0700), 0);
+        EXPECT_EQ(BundleImpl(path.c_str()).Get("s", "k", 0), 1);
+    }
+}
+
+TEST(BundleTest, ADirectoryThatIsMissingIsMadeAtTheNextSave) {
+    std::string const path = std::string(CPath::GetCachePath()) + "made.config";
+    std::filesystem::remove_all("Cache");
+    WriteWholeFile("Cache", "in the way");
+    BundleImpl bundle(path.c_str());
+    bundle.Set("s", "k", 1);
+    std::filesystem::remove("Cache");
+    bundle.Set("s", "k", 2);
+    EXPECT_EQ(BundleImpl(path.c_str()).Get("s", "k", 0), 2);
 }
 
 TEST(BundleTest, OnlyTheSavingFormsReachTheDisk) {
