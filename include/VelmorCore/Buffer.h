@@ -19,7 +19,9 @@
 //                       or Null
 //
 // There is no error state. A reader never reads past its bytes: what is missing leaves its target as it was,
-// or an empty text. Nothing here throws, but for std::bad_alloc.
+// or an empty text. Nothing here throws. When memory runs out a Write leaves the writer as it was, whole
+// structures included, a text is read as empty, and Encode and Decode give false. Structures and containers
+// nested more than 1,000 deep aren't written, as with a want of memory; a reader stands at its end there.
 //
 // Threads: no locks, no shared state. An instance belongs to one thread at a time.
 #pragma once
@@ -69,7 +71,11 @@ public:
     AString const& GetBufferData() const;
 
 private:
+    class Whole;
+
     void WriteNumber(ANumber const& number);
+    // `count` as the length, and `size` bytes, which may lie in the buffer.
+    void WriteCounted(int count, char const* bytes, int size);
 
     AString _buffer;
 };
@@ -128,13 +134,14 @@ public:
     _tagSarnetBufferBase(_tagSarnetBufferBase const& other);
     _tagSarnetBufferBase& operator=(_tagSarnetBufferBase const& other);
 
-    // The encoded bytes, in place of the content of `out`. True.
+    // The encoded bytes, in place of the content of `out`. True; false, with `out` as it was, if memory runs
+    // out.
     bool Encode(AString& out) const;
     // The encoded bytes into a buffer of `size` bytes, of which one must stay free; `size` becomes their
     // number, and the result is 1. With too little room, or null: 0, with both as they were.
     int Encode(char* buffer, int& size) const;
     // Takes the fields out of the bytes. What is missing leaves its fields as they were: the result is still
-    // true, but for null.
+    // true, but for null. False, too, if memory runs out; the fields so far are then taken.
     bool Decode(AString const& data);
     bool Decode(char const* data, int size);
 

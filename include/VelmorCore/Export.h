@@ -11,6 +11,13 @@
 #define VELMORCORE_API __attribute__((visibility("default")))
 #endif
 
+// What an exported class names without exporting it.
+#if defined(_WIN32)
+#define VELMORCORE_HIDDEN
+#else
+#define VELMORCORE_HIDDEN __attribute__((visibility("hidden")))
+#endif
+
 // Lets the compiler check printf-style arguments: positions count from 1.
 #if defined(__GNUC__)
 #define VELMORCORE_PRINTF(formatPosition, firstArgument) \

@@ -9,9 +9,19 @@
 //   AArray         an ordered list of objects
 //   ADictionary    a key/value map of objects
 //
-// Text is bytes with no known encoding; every length is an `int` counted in bytes. Nothing here throws, but
-// for std::bad_alloc when memory runs out or a length would pass the range of `int`; the object is then as it
-// was before the call.
+// Text is bytes with no known encoding; every length is an `int` counted in bytes. Bytes and texts that an
+// operation is given may lie in the object itself.
+//
+// Nothing here throws. When memory runs out, or a length would pass the range of `int`, the object is as it
+// was before the call, and a constructor leaves an empty one. What gives an answer then gives that of a
+// missing entry: null, an empty text, 0 or false; no operation gives half of a text or of a copy. Clear,
+// RemoveAll, Remove and the destructors never want for memory. What an operation calls of a caller's own
+// class (Clone, IsEqual, WriteTo, ReadFrom) is a part of it: a want of memory in there, met by an operation
+// of this library or thrown as std::bad_alloc, ends the whole operation. Other exceptions pass through.
+//
+// Containers nest as deep as they are made. Those nested more than 1,000 deep aren't copied or encoded: the
+// operation ends as with a want of memory. When they go, what lies more than 100 deep goes after what is
+// above it.
 //
 // Threads: no class here has a lock or shares state. An instance, with all that a container holds, belongs to
 // one thread at a time. Different instances may be used on different threads.
@@ -47,7 +57,8 @@ public:
     // Whether the two are equal: here, and in each class that says nothing else, whether `other` is this very
     // object. Null is equal to nothing.
     virtual bool IsEqual(AObject const* other) const;
-    // A new, independent copy, not owned by any container. The caller deletes it.
+    // A new, independent copy, not owned by any container. The caller deletes it. Null if there is none to be
+    // had; a container that asked for it then takes nothing.
     virtual AObject* Clone() const = 0;
 
     // The kind, set once by the most derived constructor.
@@ -112,7 +123,8 @@ public:
     // Makes the block exactly `capacity` bytes. Growing keeps the content, shrinking drops it all. The
     // present capacity, or one below 1, changes nothing.
     void SetCapacity(int capacity);
-    // Empties the object and leaves a zeroed block of 64 bytes.
+    // Empties the object and leaves a zeroed block of 64 bytes; if there is no memory for one, the present
+    // block, zeroed.
     void Clear();
     // True without a block or without bytes in use.
     bool Empty() const;
@@ -128,6 +140,9 @@ private:
     void Install(unsigned char* block, int capacity, int size);
     // Replaces the content by `size` bytes in a block of its own.
     void Renew(unsigned char const* bytes, int size);
+    // Keeps the first `size` bytes only, in the present block.
+    void Cut(int size);
+    friend class CSarnetBufferWriter;
 
     unsigned char* _data;
     int _capacity;
@@ -226,7 +241,7 @@ public:
 
     // Cuts `source` at each byte that stands in `delimiters` and appends the pieces to `out`, which owns
     // them. Neighbouring delimiters give empty pieces, and n delimiters always n + 1 pieces. False, with
-    // `out` as it was, if any argument is null. If memory runs out, `out` keeps the pieces so far.
+    // `out` as it was, if any argument is null or memory runs out.
     static bool Split(AArray* out, char const* source, char const* delimiters);
 
     // All bytes in lower-case hexadecimal for logs: `prefix` before each, a comma between ("0x01,0xab"). Null
@@ -234,6 +249,8 @@ public:
     AString Dump(char const* prefix) const;
 
 private:
+    friend class CSarnetBufferWriter;
+
     AData _data;
 };
 
@@ -386,7 +403,8 @@ public:
     ~AArray() override;
 
     // Adds the object itself at the end. Owned: the array deletes it when it goes out of the array. Not
-    // owned: the caller keeps it alive as long as the array holds it. Null does nothing.
+    // owned: the caller keeps it alive as long as the array holds it. Null does nothing. If memory runs out
+    // the object isn't taken, which Count tells, and its mark stays: it is still the caller's to delete.
     void Add(AObject const* object, bool owned);
     // Add a copy, owned.
     void Add(AObject const& object);
@@ -401,7 +419,8 @@ public:
     AObject* Clone() const override;
 
     // These take elements out, deleting those that are owned; later ones move down. An index that isn't in
-    // the array does nothing, nor does any of them on an empty array.
+    // the array does nothing, nor does any of them on an empty array. An element that is being deleted is
+    // listed no more; with RemoveAll none is.
     void RemoveObjectAtIndex(int index);
     void RemoveFirstObject();
     void RemoveLastObject();
@@ -424,7 +443,13 @@ public:
     AString const& LastAString() const;
 
 private:
-    struct Items;
+    friend class AString;
+    struct VELMORCORE_HIDDEN Items;
+
+    // The list, made when the first element comes.
+    Items& List();
+    // Takes over the elements of `other`, all or none.
+    void Take(AArray& other);
 
     Items* _items;
 };
@@ -436,7 +461,8 @@ private:
 // holds it. Keys are compared by the stored key's IsEqual: strings by text, numbers loosely (1, 1.0 and true
 // are one key), data by content; a number never equals a string, and an array or a dictionary can't serve as
 // a key. Keys are counted in the order in which they first came in. Finding a string costs the same however
-// many keys there are; finding another kind of key grows with their number.
+// many keys there are; finding another kind of key grows with their number. Once a key of a caller's own
+// class came in, finding any key does, until all are removed.
 class VELMORCORE_API ADictionary : public AObject {
 public:
     ADictionary();
@@ -494,19 +520,21 @@ public:
     AString const& AStringKeyAt(int index) const;
 
     // Take out the entry, deleting the value if it is owned; later keys move down. An absent key does
-    // nothing.
+    // nothing. What is being deleted is listed no more.
     void Remove(AObject const* key);
     void Remove(ANumber const& key);
     void RemoveAll();
 
 private:
-    struct Entries;
+    struct VELMORCORE_HIDDEN Entries;
 
     // Dictionaries can't be compared: always false.
     bool IsEqual(AObject const* other) const override;
     void PutCopy(AObject const& key, AObject const& value);
-    // Puts `value` itself under a copy of `key`; who owns it is marked on it already.
-    void Put(AObject const& key, AObject* value);
+    // Puts `value` itself under a copy of `key`.
+    void Put(AObject const& key, AObject* value, bool owned);
+    // The entries, made when the first comes.
+    Entries& Content();
 
     Entries* _entries;
 };

@@ -1,8 +1,12 @@
 // Value: a variant in the shape of JSON. Null, signed and unsigned integer, real, text, bool, array or
 // object.
 //
-// It is no AObject, and neither reads nor prints JSON. Nothing here throws, but for std::bad_alloc when
-// memory runs out; the value is then as it was before the call.
+// It is no AObject, and neither reads nor prints JSON.
+//
+// Nothing here throws. When memory runs out the value is as it was before the call; a value that can't be
+// made, or copied, is null; a text is empty; an iterator stands at the end. Values nest as deep as they are
+// made. One nested more than 1,000 deep isn't copied, as with a want of memory, equals nothing, and is
+// neither less nor greater than another of the same size.
 //
 // Threads: no locks. A value, with all that it holds and its iterators, belongs to one thread at a time.
 // Value::Null may be read on any thread.
@@ -27,6 +31,7 @@ enum ValueType : int {
 
 class ValueConstIterator;
 class ValueIterator;
+class ValueKey;
 struct ValueMap;
 
 class VELMORCORE_API Value {
@@ -99,7 +104,8 @@ public:
     // The entry, made as a null value if there is none; a null value becomes a container by it. The reference
     // holds as long as the entry. `key` is copied; null stands for "".
     // An index asks for an array and a key for an object: asserted in debug builds; otherwise a line in the
-    // log and a value that belongs to no container, good until this thread's next such mistake.
+    // log and a value that belongs to no container, good until this thread's next such mistake. The same
+    // value, without a line, if memory runs out.
     Value& operator[](int index);
     Value& operator[](char const* key);
     // The entry, or Value::Null; nothing is made.
@@ -131,7 +137,17 @@ private:
     // For Null: initialised before any code runs.
     constexpr explicit Value(Nothing /*content*/) noexcept : _value{0}, _type(NullValue) {}
 
+    // Whether there are entries to look through: an array or object has none until the first comes.
     bool HasMap() const;
+    // The entry in a value that is null or a `container`.
+    Value& Entry(ValueType container, ValueKey const& key);
+    // Of a null value. Without memory it stays null.
+    void SetText(char const* text);
+    // Below, equal to or above 0, as this value comes before, with or after the other.
+    int OrderTo(Value const& other) const;
+    // Of two arrays, or two objects.
+    int OrderOfEntries(Value const& other) const;
+    bool HasEqualEntries(Value const& other) const;
     // The content as 64 bits, of all that is no real and converts.
     bool ToBits(long long* bits) const;
     // Logs that `function` can't convert this value.
@@ -149,8 +165,9 @@ private:
     ValueType _type;
 };
 
-// What all iterators can do. A handle owns a body that does the work, or none for a value without entries.
-// Two handles are compared, and measured, only within one value. A step past either end is ignored.
+// What all iterators can do. A handle owns a body that does the work, or none for a value without entries;
+// one without a body stands at the end. Two handles are compared, and measured, only within one value. A step
+// past either end is ignored.
 class VELMORCORE_API ValueIteratorBase {
 public:
     virtual ~ValueIteratorBase();

@@ -4,6 +4,8 @@
 #include <new>
 #include <stdexcept>
 
+#include "Platform/MemoryWant.h"
+
 namespace Ubrix {
 
 // What `work` gives; `otherwise` if memory ran out in it. Nothing else is caught: what a callback of the game
@@ -11,6 +13,7 @@ namespace Ubrix {
 template <class Result, class Work>
 Result AtBoundary(Result otherwise, Work const& work) {
     try {
+        Platform::UnwindScope const scope;
         return work();
     } catch (std::bad_alloc const&) {
         return otherwise;

@@ -4,6 +4,9 @@
 #include <climits>
 #include <cstring>
 
+#include "Base/Container/Nesting.h"
+#include "Platform/MemoryWant.h"
+
 namespace Ubrix {
 
 namespace {
@@ -31,7 +34,13 @@ CSarnetBufferReader::CSarnetBufferReader(CSarnetBufferReader const& other) = def
 
 CSarnetBufferReader::~CSarnetBufferReader() = default;
 
-CSarnetBufferReader& CSarnetBufferReader::operator=(CSarnetBufferReader const& other) = default;
+CSarnetBufferReader& CSarnetBufferReader::operator=(CSarnetBufferReader const& other) {
+    Platform::WithoutThrow([&] {
+        _buffer = other._buffer;
+        _position = other._position;
+    });
+    return *this;
+}
 
 unsigned char const* CSarnetBufferReader::Take(int width) {
     int const left = _buffer.GetLength() - _position;
@@ -111,6 +120,11 @@ void CSarnetBufferReader::Read(char* buffer, int size) {
 }
 
 void CSarnetBufferReader::Read(_tagSarnetBufferBase& structure) {
+    NestingLevel const level;
+    if (NestingLevel::IsTooDeep()) {
+        _position = _buffer.GetLength();
+        return;
+    }
     structure.BeforeDecode(*this);
     structure.ReadFrom(*this);
 }

@@ -2,7 +2,11 @@
 
 #include <climits>
 #include <cstring>
-#include <new>
+#include <functional>
+#include <stdexcept>
+
+#include "Base/Container/Nesting.h"
+#include "Platform/MemoryWant.h"
 
 namespace Ubrix {
 
@@ -17,7 +21,44 @@ void AppendBigEndian(AString& buffer, unsigned long long value, int width) {
     buffer.append(bytes, width);
 }
 
+// Whether `bytes` lie in the text's own block.
+bool LieIn(AString const& text, char const* bytes) {
+    std::less<> const isBelow;
+    return !text.Empty() && !isBelow(bytes, text.data()) && isBelow(bytes, text.data() + text.GetLength());
+}
+
 }  // namespace
+
+// A value of several parts: written whole, or not at all.
+class CSarnetBufferWriter::Whole {
+public:
+    explicit Whole(CSarnetBufferWriter& writer)
+        : _data(writer._buffer._data), _before(_data.Size()), _isDone(false) {}
+    ~Whole() {
+        if (!_isDone) {
+            _data.Cut(_before);
+        }
+    }
+    Whole(Whole const&) = delete;
+    Whole& operator=(Whole const&) = delete;
+
+    // Does `work`, in which a want of memory unwinds.
+    template <class Work>
+    static void Write(CSarnetBufferWriter& writer, Work&& work) {
+        Platform::WithoutThrow([&] {
+            Whole whole(writer);
+            NestingLevel const level;
+            NestingLevel::Check();
+            work();
+            whole._isDone = true;
+        });
+    }
+
+private:
+    AData& _data;
+    int _before;
+    bool _isDone;
+};
 
 CSarnetBufferWriter::CSarnetBufferWriter() = default;
 
@@ -64,41 +105,57 @@ void CSarnetBufferWriter::Write(unsigned long long value) {
 }
 
 void CSarnetBufferWriter::Write(AString const& text) {
-    Write(text.GetLength());
-    _buffer += text;
+    WriteCounted(text.GetLength(), text.data(), text.GetLength());
 }
 
 void CSarnetBufferWriter::Write(char const* text) {
     size_t const length = std::strlen(text);
     if (length >= INT_MAX) {
-        throw std::bad_alloc();
+        Platform::PassOnWant();
+        return;
     }
     int const size = length > 0 ? static_cast<int>(length) + 1 : 0;
-    Write(size);
-    _buffer.append(text, size);
+    WriteCounted(size, text, size);
 }
 
 void CSarnetBufferWriter::Write(unsigned char const* bytes, int size) {
-    Write(size);
-    _buffer.append(reinterpret_cast<char const*>(bytes), size);
+    WriteCounted(size, reinterpret_cast<char const*>(bytes), size);
+}
+
+void CSarnetBufferWriter::WriteCounted(int count, char const* bytes, int size) {
+    Whole::Write(*this, [&] {
+        if (size > 0 && LieIn(_buffer, bytes)) {
+            // The buffer moves as it grows.
+            AString const copy(bytes, size);
+            Write(count);
+            _buffer += copy;
+        } else {
+            Write(count);
+            _buffer.append(bytes, size);
+        }
+    });
 }
 
 void CSarnetBufferWriter::Write(AArray const& array) {
-    int const count = array.Count();
-    Write(count);
-    for (int i = 0; i < count; ++i) {
-        Write(array.ObjectAtIndex(i));
-    }
+    Whole::Write(*this, [&] {
+        int const count = array.Count();
+        Write(count);
+        for (int i = 0; i < count; ++i) {
+            Write(array.ObjectAtIndex(i));
+        }
+    });
 }
 
 void CSarnetBufferWriter::Write(ADictionary const& dictionary) {
-    int const count = dictionary.Count();
-    Write(count);
-    for (int i = 0; i < count; ++i) {
-        AObject const* key = dictionary.KeyAt(i);
-        Write(key);
-        Write(dictionary.ObjectForKey(key));
-    }
+    Whole::Write(*this, [&] {
+        int const count = dictionary.Count();
+        Write(count);
+        for (int i = 0; i < count; ++i) {
+            AObject const* key = dictionary.KeyAt(i);
+            Write(key);
+            Write(dictionary.ObjectForKey(key));
+        }
+    });
 }
 
 void CSarnetBufferWriter::Write(AObject const* object) {
@@ -149,8 +206,10 @@ void CSarnetBufferWriter::WriteNumber(ANumber const& number) {
 }
 
 void CSarnetBufferWriter::Write(_tagSarnetBufferBase const& structure) {
-    structure.BeforeEncode(*this);
-    structure.WriteTo(*this);
+    Whole::Write(*this, [&] {
+        structure.BeforeEncode(*this);
+        structure.WriteTo(*this);
+    });
 }
 
 void CSarnetBufferWriter::Write(_tagSarnetBufferBase& structure) {

@@ -4,7 +4,21 @@
 #include <cstring>
 #include <memory>
 
+#include "Platform/MemoryWant.h"
+
 namespace Ubrix {
+
+using Platform::WithoutThrow;
+
+namespace {
+
+unsigned char* CopyOf(void const* bytes, int size) {
+    auto* const copy = new unsigned char[static_cast<size_t>(size)];
+    std::memcpy(copy, bytes, static_cast<size_t>(size));
+    return copy;
+}
+
+}  // namespace
 
 _tagSarnetBufferBase::_tagSarnetBufferBase() = default;
 
@@ -34,37 +48,45 @@ bool _tagSarnetBufferBase::encode(char* buffer, int& size) const {
     if (buffer == nullptr) {
         return false;
     }
-    CSarnetBufferWriter writer;
-    writer.Write(*this);
-    AString const& encoded = writer.GetBufferData();
-    if (encoded.GetLength() >= size) {
-        return false;
-    }
-    std::memcpy(buffer, encoded.c_str(), static_cast<size_t>(encoded.GetLength()));
-    size = encoded.GetLength();
-    return true;
+    return WithoutThrow([&] {
+        CSarnetBufferWriter writer;
+        writer.Write(*this);
+        AString const& encoded = writer.GetBufferData();
+        if (encoded.GetLength() >= size) {
+            return false;
+        }
+        std::memcpy(buffer, encoded.c_str(), static_cast<size_t>(encoded.GetLength()));
+        size = encoded.GetLength();
+        return true;
+    });
 }
 
 bool _tagSarnetBufferBase::encode(AString& out) const {
-    CSarnetBufferWriter writer;
-    writer.Write(*this);
-    out = writer.GetBufferData();
-    return true;
+    return WithoutThrow([&] {
+        CSarnetBufferWriter writer;
+        writer.Write(*this);
+        out = writer.GetBufferData();
+        return true;
+    });
 }
 
 bool _tagSarnetBufferBase::decode(AString const& data) {
-    CSarnetBufferReader reader(data);
-    reader.Read(*this);
-    return true;
+    return WithoutThrow([&] {
+        CSarnetBufferReader reader(data);
+        reader.Read(*this);
+        return true;
+    });
 }
 
 bool _tagSarnetBufferBase::decode(char const* data, int size) {
     if (data == nullptr) {
         return false;
     }
-    CSarnetBufferReader reader(data, size);
-    reader.Read(*this);
-    return true;
+    return WithoutThrow([&] {
+        CSarnetBufferReader reader(data, size);
+        reader.Read(*this);
+        return true;
+    });
 }
 
 void _tagSarnetBufferBase::BeforeEncode(CSarnetBufferWriter& /*writer*/) const {}
@@ -96,9 +118,11 @@ void _tagSarnetAction::WriteTo(CSarnetBufferWriter& /*writer*/) const {}
 void _tagSarnetAction::ReadFrom(CSarnetBufferReader& /*reader*/) {}
 
 AObject* _tagSarnetAction::Clone() const {
-    auto* copy = new _tagSarnetAction;
-    copy->_action = _action;
-    return copy;
+    return WithoutThrow([this]() -> AObject* {
+        auto* copy = new _tagSarnetAction;
+        copy->_action = _action;
+        return copy;
+    });
 }
 
 _tagSarnetBufferBuffer::_tagSarnetBufferBuffer() : _bytes(nullptr), _length(0) {}
@@ -112,14 +136,12 @@ _tagSarnetBufferBuffer& _tagSarnetBufferBuffer::operator=(_tagSarnetBufferBuffer
     if (this == &other) {
         return *this;
     }
-    unsigned char* const copy =
-        other._bytes != nullptr ? new unsigned char[static_cast<size_t>(other._length)] : nullptr;
-    if (copy != nullptr) {
-        std::memcpy(copy, other._bytes, static_cast<size_t>(other._length));
-    }
-    delete[] _bytes;
-    _bytes = copy;
-    _length = other._length;
+    WithoutThrow([&] {
+        unsigned char* const copy = other._bytes != nullptr ? CopyOf(other._bytes, other._length) : nullptr;
+        delete[] _bytes;
+        _bytes = copy;
+        _length = other._length;
+    });
     return *this;
 }
 
@@ -132,9 +154,11 @@ void _tagSarnetBufferBuffer::WriteTo(CSarnetBufferWriter& /*writer*/) const {}
 void _tagSarnetBufferBuffer::ReadFrom(CSarnetBufferReader& /*reader*/) {}
 
 AObject* _tagSarnetBufferBuffer::Clone() const {
-    auto copy = std::make_unique<_tagSarnetBufferBuffer>();
-    bool const hasBlock = copy->decode(reinterpret_cast<char const*>(_bytes), _length);
-    return hasBlock ? copy.release() : nullptr;
+    return WithoutThrow([this]() -> AObject* {
+        auto copy = std::make_unique<_tagSarnetBufferBuffer>();
+        bool const hasBlock = copy->decode(reinterpret_cast<char const*>(_bytes), _length);
+        return hasBlock ? copy.release() : nullptr;
+    });
 }
 
 bool _tagSarnetBufferBuffer::encode(char* buffer, int& size) const {
@@ -152,8 +176,10 @@ bool _tagSarnetBufferBuffer::encode(AString& out) const {
     if (_bytes == nullptr) {
         return false;
     }
-    out.assign(reinterpret_cast<char const*>(_bytes), _length);
-    return true;
+    return WithoutThrow([&] {
+        out.assign(reinterpret_cast<char const*>(_bytes), _length);
+        return true;
+    });
 }
 
 bool _tagSarnetBufferBuffer::decode(AString const& data) {
@@ -164,12 +190,13 @@ bool _tagSarnetBufferBuffer::decode(char const* data, int size) {
     if (data == nullptr || size < 1) {
         return false;
     }
-    auto* const block = new unsigned char[static_cast<size_t>(size)];
-    std::memcpy(block, data, static_cast<size_t>(size));
-    delete[] _bytes;
-    _bytes = block;
-    _length = size;
-    return true;
+    return WithoutThrow([&] {
+        unsigned char* const block = CopyOf(data, size);
+        delete[] _bytes;
+        _bytes = block;
+        _length = size;
+        return true;
+    });
 }
 
 }  // namespace Ubrix

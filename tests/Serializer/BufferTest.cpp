@@ -59,6 +59,19 @@ TEST(Buffer, WritesExactBytes) {
     bytes.Write(nullptr, 7);
     bytes.Write(block, -1);
     EXPECT_EQ(Hex(bytes.GetBufferData()), "00,00,00,02,09,08,00,00,00,07,ff,ff,ff,ff");
+
+    // What the buffer held, also where it moves as it grows.
+    CSarnetBufferWriter own;
+    own.Write(AString("ab"));
+    own.Write(own.GetBufferData());
+    own.Write(own.GetBufferData().c_str() + 8);
+    EXPECT_EQ(Hex(own.GetBufferData()), "00,00,00,02,61,62,00,00,00,06,00,00,00,02,61,62,00,00,00,00");
+    std::string expected(own.GetBufferData().c_str(), 20);
+    for (int i = 0; i < 3; ++i) {
+        own.Write(own.GetBufferData());
+        expected += std::string("\0\0\0", 3) + static_cast<char>(expected.size()) + expected;
+    }
+    EXPECT_EQ(std::string(own.GetBufferData().c_str(), expected.size()), expected);
 }
 
 TEST(Buffer, WritesObjectsByTheirKind) {

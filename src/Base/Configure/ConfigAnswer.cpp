@@ -6,6 +6,7 @@
 
 #include "Base/Configure/JsonCpp.h"
 #include "Base/Configure/JsonExtent.h"
+#include "Platform/MemoryWant.h"
 #include "Storage/File/IniText.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
@@ -213,6 +214,7 @@ int ParseConfigAnswer(char const* json, std::uint64_t length, ConfigAnswer& answ
     VC_LOG(Info, kFunction, "ParseJsonObject : %s", Ubrix::ForeignText(text).c_str());
     int result = kBadAnswer;
     try {
+        Ubrix::Platform::UnwindScope const scope;
         result = Parse(text, answer);
     } catch (std::bad_alloc const&) {
         VC_LOG(Error, kFunction, "parse json error");

@@ -10,6 +10,7 @@
 #include "Base/Configure/ReportKeeper.h"
 #include "Base/Configure/StringIterator.h"
 #include "Platform/Boundary.h"
+#include "Platform/MemoryWant.h"
 #include "Storage/Bundle/BundleImpl.h"
 #include "Storage/File/IniLines.h"
 #include "Storage/Log/ForeignText.h"
@@ -94,6 +95,7 @@ void ConfigureImpl::OnDataTaskFinished(Ubrix::DataTask* task, int errorCode, int
     std::shared_ptr<ConfigureImpl> const self = shared_from_this();
     Outcome const outcome{task, errorCode, httpStatus, length};
     try {
+        Ubrix::Platform::UnwindScope const scope;
         EndAndTell(outcome, data);
     } catch (std::bad_alloc const&) {
         // Wherever it was: whoever fetches next must find a state that lets it.
@@ -207,6 +209,7 @@ void ConfigureImpl::StartWhatWaits(Ending ending) {
 // with the cache as it was, if there is no memory for it.
 bool ConfigureImpl::Store(ConfigAnswer& answer) {
     try {
+        Ubrix::Platform::UnwindScope const scope;
         if (answer.ruleId > _ruleId) {
             _ruleId = answer.ruleId;
             Ubrix::BundleFactory::GetInstance().GetDefaultBundle().Set(kSection, "rule_id", _ruleId);

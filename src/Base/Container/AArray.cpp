@@ -5,14 +5,26 @@
 #include <vector>
 
 #include "Base/Container/AsText.h"
+#include "Base/Container/Nesting.h"
+#include "Platform/MemoryWant.h"
 
 namespace Ubrix {
 
-struct AArray::Items {
+using Platform::WithoutThrow;
+
+struct AArray::Items : ContainerContent {
     std::vector<AObject*> list;
+
+    ~Items() override {
+        for (AObject* object : list) {
+            if (object->IsOwned()) {
+                delete object;
+            }
+        }
+    }
 };
 
-AArray::AArray() : AObject(TypeArray), _items(new Items) {}
+AArray::AArray() : AObject(TypeArray), _items(nullptr) {}
 
 AArray::AArray(AArray const* other) : AArray() {
     Add(other);
@@ -22,22 +34,32 @@ AArray::AArray(AArray const& other) : AArray(&other) {}
 
 AArray::~AArray() {
     RemoveAll();
-    delete _items;
+}
+
+AArray::Items& AArray::List() {
+    if (_items == nullptr) {
+        _items = new Items;
+    }
+    return *_items;
 }
 
 void AArray::Add(AObject const* object, bool owned) {
     if (object == nullptr) {
         return;
     }
-    // Elements are handed out for changing, whichever way they came in.
-    _items->list.push_back(const_cast<AObject*>(object));
-    object->_owned = owned;
+    WithoutThrow([&] {
+        // Elements are handed out for changing, whichever way they came in.
+        List().list.push_back(const_cast<AObject*>(object));
+        object->_owned = owned;
+    });
 }
 
 void AArray::Add(AObject const& object) {
-    std::unique_ptr<AObject> copy(object.Clone());
-    Add(copy.get(), true);
-    static_cast<void>(copy.release());
+    WithoutThrow([&] {
+        std::unique_ptr<AObject> copy(object.Clone());
+        Add(copy.get(), true);
+        static_cast<void>(copy.release());
+    });
 }
 
 void AArray::Add(ANumber const& number) {
@@ -45,34 +67,47 @@ void AArray::Add(ANumber const& number) {
 }
 
 void AArray::Add(char const* text) {
-    Add(static_cast<AObject const&>(AString(text)));
+    WithoutThrow([&] { Add(static_cast<AObject const&>(AString(text))); });
 }
 
 void AArray::Add(AArray const* other) {
     if (other == nullptr) {
         return;
     }
-    // All copies first: the other array may be this one, and a copy may fail.
-    AArray copies;
-    for (AObject const* object : other->_items->list) {
-        copies.Add(*object);
+    WithoutThrow([&] {
+        NestingLevel const level;
+        NestingLevel::Check();
+        // All copies first: the other array may be this one, and a copy may fail.
+        AArray copies;
+        for (int i = 0; i < other->Count(); ++i) {
+            copies.Add(*other->_items->list[static_cast<size_t>(i)]);
+        }
+        Take(copies);
+    });
+}
+
+void AArray::Take(AArray& other) {
+    if (other.Count() > 0) {
+        std::vector<AObject*>& list = List().list;
+        std::vector<AObject*>& taken = other._items->list;
+        list.insert(list.end(), taken.begin(), taken.end());
+        taken.clear();
     }
-    std::vector<AObject*>& added = copies._items->list;
-    _items->list.insert(_items->list.end(), added.begin(), added.end());
-    added.clear();
 }
 
 AArray& AArray::operator=(AArray const& other) {
     if (this != &other) {
-        // The other array may be an element of this one: copy it before anything goes.
-        AArray copy(other);
-        std::swap(_items, copy._items);
+        WithoutThrow([&] {
+            // The other array may be an element of this one: copy it before anything goes.
+            AArray copy(other);
+            std::swap(_items, copy._items);
+        });
     }
     return *this;
 }
 
 AObject* AArray::Clone() const {
-    return new AArray(this);
+    return WithoutThrow([this]() -> AObject* { return new AArray(this); });
 }
 
 void AArray::RemoveObjectAtIndex(int index) {
@@ -95,16 +130,12 @@ void AArray::RemoveLastObject() {
 }
 
 void AArray::RemoveAll() {
-    for (AObject* object : _items->list) {
-        if (object->_owned) {
-            delete object;
-        }
-    }
-    _items->list.clear();
+    // Nothing is listed any more when the first of them goes.
+    Discard(std::exchange(_items, nullptr));
 }
 
 int AArray::Count() const {
-    return static_cast<int>(_items->list.size());
+    return _items != nullptr ? static_cast<int>(_items->list.size()) : 0;
 }
 
 AObject* AArray::ObjectAtIndex(int index) const {

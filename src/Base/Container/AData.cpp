@@ -5,6 +5,7 @@
 #include <new>
 
 #include "Base/Container/TextLength.h"
+#include "Platform/MemoryWant.h"
 
 namespace Ubrix {
 
@@ -14,10 +15,14 @@ constexpr int kDefaultCapacity = 64;
 // A block up to this size is kept for the next content, however short.
 constexpr int kKeptCapacity = 128;
 
-// A new block that begins with `size` bytes and is zero after them.
+// A new block that begins with `size` bytes and is zero after them; null if there is no memory.
 unsigned char* NewBlock(int capacity, unsigned char const* bytes, int size) {
     auto const used = static_cast<size_t>(size);
-    auto* block = new unsigned char[static_cast<size_t>(capacity)];
+    auto* block = new (std::nothrow) unsigned char[static_cast<size_t>(capacity)];
+    if (block == nullptr) {
+        Platform::PassOnWant();
+        return nullptr;
+    }
     if (bytes != nullptr) {
         std::memcpy(block, bytes, used);
     }
@@ -25,10 +30,11 @@ unsigned char* NewBlock(int capacity, unsigned char const* bytes, int size) {
     return block;
 }
 
-// Capacity for content of `size` bytes: twice that, and less only at the bound of `int`.
+// Capacity for content of `size` bytes: twice that, and less only at the bound of `int`; -1 beyond it.
 int GrownCapacity(long long size) {
     if (size >= INT_MAX) {
-        throw std::bad_alloc();
+        Platform::PassOnWant();
+        return -1;
     }
     return size > INT_MAX / 2 ? INT_MAX : static_cast<int>(size * 2);
 }
@@ -52,6 +58,9 @@ AData::~AData() {
 }
 
 void AData::Install(unsigned char* block, int capacity, int size) {
+    if (block == nullptr && capacity > 0) {
+        return;
+    }
     delete[] _data;
     _data = block;
     _capacity = capacity;
@@ -64,7 +73,9 @@ void AData::Renew(unsigned char const* bytes, int size) {
         return;
     }
     int const capacity = GrownCapacity(size);
-    Install(NewBlock(capacity, bytes, size), capacity, size);
+    if (capacity > 0) {
+        Install(NewBlock(capacity, bytes, size), capacity, size);
+    }
 }
 
 void AData::Assign(unsigned char const* bytes, int size) {
@@ -103,13 +114,12 @@ void AData::Append(unsigned char const* bytes, int size) {
         return;
     }
     int const capacity = GrownCapacity(static_cast<long long>(_size) + size);
-    if (capacity == 0) {
-        return;
-    }
     // The old block goes last: the bytes may lie in it.
-    unsigned char* block = NewBlock(capacity, _data, _size);
-    std::memcpy(block + _size, bytes, count);
-    Install(block, capacity, _size + size);
+    unsigned char* block = capacity > 0 ? NewBlock(capacity, _data, _size) : nullptr;
+    if (block != nullptr) {
+        std::memcpy(block + _size, bytes, count);
+        Install(block, capacity, _size + size);
+    }
 }
 
 void AData::Append(AData const& other) {
@@ -132,8 +142,8 @@ AData& AData::operator=(AData const& other) {
 AData& AData::operator=(char const* text) {
     if (text == nullptr || *text == '\0') {
         Clear();
-    } else {
-        Assign(AsBytes(text), TextLength(text));
+    } else if (int const length = TextLength(text); length > 0) {
+        Assign(AsBytes(text), length);
     }
     return *this;
 }
@@ -168,12 +178,20 @@ void AData::SetCapacity(int capacity) {
 }
 
 void AData::Clear() {
-    if (_capacity == kDefaultCapacity) {
-        std::memset(_data, 0, kDefaultCapacity);
-        _size = 0;
-        return;
+    unsigned char* const block =
+        _capacity != kDefaultCapacity ? new (std::nothrow) unsigned char[kDefaultCapacity] : nullptr;
+    if (block != nullptr) {
+        Install(block, kDefaultCapacity, 0);
     }
-    Install(NewBlock(kDefaultCapacity, nullptr, 0), kDefaultCapacity, 0);
+    // Without another block the present one is emptied: a Clear never fails.
+    Cut(0);
+}
+
+void AData::Cut(int size) {
+    _size = size;
+    if (_data != nullptr) {
+        std::memset(_data + size, 0, static_cast<size_t>(_capacity - size));
+    }
 }
 
 bool AData::Empty() const {
@@ -201,7 +219,7 @@ bool AData::IsEqual(AObject const* other) const {
 }
 
 AObject* AData::Clone() const {
-    return new AData(*this);
+    return Platform::WithoutThrow([this]() -> AObject* { return new AData(*this); });
 }
 
 }  // namespace Ubrix

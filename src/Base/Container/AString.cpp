@@ -4,10 +4,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <new>
+#include <stdexcept>
 
 #include "Base/Container/Number/RealText.h"
 #include "Base/Container/TextLength.h"
+#include "Platform/MemoryWant.h"
 
 namespace Ubrix {
 
@@ -55,8 +56,8 @@ AString& AString::operator=(AString const& other) {
 AString& AString::operator=(char const* text) {
     if (text == nullptr) {
         Clear();
-    } else {
-        _data.Assign(AsBytes(text), TextLength(text));
+    } else if (int const length = TextLength(text); length >= 0) {
+        _data.Assign(AsBytes(text), length);
     }
     return *this;
 }
@@ -152,7 +153,7 @@ bool AString::IsEqual(AObject const* other) const {
 }
 
 AObject* AString::Clone() const {
-    return new AString(*this);
+    return Platform::WithoutThrow([this]() -> AObject* { return new AString(*this); });
 }
 
 bool AString::operator==(AString const& other) const {
@@ -267,40 +268,47 @@ bool AString::Split(AArray* out, char const* source, char const* delimiters) {
     if (out == nullptr || source == nullptr || delimiters == nullptr) {
         return false;
     }
-    // The source may belong to `out`, whose elements move while it grows; their texts stay.
-    for (char const* begin = source;;) {
-        char const* end = begin + std::strcspn(begin, delimiters);
-        if (end - begin > INT_MAX) {
-            throw std::bad_alloc();
+    return Platform::WithoutThrow([&] {
+        // All or none: memory may run out on the way.
+        AArray pieces;
+        for (char const* begin = source;;) {
+            char const* end = begin + std::strcspn(begin, delimiters);
+            if (end - begin > INT_MAX) {
+                throw std::length_error("piece");
+            }
+            auto piece = std::make_unique<AString>(begin, static_cast<int>(end - begin));
+            pieces.Add(piece.get(), true);
+            static_cast<void>(piece.release());
+            if (*end == '\0') {
+                break;
+            }
+            begin = end + 1;
         }
-        auto piece = std::make_unique<AString>(begin, static_cast<int>(end - begin));
-        out->Add(piece.get(), true);
-        static_cast<void>(piece.release());
-        if (*end == '\0') {
-            return true;
-        }
-        begin = end + 1;
-    }
+        out->Take(pieces);
+        return true;
+    });
 }
 
 AString AString::Dump(char const* prefix) const {
     static char const kDigits[] = "0123456789abcdef";
-    AString dump;
-    if (_data.Empty()) {
+    return Platform::WithoutThrow([&] {
+        AString dump;
+        if (_data.Empty()) {
+            return dump;
+        }
+        char const* lead = prefix != nullptr ? prefix : "0x";
+        long long const capacity = _data.Size() * (static_cast<long long>(TextLength(lead)) + 3) + 1;
+        if (capacity > INT_MAX) {
+            throw std::length_error("dump");
+        }
+        dump._data.SetCapacity(static_cast<int>(capacity));
+        unsigned char const* bytes = _data.Data();
+        for (int i = 0; i < _data.Size(); ++i) {
+            char const digits[] = {kDigits[bytes[i] >> 4], kDigits[bytes[i] & 15], '\0'};
+            dump.append(i > 0 ? "," : "").append(lead).append(digits);
+        }
         return dump;
-    }
-    char const* lead = prefix != nullptr ? prefix : "0x";
-    long long const capacity = _data.Size() * (static_cast<long long>(TextLength(lead)) + 3) + 1;
-    if (capacity > INT_MAX) {
-        throw std::bad_alloc();
-    }
-    dump._data.SetCapacity(static_cast<int>(capacity));
-    unsigned char const* bytes = _data.Data();
-    for (int i = 0; i < _data.Size(); ++i) {
-        char const digits[] = {kDigits[bytes[i] >> 4], kDigits[bytes[i] & 15], '\0'};
-        dump.append(i > 0 ? "," : "").append(lead).append(digits);
-    }
-    return dump;
+    });
 }
 
 }  // namespace Ubrix

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "Base/Container/TextLength.h"
+#include "Platform/MemoryWant.h"
 
 namespace Ubrix {
 
@@ -31,6 +32,10 @@ AStringBuilder::AStringBuilder(AStringBuilder const& other) = default;
 AStringBuilder::~AStringBuilder() = default;
 
 void AStringBuilder::Append(char const* text) {
+    if (text != nullptr && _data.Data() == nullptr) {
+        // Room for a terminator, which an empty text has, too.
+        _data.SetCapacity(2);
+    }
     _data.Append(text);
 }
 
@@ -100,7 +105,7 @@ bool AStringBuilder::IsEqual(AObject const* other) const {
 }
 
 AObject* AStringBuilder::Clone() const {
-    return new AStringBuilder(this);
+    return Platform::WithoutThrow([this]() -> AObject* { return new AStringBuilder(this); });
 }
 
 }  // namespace Ubrix

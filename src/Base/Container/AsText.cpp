@@ -1,6 +1,7 @@
 #include "Base/Container/AsText.h"
 
 #include <cassert>
+#include <new>
 
 namespace Ubrix {
 
@@ -21,11 +22,13 @@ char const* AsCString(AObject const* object) {
 AString const& AsAString(AObject const* object) {
     AString const* text = StringOrNull(object);
     assert(text != nullptr);
-    if (text != nullptr) {
-        return *text;
-    }
-    // Never deleted: callers keep references for as long as they like.
-    static AString const* const empty = new AString;
+    return text != nullptr ? *text : EmptyString();
+}
+
+AString const& EmptyString() {
+    // Never destroyed: callers keep references for as long as they like.
+    alignas(AString) static unsigned char room[sizeof(AString)];
+    static AString const* const empty = new (room) AString;
     return *empty;
 }
 

@@ -11,4 +11,7 @@ char const* AsCString(AObject const* object);
 // The object, which has to be an AString: asserted in debug builds; otherwise an empty string for what isn't.
 AString const& AsAString(AObject const* object);
 
+// An empty string that stays, and for which no memory is taken.
+AString const& EmptyString();
+
 }  // namespace Ubrix

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "Base/Container/Number/IntegerText.h"
+#include "Platform/MemoryWant.h"
 
 namespace Ubrix {
 
@@ -21,9 +22,11 @@ AString Digits(Integer value) {
 }  // namespace
 
 AString const operator+(AString const& left, AString const& right) {
-    AString joined(left);
-    joined += right;
-    return joined;
+    return Platform::WithoutThrow([&] {
+        AString joined(left);
+        joined += right;
+        return joined;
+    });
 }
 
 AString int2str(int value) {

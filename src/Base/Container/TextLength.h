@@ -3,16 +3,18 @@
 
 #include <climits>
 #include <cstring>
-#include <new>
+
+#include "Platform/MemoryWant.h"
 
 namespace Ubrix {
 
 // Bytes before the terminator of `text`, which must not be null. A length beyond the range is memory that
-// can't be had: std::bad_alloc.
+// can't be had: -1.
 inline int TextLength(char const* text) {
     size_t const length = std::strlen(text);
     if (length > INT_MAX) {
-        throw std::bad_alloc();
+        Platform::PassOnWant();
+        return -1;
     }
     return static_cast<int>(length);
 }

@@ -2,6 +2,7 @@
 #include <new>
 #include <utility>
 
+#include "Platform/MemoryWant.h"
 #include "Storage/File/FileReplacement.h"
 #include "Storage/File/IniFileImp.h"
 #include "Storage/File/OwnDirectories.h"
@@ -143,6 +144,7 @@ bool CIniFileImpl::SaveChecked() {
     // What fails for a moment doesn't cost the save.
     for (int tries = 0; tries < 2; ++tries) {
         try {
+            Platform::UnwindScope const scope;
             obstacle = WriteFile();
         } catch (std::bad_alloc const&) {
             obstacle = "no memory is left";

@@ -7,6 +7,7 @@
 #include <new>
 
 #include "Platform/Directory.h"
+#include "Platform/MemoryWant.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Time/ClockSource.h"
@@ -58,6 +59,7 @@ void AFileLogger::Log2File(void const* data, unsigned int length) {
     Platform::CalendarTime const now = ClockSource::Current().Local();
     Platform::ScopedLock lock(_lock);
     try {
+        Platform::UnwindScope const scope;
         Write(data, length, now);
     } catch (std::bad_alloc const&) {
         // The caller, who may be C, must not hear of it, nor the next write find another hour's file open.

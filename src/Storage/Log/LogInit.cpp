@@ -1,6 +1,7 @@
 // The roof's side of the facade: which logger there is.
 #include <new>
 
+#include "Platform/MemoryWant.h"
 #include "Storage/Log/LogFacade.h"
 #include "Storage/Log/Logger.h"
 
@@ -12,6 +13,7 @@ namespace {
 // since any thread may log at any time.
 Logger* MakeLogger() {
     try {
+        Platform::UnwindScope const scope;
         return new Logger("VelmorCore");
     } catch (std::bad_alloc const&) {
         return nullptr;

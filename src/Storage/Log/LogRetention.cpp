@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Platform/Directory.h"
+#include "Platform/MemoryWant.h"
 #include "Storage/Log/AFileLogger.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LineBudget.h"
@@ -94,6 +95,7 @@ std::vector<StampedFile> FilesByAge(std::vector<std::string> const& names, std::
 
 void AFileLogger::RemoveOldLogFiles(char const* name, int hours, int maxCount) {
     try {
+        Platform::UnwindScope const scope;
         Sweep(name, hours, maxCount);
     } catch (std::bad_alloc const&) {
         VC_LOG_CONSOLE(Error, kSweepFunction, "no memory for the sweep of old log files");

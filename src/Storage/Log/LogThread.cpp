@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "Platform/MemoryWant.h"
 #include "Platform/Thread.h"
 #include "Storage/Log/LogMacros.h"
 
@@ -19,6 +20,7 @@ void RunPlan(void* argument) {
     delete static_cast<Plan*>(argument);
     Platform::NameCurrentThread(plan.name);
     try {
+        Platform::UnwindScope const scope;
         plan.start();
     } catch (std::bad_alloc const&) {
         VC_LOG_CONSOLE(Error, "Ubrix::LogCreateThread", "no memory for the work of %s", plan.name);

@@ -133,4 +133,9 @@ TEST(AStringBuilder, KeepsItsTextTerminated) {
     builder.Append(static_cast<AString const*>(nullptr));
     EXPECT_STREQ(builder.ToString(), "new");
     EXPECT_FALSE(builder.IsEqual(clone.get()));
+    AStringBuilder const empty;
+    AStringBuilder blockless(empty);
+    EXPECT_EQ(blockless.ToString(), nullptr);
+    blockless.Append("");
+    EXPECT_STREQ(blockless.ToString(), "");
 }

@@ -1,7 +1,9 @@
 // Arrays and dictionaries: who owns what. Under AddressSanitizer a wrong deletion or a leak fails the test.
+#include <VelmorCore/Buffer.h>
 #include <VelmorCore/Object.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 using namespace Ubrix;
@@ -20,6 +22,32 @@ public:
     static int alive;
 };
 int Counted::alive = 0;
+
+// Equal to every text with the same first letter.
+class FirstLetter : public AString {
+public:
+    using AString::AString;
+    bool IsEqual(AObject const* other) const override {
+        return other->ObjectType() == TypeString && static_cast<AString const*>(other)->at(0) == at(0);
+    }
+    AObject* Clone() const override { return new FirstLetter(*this); }
+};
+
+// Looks, as it goes, at the containers that it was in.
+class Looker : public AString {
+public:
+    Looker(AArray& array, ADictionary& dictionary) : _array(array), _dictionary(dictionary) {}
+    ~Looker() override {
+        EXPECT_EQ(_array.FirstObject(), nullptr);
+        EXPECT_EQ(_dictionary.ObjectForKey("k"), nullptr);
+        EXPECT_EQ(_dictionary.Count(), 0);
+    }
+    AObject* Clone() const override { return new Looker(_array, _dictionary); }
+
+private:
+    AArray& _array;
+    ADictionary& _dictionary;
+};
 
 std::string Keys(ADictionary const& dictionary) {
     std::string keys;
@@ -80,6 +108,53 @@ TEST(AArray, TakesItselfAndItsElements) {
     array = *static_cast<AArray const*>(array[4]);
     EXPECT_EQ(array.Count(), 4);
     EXPECT_STREQ(array.FirstCString(), "x");
+}
+
+TEST(AArray, NestsAsDeepAsItIsMade) {
+    struct {
+        int levels;
+        bool isCopied;
+    } const cases[] = {{1, true}, {999, true}, {1001, false}, {300000, false}};
+    for (auto const& c : cases) {
+        auto nested = std::make_unique<AArray>();
+        for (int i = 0; i < c.levels; ++i) {
+            auto outer = std::make_unique<AArray>();
+            outer->Add(nested.release(), true);
+            nested = std::move(outer);
+        }
+        std::unique_ptr<AObject> const copy(nested->Clone());
+        EXPECT_EQ(copy != nullptr, c.isCopied) << c.levels;
+        CSarnetBufferWriter writer;
+        writer.Write(true);
+        writer.Write(*nested);
+        EXPECT_EQ(writer.GetBufferData().length() > 1, c.isCopied) << c.levels;
+        ADictionary dictionary;
+        dictionary.Set("k", "old");
+        dictionary.Set("k", *nested);
+        EXPECT_EQ(dictionary.CStringForKey("k") == nullptr, c.isCopied) << c.levels;
+    }
+    // Dictionaries nest by their places: what a dictionary holds may be set in where it lies.
+    ADictionary outer;
+    ADictionary* inner = &outer;
+    for (int i = 0; i < 300000; ++i) {
+        inner->Set("k", ADictionary());
+        inner = static_cast<ADictionary*>(inner->ObjectForKey("k"));
+    }
+    outer.Set("copy", outer);
+    EXPECT_EQ(outer.Count(), 1);
+}
+
+TEST(AArray, ElementsThatGoAreListedNoMore) {
+    AArray array;
+    ADictionary dictionary;
+    Looker const kept(array, dictionary);
+    for (int i = 0; i < 2; ++i) {
+        dictionary.Set("k", kept);
+        dictionary.RemoveAll();
+        array.Add(new Looker(array, dictionary), true);
+        array.Add(new Looker(array, dictionary), true);
+        array.RemoveAll();
+    }
 }
 
 TEST(ADictionary, KeepsTheOrderOfFirstInsertion) {
@@ -148,4 +223,27 @@ TEST(ADictionary, ComparesKeysAsTheyCompareThemselves) {
     EXPECT_STREQ(dictionary.CStringForKey("counted"), "c");
     dictionary.Set("counted", "plain");
     EXPECT_EQ(dictionary.Count(), 3);
+}
+
+TEST(ADictionary, WalksOnceAClassFromOutsideHasComparedItself) {
+    ADictionary dictionary;
+    dictionary.Set("apple", "1");
+    dictionary.Set("avocado", "2");
+    dictionary.Set(FirstLetter("banana"), AString("3"));
+    EXPECT_STREQ(dictionary.CStringForKey("berry"), "3");
+    // A key takes the place of one that found itself equal: plain keys come, go and come again.
+    for (int i = 0; i < 20; ++i) {
+        dictionary.Set("berry", "4");
+        dictionary.Set(FirstLetter("blueberry"), AString("5"));
+        if (i % 3 == 0) {
+            AString const berry("berry");
+            dictionary.Remove(&berry);
+        }
+    }
+    EXPECT_STREQ(dictionary.CStringForKey("apple"), "1");
+    EXPECT_STREQ(ADictionary(dictionary).CStringForKey("avocado"), "2");
+    dictionary.RemoveAll();
+    dictionary.Set("berry", "6");
+    EXPECT_EQ(dictionary.ObjectForKey("banana"), nullptr);
+    EXPECT_EQ(Keys(dictionary), "berry");
 }

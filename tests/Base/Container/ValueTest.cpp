@@ -150,11 +150,31 @@ TEST(Value, IteratesInTheOrderOfItsKeys) {
     Value scalar(5);
     Value empty(ArrayValue);
     EXPECT_TRUE(scalar.begin() == scalar.end() && empty.begin() == empty.end());
-    EXPECT_FALSE(empty.begin() == scalar.begin());
     ValueIterator none = scalar.begin();
     *none++ = 7;
     EXPECT_TRUE(Value::Null.isNull() && (*none).isNull());
     EXPECT_EQ(none.memberName(), nullptr);
+}
+
+TEST(Value, NestsAsDeepAsItIsMade) {
+    struct {
+        int levels;
+        bool isCopied;
+    } const cases[] = {{0, true}, {999, true}, {1001, false}, {300000, false}};
+    for (auto const& c : cases) {
+        Value nested;
+        Value* inner = &nested["x"];
+        for (int i = 0; i < c.levels; ++i) {
+            inner = i % 2 != 0 ? &(*inner)["x"] : &(*inner)[i];
+        }
+        *inner = "deep";
+        Value copy = "old";
+        copy = nested;
+        EXPECT_EQ(copy == nested, c.isCopied) << c.levels;
+        EXPECT_EQ(copy == "old", !c.isCopied) << c.levels;
+        EXPECT_EQ(Value(nested).isNull(), !c.isCopied) << c.levels;
+        EXPECT_FALSE(nested < nested);
+    }
 }
 
 TEST(Value, ComparesByTypeFirst) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <new>
 #include <string_view>
 #include <typeinfo>
 #include <unordered_map>
@@ -10,8 +11,12 @@
 #include <vector>
 
 #include "Base/Container/AsText.h"
+#include "Base/Container/Nesting.h"
+#include "Platform/MemoryWant.h"
 
 namespace Ubrix {
+
+using Platform::WithoutThrow;
 
 namespace {
 
@@ -34,8 +39,9 @@ bool IsOurs(AObject const& key) {
 }  // namespace
 
 // The map is ordered by the keys' addresses. The index finds a plain string without a walk: it can equal one
-// plain string key at most, as long as no key is of a class from outside.
-struct ADictionary::Entries {
+// plain string key at most, as long as no key is of a class from outside. The first such key ends it for
+// good, since that class may have found plain keys equal that the index tells apart.
+struct ADictionary::Entries : ContainerContent {
     using Map = std::map<AObject*, AObject*>;
 
     Map map;
@@ -43,12 +49,27 @@ struct ADictionary::Entries {
     std::vector<AObject*> keys;
     // The plain string keys of `map` by their text, which lies in the key.
     std::unordered_map<std::string_view, AObject*> texts;
-    size_t foreignKeys = 0;
+    bool isIndexed = true;
+
+    ~Entries() override {
+        texts.clear();
+        for (auto const& entry : map) {
+            delete entry.first;
+            Release(entry.second);
+        }
+        for (AObject* key : keys) {
+            delete key;
+        }
+    }
+
+    Map::iterator FindText(std::string_view text) {
+        auto const found = texts.find(text);
+        return found != texts.end() ? map.find(found->second) : map.end();
+    }
 
     Map::iterator Find(AObject const& probe) {
-        if (foreignKeys == 0 && IsPlainString(probe)) {
-            auto const found = texts.find(TextOf(probe));
-            return found != texts.end() ? map.find(found->second) : map.end();
+        if (isIndexed && IsPlainString(probe)) {
+            return FindText(TextOf(probe));
         }
         return std::find_if(map.begin(), map.end(),
                             [&probe](Map::value_type const& entry) { return entry.first->IsEqual(&probe); });
@@ -60,24 +81,23 @@ struct ADictionary::Entries {
     }
 
     void Index(AObject* key) {
-        if (IsPlainString(*key)) {
+        if (isIndexed && IsPlainString(*key)) {
             texts.emplace(TextOf(*key), key);
-        } else if (!IsOurs(*key)) {
-            ++foreignKeys;
+        } else if (isIndexed && !IsOurs(*key)) {
+            texts.clear();
+            isIndexed = false;
         }
     }
 
     void Unindex(AObject const& key) {
-        if (IsPlainString(key)) {
+        if (isIndexed && IsPlainString(key)) {
             texts.erase(TextOf(key));
-        } else if (!IsOurs(key)) {
-            --foreignKeys;
         }
     }
 
     // Puts `key` in place of one that is equal to it.
     void Reindex(AObject const& old, AObject* key) {
-        if (IsPlainString(old) && IsPlainString(*key)) {
+        if (isIndexed && IsPlainString(old) && IsPlainString(*key)) {
             auto node = texts.extract(TextOf(old));
             node.key() = TextOf(*key);
             node.mapped() = key;
@@ -91,6 +111,9 @@ struct ADictionary::Entries {
     // All that can fail for want of memory comes before the first change.
     void Insert(std::unique_ptr<AObject> key, AObject* value) {
         std::unique_ptr<AObject> listed(key->Clone());
+        if (listed == nullptr) {
+            throw std::bad_alloc();
+        }
         if (keys.size() == keys.capacity()) {
             keys.reserve(keys.size() * 2 + 8);
         }
@@ -122,52 +145,76 @@ struct ADictionary::Entries {
     }
 };
 
-ADictionary::ADictionary() : AObject(TypeDictionary), _entries(new Entries) {}
+ADictionary::ADictionary() : AObject(TypeDictionary), _entries(nullptr) {}
 
 ADictionary::ADictionary(ADictionary const& other) : ADictionary() {
-    for (auto const& entry : other._entries->map) {
-        Set(*entry.first, *entry.second);
-    }
+    Set(other);
 }
 
 ADictionary::~ADictionary() {
     RemoveAll();
-    delete _entries;
 }
 
 ADictionary& ADictionary::operator=(ADictionary const& other) {
-    if (this != &other) {
-        // The other dictionary may be a value of this one: copy it before anything goes.
-        ADictionary copy(other);
-        std::swap(_entries, copy._entries);
-    }
+    Set(other);
     return *this;
 }
 
 AObject* ADictionary::Clone() const {
-    return new ADictionary(*this);
+    return WithoutThrow([this]() -> AObject* { return new ADictionary(*this); });
+}
+
+ADictionary::Entries& ADictionary::Content() {
+    if (_entries == nullptr) {
+        _entries = new Entries;
+    }
+    return *_entries;
 }
 
 void ADictionary::Set(ADictionary const& other) {
-    *this = other;
+    if (this == &other) {
+        return;
+    }
+    WithoutThrow([&] {
+        NestingLevel const level;
+        NestingLevel::Check();
+        // The other dictionary may be a value of this one: copy it before anything goes.
+        ADictionary copy;
+        if (other._entries != nullptr) {
+            for (auto const& entry : other._entries->map) {
+                copy.PutCopy(*entry.first, *entry.second);
+            }
+        }
+        std::swap(_entries, copy._entries);
+    });
 }
 
 void ADictionary::PutCopy(AObject const& key, AObject const& value) {
-    std::unique_ptr<AObject> copy(value.Clone());
-    copy->_owned = true;
-    Put(key, copy.get());
-    static_cast<void>(copy.release());
+    WithoutThrow([&] {
+        std::unique_ptr<AObject> copy(value.Clone());
+        if (copy != nullptr) {
+            Put(key, copy.get(), true);
+            static_cast<void>(copy.release());
+        }
+    });
 }
 
-void ADictionary::Put(AObject const& key, AObject* value) {
-    std::unique_ptr<AObject> copy(key.Clone());
-    copy->_owned = true;
-    auto const old = _entries->Find(*copy);
-    if (old == _entries->map.end()) {
-        _entries->Insert(std::move(copy), value);
-    } else {
-        _entries->Replace(old, std::move(copy), value);
-    }
+void ADictionary::Put(AObject const& key, AObject* value, bool owned) {
+    WithoutThrow([&] {
+        std::unique_ptr<AObject> copy(key.Clone());
+        if (copy == nullptr) {
+            throw std::bad_alloc();
+        }
+        copy->_owned = true;
+        Entries& entries = Content();
+        auto const old = entries.Find(*copy);
+        if (old == entries.map.end()) {
+            entries.Insert(std::move(copy), value);
+        } else {
+            entries.Replace(old, std::move(copy), value);
+        }
+        value->_owned = owned;
+    });
 }
 
 void ADictionary::Set(AObject const& key, AObject const& value) {
@@ -184,32 +231,31 @@ void ADictionary::Set(ANumber const& key, ANumber const& value) {
 
 void ADictionary::Set(char const* key, AObject const& value) {
     if (key != nullptr) {
-        PutCopy(AString(key), value);
+        WithoutThrow([&] { PutCopy(AString(key), value); });
     }
 }
 
 void ADictionary::Set(char const* key, ANumber const& value) {
     if (key != nullptr) {
-        PutCopy(AString(key), value);
+        WithoutThrow([&] { PutCopy(AString(key), value); });
     }
 }
 
 void ADictionary::Set(char const* key, char const* value) {
     if (key != nullptr && value != nullptr) {
-        PutCopy(AString(key), AString(value));
+        WithoutThrow([&] { PutCopy(AString(key), AString(value)); });
     }
 }
 
 void ADictionary::Set(ANumber const& key, char const* value) {
     if (value != nullptr) {
-        PutCopy(key, AString(value));
+        WithoutThrow([&] { PutCopy(key, AString(value)); });
     }
 }
 
 void ADictionary::Set(AObject const& key, AObject* value) {
     if (value != nullptr) {
-        value->_owned = false;
-        Put(key, value);
+        Put(key, value, false);
     }
 }
 
@@ -219,7 +265,7 @@ void ADictionary::Set(ANumber const& key, AObject* value) {
 
 void ADictionary::Set(char const* key, AObject* value) {
     if (key != nullptr) {
-        Set(static_cast<AObject const&>(AString(key)), value);
+        WithoutThrow([&] { Set(static_cast<AObject const&>(AString(key)), value); });
     }
 }
 
@@ -230,7 +276,7 @@ void ADictionary::Set(AObject* key, AObject* value) {
 }
 
 AObject* ADictionary::ObjectForKey(AObject const* key) const {
-    if (key == nullptr) {
+    if (key == nullptr || _entries == nullptr) {
         return nullptr;
     }
     auto const entry = _entries->Find(*key);
@@ -246,11 +292,17 @@ AObject* ADictionary::ObjectForKey(ANumber const& key) const {
 }
 
 AObject* ADictionary::ObjectForKey(char const* key) const {
-    if (key == nullptr) {
+    if (key == nullptr || _entries == nullptr) {
         return nullptr;
     }
-    AString const probe(key);
-    return ObjectForKey(&probe);
+    if (_entries->isIndexed) {
+        auto const entry = _entries->FindText(key);
+        return entry != _entries->map.end() ? entry->second : nullptr;
+    }
+    return WithoutThrow([&]() -> AObject* {
+        AString const probe(key);
+        return ObjectForKey(&probe);
+    });
 }
 
 char const* ADictionary::CStringForKey(AObject const* key) const {
@@ -282,17 +334,16 @@ AString const& ADictionary::AStringForKey(ANumber const& key) const {
 }
 
 AString const& ADictionary::AStringForKey(char const* key) const {
-    return AsAString(ObjectForKey(key));
+    // That memory ran out is no slip of the caller.
+    return *WithoutThrow([&] { return &AsAString(ObjectForKey(key)); }, [] { return &EmptyString(); });
 }
 
 int ADictionary::Count() const {
-    return static_cast<int>(_entries->map.size());
+    return _entries != nullptr ? static_cast<int>(_entries->keys.size()) : 0;
 }
 
 AObject const* ADictionary::KeyAt(int index) const {
-    auto const& keys = _entries->keys;
-    return index >= 0 && static_cast<size_t>(index) < keys.size() ? keys[static_cast<size_t>(index)]
-                                                                  : nullptr;
+    return index >= 0 && index < Count() ? _entries->keys[static_cast<size_t>(index)] : nullptr;
 }
 
 char const* ADictionary::CStringKeyAt(int index) const {
@@ -304,7 +355,7 @@ AString const& ADictionary::AStringKeyAt(int index) const {
 }
 
 void ADictionary::Remove(AObject const* key) {
-    if (key == nullptr) {
+    if (key == nullptr || _entries == nullptr) {
         return;
     }
     auto const place = _entries->FindListed(*key);
@@ -330,17 +381,8 @@ void ADictionary::Remove(ANumber const& key) {
 }
 
 void ADictionary::RemoveAll() {
-    _entries->texts.clear();
-    _entries->foreignKeys = 0;
-    for (auto const& entry : _entries->map) {
-        delete entry.first;
-        Entries::Release(entry.second);
-    }
-    _entries->map.clear();
-    for (AObject* key : _entries->keys) {
-        delete key;
-    }
-    _entries->keys.clear();
+    // Nothing is listed any more when the first of it goes.
+    Discard(std::exchange(_entries, nullptr));
 }
 
 bool ADictionary::IsEqual(AObject const* /*other*/) const {

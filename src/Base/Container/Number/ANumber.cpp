@@ -6,6 +6,7 @@
 #include "Base/Container/Number/IntegerText.h"
 #include "Base/Container/Number/RealText.h"
 #include "Base/Container/Number/RealToInteger.h"
+#include "Platform/MemoryWant.h"
 
 namespace Ubrix {
 
@@ -261,7 +262,7 @@ bool ANumber::IsEqual(AObject const* other) const {
 }
 
 AObject* ANumber::Clone() const {
-    return new ANumber(*this);
+    return Platform::WithoutThrow([this]() -> AObject* { return new ANumber(*this); });
 }
 
 }  // namespace Ubrix

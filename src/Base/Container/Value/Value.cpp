@@ -1,13 +1,20 @@
 #include <VelmorCore/Value.h>
 
 #include <cassert>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <new>
 #include <utility>
 
+#include "Base/Container/Number/RealText.h"
 #include "Base/Container/Value/ValueMap.h"
+#include "Platform/MemoryWant.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Ubrix {
+
+using Platform::WithoutThrow;
 
 namespace {
 
@@ -20,17 +27,17 @@ constexpr size_t kLongestNumber = 18;
 Value const Value::Null{Value::Nothing()};
 
 Value& ScratchValue() {
-    thread_local Value scratch;
-    scratch = Value::Null;
-    return scratch;
+    // Without a destructor: to have one called at the thread's end takes memory, and there may be none.
+    alignas(Value) thread_local unsigned char room[sizeof(Value)];
+    thread_local Value* const scratch = new (room) Value;
+    Value nothing;
+    scratch->swap(nothing);
+    return *scratch;
 }
 
 Value::Value(ValueType type) : Value(Nothing()) {
     if (type < NullValue || type > ObjectValue) {
         VC_LOG(Error, "Ubrix::Value::Value", "Unsupport type:%d", static_cast<int>(type));
-    }
-    if (type == ArrayValue || type == ObjectValue) {
-        _value.map = new ValueMap;
     }
     _type = type;
 }
@@ -59,44 +66,60 @@ Value::Value(bool value) : Value(Nothing()) {
     _type = BooleanValue;
 }
 
-Value::Value(char const* text) : Value(StringValue) {
+Value::Value(char const* text) : Value(Nothing()) {
     if (text == nullptr || std::strlen(text) > kLongestNumber || !AString::IsNumberic(text)) {
-        _value.text = ValueKey::Duplicate(text);
+        SetText(text);
     } else if (AString::IsReal(text)) {
-        *this = AString(text).AsDouble();
+        _value.real = TextToReal(text);
+        _type = RealValue;
     } else {
-        *this = AString(text).AsInt64();
+        _value.integer = std::strtoll(text, nullptr, 10);
+        _type = IntValue;
     }
 }
 
+void Value::SetText(char const* text) {
+    WithoutThrow([&] {
+        _value.text = ValueKey::Duplicate(text);
+        _type = StringValue;
+    });
+}
+
 Value::Value(Value const& other) : Value(Nothing()) {
-    if (other.HasMap()) {
-        _value.map = new ValueMap(*other._value.map);
-    } else if (other._type == StringValue) {
-        _value.text = ValueKey::Duplicate(other._value.text);
+    if (other._type == StringValue) {
+        SetText(other._value.text);
+    } else if (other.HasMap()) {
+        WithoutThrow([&] {
+            NestingLevel const level;
+            NestingLevel::Check();
+            _value.map = new ValueMap(*other._value.map);
+            _type = other._type;
+        });
     } else {
         _value = other._value;
+        _type = other._type;
     }
-    _type = other._type;
 }
 
 Value::~Value() {
     if (_type == StringValue) {
         delete[] _value.text;
     } else if (HasMap()) {
-        delete _value.map;
+        Discard(_value.map);
     }
 }
 
 Value& Value::operator=(Value const& other) {
-    Value copy(other);
-    swap(copy);
+    WithoutThrow([&] {
+        Value copy(other);
+        swap(copy);
+    });
     return *this;
 }
 
 Value Value::Text(char const* text) {
-    Value value(StringValue);
-    value._value.text = ValueKey::Duplicate(text);
+    Value value;
+    value.SetText(text);
     return value;
 }
 
@@ -154,37 +177,46 @@ bool Value::isObject() const {
 }
 
 bool Value::HasMap() const {
-    return _type == ArrayValue || _type == ObjectValue;
+    return (_type == ArrayValue || _type == ObjectValue) && _value.map != nullptr;
+}
+
+Value& Value::Entry(ValueType container, ValueKey const& key) {
+    return *WithoutThrow(
+        [&] {
+            if (HasMap()) {
+                return &_value.map->At(key);
+            }
+            auto map = std::make_unique<ValueMap>();
+            Value& entry = map->At(key);
+            _value.map = map.release();
+            _type = container;
+            return &entry;
+        },
+        [] { return &ScratchValue(); });
 }
 
 Value& Value::operator[](int index) {
     assert(_type == ArrayValue || _type == NullValue);
-    if (_type == NullValue) {
-        *this = Value(ArrayValue);
-    }
-    if (_type != ArrayValue) {
+    if (_type != ArrayValue && _type != NullValue) {
         VC_LOG(Error, "Ubrix::Value::operator []", "Type is not an array:%d", static_cast<int>(_type));
         return ScratchValue();
     }
-    return _value.map->At(ValueKey(index));
+    return Entry(ArrayValue, ValueKey(index));
 }
 
 Value& Value::operator[](char const* key) {
     assert(_type == ObjectValue || _type == NullValue);
-    if (_type == NullValue) {
-        *this = Value(ObjectValue);
-    }
-    if (_type != ObjectValue) {
+    if (_type != ObjectValue && _type != NullValue) {
         VC_LOG(Error, "Ubrix::Value::operator []", "Type is not an object:%d", static_cast<int>(_type));
         return ScratchValue();
     }
-    return _value.map->At(ValueKey(key));
+    return Entry(ObjectValue, ValueKey(key));
 }
 
 Value const& Value::operator[](int index) const {
     assert(_type == ArrayValue || _type == NullValue);
     if (_type == ArrayValue) {
-        return _value.map->Find(ValueKey(index));
+        return HasMap() ? _value.map->Find(ValueKey(index)) : Null;
     }
     if (_type != NullValue) {
         VC_LOG(Error, "Ubrix::Value::operator []", "Type is not an array:%d", static_cast<int>(_type));
@@ -195,7 +227,7 @@ Value const& Value::operator[](int index) const {
 Value const& Value::operator[](char const* key) const {
     assert(_type == ObjectValue || _type == NullValue);
     if (_type == ObjectValue) {
-        return _value.map->Find(ValueKey(key));
+        return HasMap() ? _value.map->Find(ValueKey(key)) : Null;
     }
     if (_type != NullValue) {
         VC_LOG(Error, "Ubrix::Value::operator []", "Type is not an object:%d", static_cast<int>(_type));

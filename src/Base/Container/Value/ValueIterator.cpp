@@ -2,17 +2,41 @@
 #include <VelmorCore/Value.h>
 
 #include "Base/Container/Value/ValueIteratorImpl.h"
+#include "Platform/MemoryWant.h"
 
 namespace Ubrix {
 
+using Platform::WithoutThrow;
+
+namespace {
+
+// A handle without a body stands at the end: want of memory for one of the two must not make a loop endless.
+bool IsAtEnd(ValueIteratorBase const* body) {
+    return body == nullptr || &**body == &Value::Null;
+}
+
+// A new body; null if there is no memory.
+template <class Body>
+ValueIteratorBase* NewBody(ValueMap& map, ValueMap::Entries::iterator current) {
+    return WithoutThrow([&]() -> ValueIteratorBase* { return new Body(map, current); });
+}
+
+ValueIteratorBase* CloneOf(ValueIteratorBase const* body) {
+    return body != nullptr ? body->clone() : nullptr;
+}
+
+}  // namespace
+
 ValueIteratorBase::ValueIteratorBase(ValueIteratorBase* body) : _impl(body) {}
 
-ValueIteratorBase::ValueIteratorBase(ValueIteratorBase const& other)
-    : _impl(other._impl != nullptr ? other._impl->clone() : nullptr) {}
+ValueIteratorBase::ValueIteratorBase(ValueIteratorBase const& other) : _impl(CloneOf(other._impl)) {}
 
 ValueIteratorBase& ValueIteratorBase::operator=(ValueIteratorBase const& other) {
-    if (this != &other) {
-        ValueIteratorBase* const body = other._impl != nullptr ? other._impl->clone() : nullptr;
+    if (this == &other) {
+        return *this;
+    }
+    ValueIteratorBase* const body = CloneOf(other._impl);
+    if (body != nullptr || other._impl == nullptr) {
         delete _impl;
         _impl = body;
     }
@@ -25,7 +49,7 @@ ValueIteratorBase::~ValueIteratorBase() {
 
 bool ValueIteratorBase::operator==(ValueIteratorBase const& other) const {
     if (_impl == nullptr || other._impl == nullptr) {
-        return _impl == other._impl;
+        return IsAtEnd(_impl) && IsAtEnd(other._impl);
     }
     return *_impl == *other._impl;
 }
@@ -91,7 +115,7 @@ ValueConstIterator ValueConstIterator::operator--(int) {
 }
 
 ValueIteratorBase* ValueConstIterator::clone() const {
-    return new ValueConstIterator(*this);
+    return WithoutThrow([this]() -> ValueIteratorBase* { return new ValueConstIterator(*this); });
 }
 
 ValueIterator::ValueIterator() = default;
@@ -123,35 +147,35 @@ Value& ValueIterator::operator*() const {
 }
 
 ValueIteratorBase* ValueIterator::clone() const {
-    return new ValueIterator(*this);
+    return WithoutThrow([this]() -> ValueIteratorBase* { return new ValueIterator(*this); });
 }
 
 ValueConstIterator Value::begin() const {
     if (!HasMap()) {
         return ValueConstIterator();
     }
-    return ValueConstIterator(new ValueConstIteratorImpl(*_value.map, _value.map->entries.begin()));
+    return ValueConstIterator(NewBody<ValueConstIteratorImpl>(*_value.map, _value.map->entries.begin()));
 }
 
 ValueConstIterator Value::end() const {
     if (!HasMap()) {
         return ValueConstIterator();
     }
-    return ValueConstIterator(new ValueConstIteratorImpl(*_value.map, _value.map->entries.end()));
+    return ValueConstIterator(NewBody<ValueConstIteratorImpl>(*_value.map, _value.map->entries.end()));
 }
 
 ValueIterator Value::begin() {
     if (!HasMap()) {
         return ValueIterator();
     }
-    return ValueIterator(new ValueIteratorImpl(*_value.map, _value.map->entries.begin()));
+    return ValueIterator(NewBody<ValueIteratorImpl>(*_value.map, _value.map->entries.begin()));
 }
 
 ValueIterator Value::end() {
     if (!HasMap()) {
         return ValueIterator();
     }
-    return ValueIterator(new ValueIteratorImpl(*_value.map, _value.map->entries.end()));
+    return ValueIterator(NewBody<ValueIteratorImpl>(*_value.map, _value.map->entries.end()));
 }
 
 }  // namespace Ubrix

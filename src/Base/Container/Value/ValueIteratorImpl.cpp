@@ -2,6 +2,8 @@
 
 #include <iterator>
 
+#include "Platform/MemoryWant.h"
+
 namespace Ubrix {
 
 namespace {
@@ -78,14 +80,15 @@ ValueConstIteratorImpl::ValueConstIteratorImpl(ValueMap& map, ValueMap::Entries:
     : ValueIteratorBaseImpl(map, current) {}
 
 ValueIteratorBase* ValueConstIteratorImpl::clone() const {
-    return new ValueConstIteratorImpl(*this);
+    return Platform::WithoutThrow(
+        [this]() -> ValueIteratorBase* { return new ValueConstIteratorImpl(*this); });
 }
 
 ValueIteratorImpl::ValueIteratorImpl(ValueMap& map, ValueMap::Entries::iterator current)
     : ValueIteratorBaseImpl(map, current) {}
 
 ValueIteratorBase* ValueIteratorImpl::clone() const {
-    return new ValueIteratorImpl(*this);
+    return Platform::WithoutThrow([this]() -> ValueIteratorBase* { return new ValueIteratorImpl(*this); });
 }
 
 }  // namespace Ubrix

@@ -7,6 +7,8 @@
 #include <map>
 #include <utility>
 
+#include "Base/Container/Nesting.h"
+
 namespace Ubrix {
 
 // A text or an index. Made for a look-up it borrows the caller's text; a copy owns its text.
@@ -50,7 +52,7 @@ private:
     bool _owned;
 };
 
-struct ValueMap {
+struct ValueMap : ContainerContent {
     using Entries = std::map<ValueKey, Value>;
 
     Entries entries;
@@ -64,7 +66,8 @@ struct ValueMap {
     }
 };
 
-// A null value for who may write to it where no entry is. One a thread, made anew at each call.
+// A null value for who may write to it where no entry is. One a thread, emptied at each call; what a thread
+// leaves in it when it ends isn't given back.
 Value& ScratchValue();
 
 }  // namespace Ubrix

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "Platform/MemoryWant.h"
 #include "Platform/Thread.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
@@ -159,6 +160,7 @@ void DataTaskImpl::OnThreadProc(DataTaskRequest const& request) {
     DataTaskExchange exchange(*request.state, request.ticket);
     int code = DataTaskErrorCode(HttpErrorInternal);
     try {
+        Platform::UnwindScope const scope;
         code = Ask(request, exchange);
     } catch (std::bad_alloc const&) {
         // Nothing was told yet: the request still ends, with the code of any failure.
