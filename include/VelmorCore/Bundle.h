@@ -102,13 +102,13 @@ protected:
 };
 
 // Hands out bundles, and owns them. Every operation may be called on any thread; a bundle's file is read and
-// written with the factory's lock held.
+// written with the factory's lock held. A bundle that there is no memory for stores nothing and answers
+// defaults.
 class VELMORCORE_API BundleFactory {
 public:
-    // The one factory.
+    // The one factory. It is never destroyed.
     static BundleFactory& GetInstance();
-    // Deletes the factory with all its named bundles; their files are saved. The next GetInstance makes a new
-    // one. No other thread may use the factory or a named bundle at the time.
+    // As DestoryBundle for every bundle that GetBundle has given. Nobody may use one of them any more.
     static void ReleaseInstance();
 
     BundleFactory(BundleFactory const&) = delete;
@@ -121,18 +121,13 @@ public:
     // Info line, a bundle without a file: it stores nothing, and its Gets answer the default. So does, after
     // an Error line, a file name that can't be a key (see above): its cipher key would have no place.
     Bundle& GetBundle(char const* name);
-    // Saves and deletes the bundle of that name. Null and a name without a bundle do nothing.
+    // Saves the bundle of that name and deletes it, unless a config file is open on it: then it goes with the
+    // last of those. Null and a name without a bundle do nothing. Callers of GetBundle are counted as one.
     void DestoryBundle(char const* name);
 
 private:
-    struct Registry;
-    friend void CreateBundleFactory();
-
-    BundleFactory();
-    ~BundleFactory();
-
-    static BundleFactory* _Instance;
-    Registry* _registry;
+    BundleFactory() = default;
+    ~BundleFactory() = default;
 };
 
 }  // namespace Ubrix

@@ -8,8 +8,8 @@
 namespace Velmor {
 
 // Made by VelmorCore_NewConfigFile, deleted by VelmorCore_DeleteConfigFile; VelmorCore_GetDefaultHandler
-// gives the kit's own. At most one object for a name may live at a time. Each operation is thread-safe by
-// itself.
+// gives the kit's own. Objects of one name share one file, which is closed with the last of them. Each
+// operation is thread-safe by itself.
 //
 // Texts are zero-terminated bytes; section and key must not be null. What a line of the file can't hold is
 // refused with false and an Error line, and nothing changes: a line end anywhere, a "]" in a section, an "="

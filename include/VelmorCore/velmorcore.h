@@ -78,14 +78,15 @@ VELMORCORE_API void VelmorCore_XLog(VelmorCoreLogPriority level, char const* fil
 /* The kit's own config file, made at the first call. The library owns it: don't delete it. */
 VELMORCORE_API VelmorCoreConfigFile* VelmorCore_GetDefaultHandler(void);
 /* A config file of the name `name` in the cache directory; null and "Velmor" name the kit's own. The caller
- * owns it, and keeps at most one for a name at a time. A name is one of a file that every system can have: up
+ * owns it; objects of one name share one file. A name is one of a file that every system can have: up
  * to 200 bytes, none of / \ < > : " | ? * = or a control character, no "[", "#" or blank at the beginning,
  * not "." or "..", no device of Windows ("NUL", "com1.x"), and neither "RemoteConfig" nor
  * "Velmor" in other letters. For any other the library logs an Error line and gives a file that stores
  * nothing: writes answer false, reads the default. Use one spelling for a file: on this system names that
  * differ in case are two files. */
 VELMORCORE_API VelmorCoreConfigFile* VelmorCore_NewConfigFile(char const* name);
-/* Saves and deletes `*file` and stores null in it. A null `file` or `*file` is ignored. */
+/* Saves and deletes `*file` and stores null in it; its file is closed with the last object on it. A null
+ * `file` or `*file` is ignored. */
 VELMORCORE_API void VelmorCore_DeleteConfigFile(VelmorCoreConfigFile** file);
 
 /* ---- Remote configuration ---- */

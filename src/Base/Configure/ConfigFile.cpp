@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "Base/Configure/ConfigFileName.h"
+#include "Platform/Boundary.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 
@@ -18,17 +19,16 @@ namespace {
 
 constexpr char kOwnName[] = "Velmor";
 
-// Carries a call to the bundle; without one it says so and answers `neutral`.
+}  // namespace
+
 template <class Result, class Call>
-Result Forward(Bundle* bundle, char const* function, Result neutral, Call call) {
-    if (bundle == nullptr) {
+Result ConfigFile::Forward(char const* function, Result neutral, Call const& call) {
+    if (_bundle == nullptr) {
         VC_LOG(Error, function, "_bundle is null");
         return neutral;
     }
-    return call(*bundle);
+    return Ubrix::AtBoundary(neutral, [this, &call] { return call(*_bundle); });
 }
-
-}  // namespace
 
 ConfigFile::ConfigFile(char const* name) {
     constexpr char kFunction[] = "Velmor::ConfigFile::ConfigFile";
@@ -50,92 +50,89 @@ ConfigFile::ConfigFile(char const* name) {
     }
     AString file(name);
     file += ".config";
-    Ubrix::CPath::GetSubPath(_path, directory, file.c_str());
-    _bundle = &BundleFactory::GetInstance().GetBundle(_path.c_str());
-}
-
-ConfigFile::~ConfigFile() {
-    BundleFactory::GetInstance().DestoryBundle(_path.c_str());
+    AString path;
+    Ubrix::CPath::GetSubPath(path, directory, file.c_str());
+    _bundle = &_hold.Take(path.c_str());
 }
 
 bool ConfigFile::SetCache(char const* section, char const* key, bool value) {
-    return Forward(_bundle, "Velmor::ConfigFile::SetCache", false,
+    return Forward("Velmor::ConfigFile::SetCache", false,
                    [&](Bundle& bundle) { return bundle.SetNoSave(section, key, value); });
 }
 
 bool ConfigFile::SetCache(char const* section, char const* key, char const* value) {
-    return Forward(_bundle, "Velmor::ConfigFile::SetCache", false,
+    return Forward("Velmor::ConfigFile::SetCache", false,
                    [&](Bundle& bundle) { return bundle.SetNoSave(section, key, value); });
 }
 
 bool ConfigFile::SetCache(char const* section, char const* key, std::int64_t value) {
-    return Forward(_bundle, "Velmor::ConfigFile::SetCache", false, [&](Bundle& bundle) {
+    return Forward("Velmor::ConfigFile::SetCache", false, [&](Bundle& bundle) {
         return bundle.SetNoSave(section, key, static_cast<long long>(value));
     });
 }
 
 bool ConfigFile::SetCache(char const* section, char const* key, int value) {
-    return Forward(_bundle, "Velmor::ConfigFile::SetCache", false,
+    return Forward("Velmor::ConfigFile::SetCache", false,
                    [&](Bundle& bundle) { return bundle.SetNoSave(section, key, value); });
 }
 
 bool ConfigFile::RemoveValueForKey(char const* section, char const* key) {
-    return Forward(_bundle, "Velmor::ConfigFile::RemoveValueForKey", false,
+    return Forward("Velmor::ConfigFile::RemoveValueForKey", false,
                    [&](Bundle& bundle) { return bundle.RemoveKeyNoSave(section, key); });
 }
 
 bool ConfigFile::RemoveSection(char const* section) {
-    return Forward(_bundle, "Velmor::ConfigFile::RemoveSection", false,
+    return Forward("Velmor::ConfigFile::RemoveSection", false,
                    [&](Bundle& bundle) { return bundle.RemoveSectionNoSave(section); });
 }
 
 bool ConfigFile::RemoveAll() {
-    return Forward(_bundle, "Velmor::ConfigFile::RemoveAll", false,
+    return Forward("Velmor::ConfigFile::RemoveAll", false,
                    [](Bundle& bundle) { return bundle.ClearNoSave(); });
 }
 
 bool ConfigFile::SaveCacheToFile() {
-    return Forward(_bundle, "Velmor::ConfigFile::SaveCacheToFile", false,
+    return Forward("Velmor::ConfigFile::SaveCacheToFile", false,
                    [](Bundle& bundle) { return bundle.Save(); });
 }
 
 bool ConfigFile::SetAndSave(char const* section, char const* key, bool value) {
-    return Forward(_bundle, "Velmor::ConfigFile::SetAndSave", false,
+    return Forward("Velmor::ConfigFile::SetAndSave", false,
                    [&](Bundle& bundle) { return bundle.Set(section, key, value); });
 }
 
 bool ConfigFile::SetAndSave(char const* section, char const* key, char const* value) {
-    return Forward(_bundle, "Velmor::ConfigFile::SetAndSave", false,
+    return Forward("Velmor::ConfigFile::SetAndSave", false,
                    [&](Bundle& bundle) { return bundle.Set(section, key, value); });
 }
 
 bool ConfigFile::SetAndSave(char const* section, char const* key, std::int64_t value) {
-    return Forward(_bundle, "Velmor::ConfigFile::SetAndSave", false,
+    return Forward("Velmor::ConfigFile::SetAndSave", false,
                    [&](Bundle& bundle) { return bundle.Set(section, key, static_cast<long long>(value)); });
 }
 
 bool ConfigFile::SetAndSave(char const* section, char const* key, int value) {
-    return Forward(_bundle, "Velmor::ConfigFile::SetAndSave", false,
+    return Forward("Velmor::ConfigFile::SetAndSave", false,
                    [&](Bundle& bundle) { return bundle.Set(section, key, value); });
 }
 
 bool ConfigFile::RemoveValueForKeyAndSave(char const* section, char const* key) {
-    return Forward(_bundle, "Velmor::ConfigFile::RemoveValueForKeyAndSave", false,
+    return Forward("Velmor::ConfigFile::RemoveValueForKeyAndSave", false,
                    [&](Bundle& bundle) { return bundle.RemoveKey(section, key); });
 }
 
 bool ConfigFile::RemoveSectionAndSave(char const* section) {
-    return Forward(_bundle, "Velmor::ConfigFile::RemoveSectionAndSave", false,
+    return Forward("Velmor::ConfigFile::RemoveSectionAndSave", false,
                    [&](Bundle& bundle) { return bundle.RemoveSection(section); });
 }
 
 bool ConfigFile::RemoveAllAndSave() {
-    return Forward(_bundle, "Velmor::ConfigFile::RemoveAllAndSave", false,
+    return Forward("Velmor::ConfigFile::RemoveAllAndSave", false,
                    [](Bundle& bundle) { return bundle.Clear(); });
 }
 
 bool ConfigFile::GetFromCache(char const* section, char const* key, bool defaultValue) {
-    return Forward(_bundle, "Velmor::ConfigFile::GetFromCache", defaultValue,
+    return Forward("Velmor::ConfigFile::GetFromCache", defaultValue,
                    [&](Bundle& bundle) { return bundle.Get(section, key, defaultValue); });
 }
 
@@ -148,30 +145,36 @@ bool ConfigFile::GetFromCache(char const* section, char const* key, char* value,
     }
     int const room = *size;
     std::memset(value, 0, static_cast<std::size_t>(room));
-    AString const text = Forward(_bundle, kFunction, AString(defaultValue),
-                                 [&](Bundle& bundle) { return bundle.Get(section, key, defaultValue); });
+    AString text;
+    bool const isRead = Forward(kFunction, false, [&](Bundle& bundle) {
+        text = bundle.Get(section, key, defaultValue);
+        return true;
+    });
+    if (!isRead && !Ubrix::AtBoundary([&] { text = defaultValue; })) {
+        return false;
+    }
     bool const fits = text.length() < room;
     if (!fits) {
         VC_LOG(Error, kFunction, "cut string");
     }
     *size = fits ? text.length() : room - 1;
     std::memcpy(value, text.c_str(), static_cast<std::size_t>(*size));
-    return fits && _bundle != nullptr;
+    return fits && isRead;
 }
 
 int ConfigFile::GetFromCache(char const* section, char const* key, int defaultValue) {
-    return Forward(_bundle, "Velmor::ConfigFile::GetFromCache", defaultValue,
+    return Forward("Velmor::ConfigFile::GetFromCache", defaultValue,
                    [&](Bundle& bundle) { return bundle.Get(section, key, defaultValue); });
 }
 
 std::int64_t ConfigFile::GetFromCache(char const* section, char const* key, std::int64_t defaultValue) {
-    return Forward(_bundle, "Velmor::ConfigFile::GetFromCache", defaultValue, [&](Bundle& bundle) {
+    return Forward("Velmor::ConfigFile::GetFromCache", defaultValue, [&](Bundle& bundle) {
         return static_cast<std::int64_t>(bundle.Get(section, key, static_cast<long long>(defaultValue)));
     });
 }
 
 bool ConfigFile::IsContainKey(char const* section, char const* key) {
-    return Forward(_bundle, "Velmor::ConfigFile::IsContainKey", false,
+    return Forward("Velmor::ConfigFile::IsContainKey", false,
                    [&](Bundle& bundle) { return bundle.HasKey(section, key); });
 }
 

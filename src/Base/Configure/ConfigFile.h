@@ -3,7 +3,8 @@
 
 #include <VelmorCore/Bundle.h>
 #include <VelmorCore/ConfigFile.h>
-#include <VelmorCore/Object.h>
+
+#include "Storage/Bundle/BundleHold.h"
 
 namespace Velmor {
 
@@ -14,8 +15,8 @@ public:
     // name that CanNameConfigFile refuses, and a cache directory that is missing, leave the object without
     // storage.
     explicit ConfigFile(char const* name);
-    // Saves and closes the file, but for the kit's own.
-    ~ConfigFile() override;
+    // Saves the file, but for the kit's own. It is closed with the last object on it.
+    ~ConfigFile() override = default;
     ConfigFile(ConfigFile const&) = delete;
     ConfigFile& operator=(ConfigFile const&) = delete;
 
@@ -42,10 +43,14 @@ public:
     bool IsContainKey(char const* section, char const* key) override;
 
 private:
-    // The storage, borrowed from the factory; null without one.
+    // What is done without a bundle, or without memory, answers `neutral`.
+    template <class Result, class Call>
+    Result Forward(char const* function, Result neutral, Call const& call);
+
+    // The storage; null without one.
     Ubrix::Bundle* _bundle = nullptr;
-    // Empty for the kit's own configuration.
-    Ubrix::AString _path;
+    // Keeps it, unless it is the kit's own.
+    Ubrix::BundleHold _hold;
 };
 
 }  // namespace Velmor

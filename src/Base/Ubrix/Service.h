@@ -39,7 +39,7 @@ public:
     }
     // Short work on the state, with the lock held; it doesn't call out.
     template <class Work>
-    auto With(Work const& work) {
+    decltype(auto) With(Work const& work) {
         Platform::ScopedLock const lock(_lock);
         return work(*Standing());
     }

@@ -2,6 +2,7 @@
 
 #include <VelmorCore/File.h>
 
+#include "Base/Ubrix/Service.h"
 #include "Security/Crypto/Wipe.h"
 #include "Storage/Log/LogMacros.h"
 
@@ -23,8 +24,9 @@ StoredKeys::~StoredKeys() {
 }
 
 SecurityStore* SecurityStore::GetInstance() {
-    static SecurityStore* const instance = new SecurityStoreImp();
-    return instance;
+    // Lasts as long as the process.
+    static auto& store = *new Service<SecurityStoreImp>(nullptr);
+    return store.Share().get();
 }
 
 SecurityStoreImp::SecurityStoreImp() {

@@ -2,11 +2,14 @@
 
 #include <map>
 #include <memory>
+#include <new>
 #include <string>
 #include <utility>
 
-#include "Platform/Mutex.h"
+#include "Base/Ubrix/Service.h"
+#include "Platform/Boundary.h"
 #include "Storage/Bundle/BundleFactoryLoad.h"
+#include "Storage/Bundle/BundleHold.h"
 #include "Storage/Bundle/BundleImpl.h"
 #include "Storage/Bundle/PlatformMetadata.h"
 #include "Storage/Log/LogMacros.h"
@@ -15,19 +18,49 @@ namespace Ubrix {
 
 namespace {
 
-// Guards the pointer to the factory, nothing else.
-Platform::RecursiveMutex& InstanceLock() {
-    static Platform::RecursiveMutex* const lock = new Platform::RecursiveMutex();
-    return *lock;
+// A bundle by name, and who keeps it.
+struct NamedBundle {
+    explicit NamedBundle(std::string const& path) : bundle(path.c_str()) {}
+    bool IsKept() const { return isHandedOut || holds != 0; }
+
+    BundleImpl bundle;
+    // From GetBundle to DestoryBundle: the factory's callers are one keeper.
+    bool isHandedOut = false;
+    int holds = 0;
+};
+
+// The holder's lock is also held while a bundle's file is read or saved: a name has one bundle at any time,
+// and its successor sees what it saved. It is taken above the locks of the file.
+struct NamedBundles {
+    std::map<std::string, NamedBundle> all;
+
+    NamedBundle& Find(std::string const& path) { return all.try_emplace(path, path).first->second; }
+    // The bundle is saved, with its end or by hand.
+    void LetGo(std::map<std::string, NamedBundle>::iterator entry) {
+        if (entry->second.IsKept()) {
+            entry->second.bundle.Save();
+        } else {
+            all.erase(entry);
+        }
+    }
+};
+
+Service<NamedBundles>& TheBundles() {
+    static auto& bundles = *new Service<NamedBundles>(nullptr);
+    return bundles;
 }
 
-// Guards the pointer to the default bundle; held while that is made.
-Platform::RecursiveMutex& DefaultBundleLock() {
-    static Platform::RecursiveMutex* const lock = new Platform::RecursiveMutex();
-    return *lock;
+// Lasts as long as the process.
+Service<BundleImpl>& TheDefaultBundle() {
+    static auto& bundle = *new Service<BundleImpl>(nullptr);
+    return bundle;
 }
 
-Bundle* g_defaultBundle = nullptr;
+// What a caller gets if there is no memory for a bundle.
+Bundle& NoBundle() {
+    static auto& bundle = *new BundleImpl(IniBundle::WithoutFile());
+    return bundle;
+}
 
 }  // namespace
 
@@ -35,52 +68,38 @@ AString Bundle::GetMetaString(char const* section, char const* key, char const* 
     return PlatformMetadata::Get(section, key, defaultValue);
 }
 
-// The lock guards the map, and is held while a bundle's file is read or saved: a name has one bundle at any
-// time, and its successor sees what it saved. It is taken above the locks of the file.
-struct BundleFactory::Registry {
-    Platform::RecursiveMutex lock;
-    std::map<std::string, std::unique_ptr<Bundle>> bundles VC_GUARDED_BY(lock);
-};
-
-BundleFactory* BundleFactory::_Instance = nullptr;
-
-BundleFactory::BundleFactory() : _registry(new Registry) {}
-
-BundleFactory::~BundleFactory() {
-    delete _registry;
-}
-
 BundleFactory& BundleFactory::GetInstance() {
-    Platform::ScopedLock lock(InstanceLock());
-    if (_Instance == nullptr) {
-        _Instance = new BundleFactory();
-    }
-    return *_Instance;
+    // Never destroyed, and made without memory of its own.
+    alignas(BundleFactory) static unsigned char room[sizeof(BundleFactory)];
+    static auto& factory = *new (room) BundleFactory;
+    return factory;
 }
 
 void BundleFactory::ReleaseInstance() {
-    BundleFactory* released = nullptr;
-    {
-        Platform::ScopedLock lock(InstanceLock());
-        std::swap(released, _Instance);
-    }
-    delete released;
+    AtBoundary([] {
+        TheBundles().With([](NamedBundles& bundles) {
+            for (auto entry = bundles.all.begin(); entry != bundles.all.end();) {
+                auto const next = std::next(entry);
+                if (std::exchange(entry->second.isHandedOut, false)) {
+                    bundles.LetGo(entry);
+                }
+                entry = next;
+            }
+        });
+    });
 }
 
 void CreateBundleFactory() {
     BundleFactory::GetInstance();
+    TheBundles();
+    TheDefaultBundle();
+    NoBundle();
 }
 
 Bundle& BundleFactory::GetDefaultBundle() {
-    Platform::ScopedLock lock(DefaultBundleLock());
-    if (g_defaultBundle == nullptr) {
-        auto made = std::make_unique<BundleImpl>();
-        // Reading the file logs: a log callback may have asked for the bundle, and then its one stands.
-        if (g_defaultBundle == nullptr) {
-            g_defaultBundle = made.release();
-        }
-    }
-    return *g_defaultBundle;
+    Bundle* bundle = &NoBundle();
+    AtBoundary([&bundle] { bundle = TheDefaultBundle().Share().get(); });
+    return *bundle;
 }
 
 Bundle& BundleFactory::GetBundle(char const* name) {
@@ -88,22 +107,51 @@ Bundle& BundleFactory::GetBundle(char const* name) {
         VC_LOG(Error, "Ubrix::BundleFactory::GetBundle", "name is NULL");
         return GetDefaultBundle();
     }
-    Platform::ScopedLock lock(_registry->lock);
-    auto const standing = _registry->bundles.find(name);
-    if (standing != _registry->bundles.end()) {
-        return *standing->second;
-    }
-    // As with the default bundle, one that a log callback has asked for meanwhile stands.
-    auto made = std::make_unique<BundleImpl>(name);
-    return *_registry->bundles.emplace(name, std::move(made)).first->second;
+    Bundle* bundle = &NoBundle();
+    AtBoundary([&] {
+        TheBundles().With([&](NamedBundles& bundles) {
+            NamedBundle& named = bundles.Find(name);
+            named.isHandedOut = true;
+            bundle = &named.bundle;
+        });
+    });
+    return *bundle;
 }
 
 void BundleFactory::DestoryBundle(char const* name) {
     if (name == nullptr) {
         return;
     }
-    Platform::ScopedLock lock(_registry->lock);
-    _registry->bundles.erase(name);
+    AtBoundary([name] {
+        TheBundles().With([name](NamedBundles& bundles) {
+            auto const entry = bundles.all.find(name);
+            if (entry != bundles.all.end() && std::exchange(entry->second.isHandedOut, false)) {
+                bundles.LetGo(entry);
+            }
+        });
+    });
+}
+
+Bundle& BundleHold::Take(std::string path) {
+    return TheBundles().With([&](NamedBundles& bundles) -> Bundle& {
+        NamedBundle& named = bundles.Find(path);
+        ++named.holds;
+        _path = std::move(path);
+        return named.bundle;
+    });
+}
+
+BundleHold::~BundleHold() {
+    if (_path.empty()) {
+        return;
+    }
+    AtBoundary([this] {
+        TheBundles().With([this](NamedBundles& bundles) {
+            auto const entry = bundles.all.find(_path);
+            --entry->second.holds;
+            bundles.LetGo(entry);
+        });
+    });
 }
 
 }  // namespace Ubrix

@@ -3,7 +3,7 @@
 
 namespace Ubrix {
 
-// Makes the factory if none stands. Opens no file.
+// Makes what the factory needs before its first bundle. Opens no file.
 void CreateBundleFactory();
 
 }  // namespace Ubrix

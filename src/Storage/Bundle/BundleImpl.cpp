@@ -78,6 +78,8 @@ BundleImpl::BundleImpl() : _ini(std::make_unique<IniBundle>()) {}
 
 BundleImpl::BundleImpl(char const* path) : _ini(std::make_unique<IniBundle>(path)) {}
 
+BundleImpl::BundleImpl(IniBundle::WithoutFile without) : _ini(std::make_unique<IniBundle>(without)) {}
+
 BundleImpl::~BundleImpl() = default;
 
 bool BundleImpl::Set(char const* section, Value const& values) {

@@ -17,6 +17,8 @@ public:
     BundleImpl();
     // On the file at `path`. An empty path gives a bundle that stores nothing.
     explicit BundleImpl(char const* path);
+    // Stores nothing.
+    explicit BundleImpl(IniBundle::WithoutFile without);
     // Saves the file.
     ~BundleImpl() override;
 

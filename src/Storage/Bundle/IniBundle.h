@@ -21,6 +21,9 @@ public:
     // On "Velmor.config" in the cache directory.
     IniBundle();
     explicit IniBundle(char const* path);
+    // On no file.
+    struct WithoutFile {};
+    explicit IniBundle(WithoutFile /*without*/) {}
     // Saves the file. Deleted as exactly this class.
     ~IniBundle() = default;
     IniBundle(IniBundle const&) = delete;

@@ -1,5 +1,7 @@
 #include "Base/Configure/ConfigFile.h"
 
+#include <VelmorCore/Bundle.h>
+#include <VelmorCore/File.h>
 #include <VelmorCore/velmorcore.h>
 #include <gtest/gtest.h>
 
@@ -38,6 +40,28 @@ TEST(ConfigFile, KeepsTypedValuesInItsOwnEncipheredFile) {
     EXPECT_FALSE(file->IsContainKey("s", "int"));
     EXPECT_TRUE(file->RemoveSection("s") && file->RemoveAllAndSave());
     VelmorCore_DeleteConfigFile(&file);
+}
+
+TEST(ConfigFile, StaysOpenAsLongAsOneObjectOfItsNameOrAHandedOutBundle) {
+    std::string const path = std::string(Ubrix::CPath::GetCachePath()) + "Shared.config";
+    Ubrix::BundleFactory& factory = Ubrix::BundleFactory::GetInstance();
+    Velmor::IConfigFile* first = VelmorCore_NewConfigFile("Shared");
+    Velmor::IConfigFile* second = VelmorCore_NewConfigFile("Shared");
+    first->SetCache("s", "k", 1);
+    VelmorCore_DeleteConfigFile(&first);
+    EXPECT_NE(::Test::ReadWholeFile(path), "") << "a deletion saves";
+    Ubrix::Bundle& bundle = factory.GetBundle(path.c_str());
+    EXPECT_EQ(bundle.Get("s", "k", 0), 1);
+    factory.DestoryBundle(path.c_str());
+    Ubrix::BundleFactory::ReleaseInstance();
+    EXPECT_EQ(second->GetFromCache("s", "k", 0), 1);
+    factory.GetBundle(path.c_str());
+    VelmorCore_DeleteConfigFile(&second);
+    EXPECT_TRUE(bundle.SetNoSave("s", "k", 2));
+    factory.DestoryBundle(path.c_str());
+    second = VelmorCore_NewConfigFile("Shared");
+    EXPECT_EQ(second->GetFromCache("s", "k", 0), 2);
+    VelmorCore_DeleteConfigFile(&second);
 }
 
 // What another file, the library itself, or another system has a use for. Of each, no file may be left.
