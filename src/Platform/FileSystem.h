@@ -15,6 +15,8 @@ namespace Ubrix::Platform {
 bool PathExists(char const* path);
 // True if `path` names a directory.
 bool IsDirectory(char const* path);
+// True if both paths name one directory, whatever they are spelt like.
+bool IsSameDirectory(char const* left, char const* right);
 // Makes one directory, private to the user. False if it exists or can't be made.
 bool MakeDirectory(char const* path);
 // Who can change what stands in a directory.

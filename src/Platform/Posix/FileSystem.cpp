@@ -20,6 +20,13 @@ bool IsDirectory(char const* path) {
     return stat(path, &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+bool IsSameDirectory(char const* left, char const* right) {
+    struct stat one {};
+    struct stat other {};
+    return stat(left, &one) == 0 && stat(right, &other) == 0 && S_ISDIR(one.st_mode) &&
+           one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
 bool MakeDirectory(char const* path) {
     return mkdir(path, S_IRWXU) == 0;
 }

@@ -1,5 +1,7 @@
 #include "Storage/File/EncryptedIniFileImp.h"
 
+#include <VelmorCore/File.h>
+
 #include <algorithm>
 #include <string>
 #include <string_view>
@@ -20,6 +22,8 @@ namespace Ubrix {
 namespace {
 
 constexpr std::size_t kKeySize = 16;
+// With the separator it is no file's name.
+constexpr char kElsewhere[] = "elsewhere/";
 constexpr std::size_t kEncipheredOverhead = 17;
 
 // Wipes a text or byte list when it goes out of scope.
@@ -91,9 +95,20 @@ EncryptedIniFileImpl::~EncryptedIniFileImpl() {
     SaveAtEnd();
 }
 
-char const* EncryptedIniFileImpl::EntryName() const {
-    std::size_t const separator = _path.rfind('/');
-    return _path.c_str() + (separator == std::string::npos ? 0 : separator + 1);
+std::string EncryptedIniFileImpl::BareName() const {
+    return _path.substr(_path.rfind('/') + 1);
+}
+
+bool EncryptedIniFileImpl::IsInCache() const {
+    char const* const cache = CPath::GetCachePath();
+    std::string const directory = _path.substr(0, _path.rfind('/') + 1);
+    return cache != nullptr && Platform::IsSameDirectory(directory.empty() ? "." : directory.c_str(), cache);
+}
+
+std::string EncryptedIniFileImpl::EntryName() const {
+    char const* const cache = CPath::GetCachePath();
+    bool const hasNamesake = cache != nullptr && Platform::PathExists((cache + BareName()).c_str());
+    return hasNamesake && !IsInCache() ? kElsewhere + BareName() : BareName();
 }
 
 std::string EncryptedIniFileImpl::JoinedLines() const {
@@ -147,20 +162,33 @@ char const* EncryptedIniFileImpl::WriteFile() {
 
 char const* EncryptedIniFileImpl::Exchange(SecurityStore& store, FileReplacement& replacement,
                                            StoredKeys& keys) {
+    std::string const entry = EntryName();
     StoredKeys before;
-    if (!store.ReadKeys(EntryName(), before)) {
+    if (!store.ReadKeys(entry.c_str(), before)) {
         return "the key store can't be read now";
     }
+    KeepForNamesake(store, before);
     keys.earlier = KeyOfFile(before);
-    if (!store.WriteKeys(EntryName(), keys)) {
+    if (!store.WriteKeys(entry.c_str(), keys)) {
         return "its key can't be stored";
     }
     if (!replacement.Commit()) {
-        store.WriteKeys(EntryName(), before);
+        store.WriteKeys(entry.c_str(), before);
         return replacement.Obstacle();
     }
     _known.current.swap(keys.current);
     return nullptr;
+}
+
+void EncryptedIniFileImpl::KeepForNamesake(SecurityStore& store, StoredKeys const& before) const {
+    if (before.current.empty() || Platform::PathExists(_path.c_str()) || !IsInCache()) {
+        return;
+    }
+    std::string const entry = kElsewhere + BareName();
+    StoredKeys elsewhere;
+    if (store.ReadKeys(entry.c_str(), elsewhere) && elsewhere.current.empty()) {
+        store.WriteKeys(entry.c_str(), before);
+    }
 }
 
 std::string EncryptedIniFileImpl::KeyOfFile(StoredKeys const& keys) const {
@@ -191,12 +219,8 @@ EncipheredContent EncryptedIniFileImpl::ReadFile() {
         return content;
     }
     content = CheckEnciphered(bytes);
-    StoredKeys keys;
-    if (content.fault == EncipheredFault::None &&
-        !SecurityStore::GetInstance()->ReadKeys(EntryName(), keys)) {
-        content.fault = EncipheredFault::Unreadable;
-    } else if (content.fault == EncipheredFault::None && !Decipher(content.body, keys)) {
-        content.fault = EncipheredFault::Cipher;
+    if (content.fault == EncipheredFault::None) {
+        content.fault = Open(content.body);
     }
     content.body = {};
     if (content.fault == EncipheredFault::None || TakePlain(bytes)) {
@@ -206,6 +230,21 @@ EncipheredContent EncryptedIniFileImpl::ReadFile() {
     Leave(content.fault == EncipheredFault::Unreadable ||
           (content.fault == EncipheredFault::Cipher && !turn.IsHeld()));
     return content;
+}
+
+EncipheredFault EncryptedIniFileImpl::Open(std::string_view body) {
+    SecurityStore& store = *SecurityStore::GetInstance();
+    // Under its bare name lies the key of a file elsewhere that was saved before its namesake came to be.
+    for (std::string const& entry : {EntryName(), BareName()}) {
+        StoredKeys keys;
+        if (!store.ReadKeys(entry.c_str(), keys)) {
+            return EncipheredFault::Unreadable;
+        }
+        if (Decipher(body, keys)) {
+            return EncipheredFault::None;
+        }
+    }
+    return EncipheredFault::Cipher;
 }
 
 bool EncryptedIniFileImpl::TakePlain(std::string_view bytes) {

@@ -12,8 +12,10 @@ namespace Ubrix {
 
 // Only Load and Save differ from the plain file. Each save takes a fresh key: the holder of the server's
 // private key finds it again from the public key in the file's head, this library from the key store, where
-// it lies as Base64 under the file's bare name. (Two files of one name in two directories share that entry,
-// and only the one saved last opens.) Without a key that the server can find nothing is saved.
+// it lies as Base64 under the file's bare name. A file outside of the cache directory leaves that entry to
+// one of its name in there, and has "elsewhere/" and the name for its own. (Two files of one name in two
+// other directories share their entry, and only the one saved last opens.) Without a key that the server can
+// find nothing is saved.
 //
 // A plain file is usable at once and takes the enciphered form at its next save. One that is neither, or that
 // no key opens, is left as it is until a save moves it aside.
@@ -38,13 +40,19 @@ protected:
     char const* WriteFile() VC_REQUIRES(_lock) override;
 
 private:
+    std::string BareName() const;
+    bool IsInCache() const;
     // The name of this file's entry in the key store.
-    char const* EntryName() const;
+    std::string EntryName() const;
+    // Before this file's first save takes the entry of its name: a file elsewhere may have had it so far.
+    void KeepForNamesake(SecurityStore& store, StoredKeys const& before) const;
     // Takes in what stands on the disk. Of what is wrong with it, the body is empty.
     EncipheredContent ReadFile() VC_REQUIRES(_lock);
     // Whether the bytes are text; what of it isn't known is taken in.
     bool TakePlain(std::string_view bytes) VC_REQUIRES(_lock);
-    // Takes the lines of a body in, if one of the keys opens it.
+    // Takes the lines of a body in, if a key that may be this file's opens it.
+    EncipheredFault Open(std::string_view body) VC_REQUIRES(_lock);
+    // The same, if one of these keys opens it.
     bool Decipher(std::string_view body, StoredKeys const& keys) VC_REQUIRES(_lock);
     // Which of the keys opens what stands on the disk; the current one if that can't be told.
     std::string KeyOfFile(StoredKeys const& keys) const VC_REQUIRES(_lock);

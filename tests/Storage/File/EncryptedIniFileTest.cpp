@@ -1,3 +1,4 @@
+#include <VelmorCore/File.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -164,6 +165,25 @@ TEST_F(EncryptedIniFileTest, AMissingOrDamagedKeyIsRefused) {
         SecurityStore::GetInstance()->Set(kEntry, key);
         ExpectRefusal(_content, "config file zk_symmetry_decrypt2 failed!");
     }
+}
+
+// The one outside of the cache directory came first, and neither takes the other's key.
+TEST_F(EncryptedIniFileTest, NamesakesInTwoDirectoriesKeepTheirKeys) {
+    std::string const path = std::string(CPath::GetCachePath()) + kEntry;
+    for (char const* value : {"1", "2", "3"}) {
+        EncryptedIniFileImpl namesake(path.c_str());
+        EXPECT_EQ(namesake.Load(), *value != '1');
+        namesake.WriteString("a", "k", value);
+        namesake.Save();
+        if (*value != '2') {
+            _file->Save();
+        }
+        EXPECT_EQ(ValueAfterLoad(), "value");
+    }
+    EncryptedIniFileImpl otherSpelling((std::string("Cache/../Cache/") + kEntry).c_str());
+    EXPECT_TRUE(otherSpelling.Load());
+    EXPECT_STREQ(otherSpelling.ReadString("a", "k", "").CString(), "3");
+    unlink(path.c_str());
 }
 
 TEST_F(EncryptedIniFileTest, APlainFileIsUsableAtOnceAndAMissingOneIsNoError) {
