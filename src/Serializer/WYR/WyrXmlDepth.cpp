@@ -112,7 +112,7 @@ char const* BehindEndTag(char const* text) {
 
 bool IsWithinXmlDepth(char const* text) {
     int depth = 0;
-    while (text != nullptr && depth <= kMaxXmlDepth) {
+    while (text != nullptr) {
         text = std::strchr(text, '<');
         if (text == nullptr) {
             return true;
@@ -126,12 +126,15 @@ bool IsWithinXmlDepth(char const* text) {
             text = Behind(text + 1, "?>");
         } else if (*text == '!') {
             text = BehindDeclaration(text + 1);
+        } else if (depth == kMaxXmlDepth) {
+            // One that closes itself is a level too.
+            return false;
         } else {
             text = BehindStartTag(text, &change);
         }
         depth += change;
     }
-    return depth <= kMaxXmlDepth;
+    return true;
 }
 
 }  // namespace Ubrix

@@ -128,4 +128,6 @@ TEST(WyrXmlReader, BoundsTheDepthBeforeParsing) {
             << form.open;
     }
     EXPECT_EQ(StateOf(Repeated("<a>", 100000)), WyrError::WYR_ERR_XML_PARSE);
+    std::string const full = Repeated("<a>", kMaxXmlDepth) + "<b/>" + Repeated("</a>", kMaxXmlDepth);
+    EXPECT_EQ(StateOf(full), WyrError::WYR_ERR_XML_PARSE) << "an element that closes itself is a level too";
 }
