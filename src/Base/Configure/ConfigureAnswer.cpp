@@ -16,7 +16,7 @@
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Time/ClockSource.h"
-#include "System/WWW/Task/DataTaskImpl.h"
+#include "System/WWW/Task/DataTaskState.h"
 
 namespace Velmor {
 
@@ -83,7 +83,7 @@ void Compose(std::string const& url, ConfigAnswer& answer, Ubrix::IniLines& line
 }  // namespace
 
 struct ConfigureImpl::Outcome {
-    Ubrix::DataTask* task;
+    std::string requestUrl;
     int errorCode;
     int httpStatus;
     std::uint64_t length;
@@ -93,10 +93,9 @@ void ConfigureImpl::OnDataTaskFinished(Ubrix::DataTask* task, int errorCode, int
                                        std::uint64_t length) {
     // A log callback, or an observer, may release it meanwhile.
     std::shared_ptr<ConfigureImpl> const self = shared_from_this();
-    Outcome const outcome{task, errorCode, httpStatus, length};
     try {
         Ubrix::Platform::UnwindScope const scope;
-        EndAndTell(outcome, data);
+        EndAndTell({RequestUrl(task), errorCode, httpStatus, length}, data);
     } catch (std::bad_alloc const&) {
         // Wherever it was: whoever fetches next must find a state that lets it.
         ScopedLock lock(_lock);
@@ -108,11 +107,17 @@ void ConfigureImpl::OnDataTaskFinished(Ubrix::DataTask* task, int errorCode, int
     }
 }
 
+// Asked for before anything is logged: a log callback may release the task.
+std::string ConfigureImpl::RequestUrl(Ubrix::DataTask* task) {
+    ScopedLock lock(_lock);
+    return task != nullptr ? task->GetUrl() : "";
+}
+
 void ConfigureImpl::EndAndTell(Outcome const& outcome, char const* body) {
     auto const answer = std::make_shared<ConfigAnswer>();
     Ending const ending = End(outcome, body, *answer);
     // What follows runs when the task is idle again, so that a fetch that starts meanwhile finds it free.
-    Ubrix::DataTaskImpl::RunOnceIdle(outcome.task, [self = shared_from_this(), ending, answer] {
+    Ubrix::DataTaskState::RunOnceIdle([self = shared_from_this(), ending, answer] {
         self->StartWhatWaits(ending);
         if (ending == Ending::Answered) {
             NotifyModules(*answer);
@@ -153,8 +158,7 @@ bool ConfigureImpl::DropIfIgnored(Outcome const& outcome) {
            "OnDataTaskFinished ignore result:(error:%d, httpStatus:%d, cost time %llu ms, len:%llu), "
            "requestUrl:%s, setUrl:%s",
            outcome.errorCode, outcome.httpStatus, CostMilliseconds(),
-           static_cast<unsigned long long>(outcome.length),
-           ForeignText(outcome.task != nullptr ? outcome.task->GetUrl() : nullptr).c_str(),
+           static_cast<unsigned long long>(outcome.length), ForeignText(outcome.requestUrl).c_str(),
            ForeignText(_url).c_str());
     return true;
 }

@@ -91,6 +91,7 @@ private:
     // Empties the cache in memory only; the caller saves.
     void ForgetCache() VC_REQUIRES(_lock);
 
+    std::string RequestUrl(Ubrix::DataTask* task);
     // How a fetch ended.
     enum class Ending { Ignored, Failed, Answered };
     void EndAndTell(Outcome const& outcome, char const* body);

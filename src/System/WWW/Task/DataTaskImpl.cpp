@@ -113,10 +113,6 @@ bool DataTaskImpl::TryGet(DataTask* task) {
     return static_cast<DataTaskImpl*>(task)->Begin(std::string()) == Start::Started;
 }
 
-void DataTaskImpl::RunOnceIdle(DataTask* task, std::function<void()> work) {
-    static_cast<DataTaskImpl*>(task)->_state->RunOnceIdle(std::move(work));
-}
-
 // The request is made first: nothing may fail between the mark and the worker that takes it back.
 DataTaskImpl::Start DataTaskImpl::Begin(std::string body) {
     auto request = std::make_unique<DataTaskRequest>();

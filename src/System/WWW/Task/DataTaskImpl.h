@@ -3,7 +3,6 @@
 
 #include <VelmorCore/Http.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -30,8 +29,6 @@ public:
     // Get for callers that must know whether an outcome will come: false if it won't. Never waits for a
     // listener's call. `task` was made by WWW::Request.
     static bool TryGet(DataTask* task);
-    // Inside the listener's call only; see DataTaskState. `task` was made by WWW::Request.
-    static void RunOnceIdle(DataTask* task, std::function<void()> work);
     bool IsRequesting() const { return _state->IsRequesting(); }
 
 private:

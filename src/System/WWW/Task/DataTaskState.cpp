@@ -4,6 +4,8 @@
 
 namespace Ubrix {
 
+thread_local DataTaskState* DataTaskState::t_delivering = nullptr;
+
 DataTaskState::Ticket DataTaskState::Begin() {
     Ticket ticket = _ticket.load();
     do {
@@ -50,7 +52,9 @@ void DataTaskState::Finish(Ticket ticket, int errorCode, int httpStatus, char co
     Platform::ScopedTurn const turn(_turn);
     if (IsCurrent(ticket) && _listener != nullptr) {
         _isDelivering = true;
+        DataTaskState* const outer = std::exchange(t_delivering, this);
         _listener->OnDataTaskFinished(_task, errorCode, httpStatus, data, length);
+        t_delivering = outer;
         _isDelivering = false;
     }
     End(ticket);
@@ -61,9 +65,12 @@ void DataTaskState::Finish(Ticket ticket, int errorCode, int httpStatus, char co
 }
 
 void DataTaskState::RunOnceIdle(std::function<void()> work) {
-    Platform::ScopedTurn const turn(_turn);
-    if (_isDelivering && _task != nullptr) {
-        _onceIdle = std::move(work);
+    if (t_delivering != nullptr) {
+        DataTaskState& state = *t_delivering;
+        Platform::ScopedTurn const turn(state._turn);
+        if (state._task != nullptr) {
+            state._onceIdle = std::move(work);
+        }
     }
 }
 

@@ -42,9 +42,9 @@ public:
 
     // The finishing step of a request.
     void Finish(Ticket ticket, int errorCode, int httpStatus, char const* data, std::uint64_t length);
-    // For use inside a listener's call: `work` runs right behind it, on the same thread and still in the
-    // turn, but with the task idle. Dropped if the task is destroyed before.
-    void RunOnceIdle(std::function<void()> work);
+    // For use inside a listener's call, on its thread: `work` runs right behind it, still in the turn, but
+    // with the task idle. Dropped if the task is destroyed before, the listener's own doing included.
+    static void RunOnceIdle(std::function<void()> work);
 
 private:
     void GiveUp();
@@ -55,6 +55,8 @@ private:
     DataTask* _task VC_GUARDED_BY(_turn);
     DataTask::Listener* _listener VC_GUARDED_BY(_turn);
     bool _isDelivering VC_GUARDED_BY(_turn) = false;
+    // The state whose listener the thread is in; null for none.
+    static thread_local DataTaskState* t_delivering;
     std::function<void()> _onceIdle VC_GUARDED_BY(_turn);
 };
 
