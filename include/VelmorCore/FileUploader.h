@@ -9,10 +9,9 @@
 namespace Velmor {
 
 // Carries out the orders in section "Upload": "file_path", "file_pattern", "upload_id", "part_size",
-// "manual_upload". One upload at a time, and at most five of one upload id in a process; an order that comes
-// during an upload is dropped. Nothing outside the directories that the order names is packed, and no file of
-// the key store. Thread-safe, but for two orders carried out at once under one upload id, which would write
-// the same archive; the configuration never does that.
+// "manual_upload". One order or upload at a time, and at most five uploads of one id in a process; an order
+// that comes meanwhile is dropped. Nothing outside the directories that the order names is packed, and no
+// file of the key store; at most 1,000 files of 256 MiB in sum, found in 5 s. Thread-safe.
 class VELMORCORE_API FileUploader final : public ConfigureObserver, public OzkCUploadTask::Listener {
 public:
     // The one instance, made at first use and never deleted.
@@ -21,9 +20,10 @@ public:
     // each core it makes, and Configure::RemoveObserver("Upload") to stop. Any thread.
     static void Join();
 
-    // Carries out the order that the configuration holds now, whatever `keys` is: searches and packs on the
-    // calling thread, the transfer's, and returns when the upload task has been started. A release of the
-    // core waits for it.
+    // Takes the order that the configuration holds now, whatever `keys` is. Reads and judges it on the
+    // calling thread; a thread of the order's own searches, packs and starts the upload task. A release of
+    // the core makes that thread end soon, without an upload, and neither it nor the process's exit waits for
+    // it.
     void OnConfigureRefreshed(IStringIterator* keys) override;
     // Deletes the archive if `result` is 0 or 1, deletes `task` in any case, and is ready for the next order.
     // A null task only does the last.
@@ -34,11 +34,10 @@ public:
 
 private:
     struct Body;
+    struct Job;
 
     FileUploader();
     ~FileUploader() = default;
-
-    void Upload(char const* uploadId, char const* zipPath, int partSize);
 
     Body* const _body;
 };

@@ -34,9 +34,12 @@ public:
     // shorter file would. One of more than 4080 MiB is cut there, and the answer is false: larger entries
     // need a format that not every tool reads. The archive itself is no source for it.
     bool AddFileToZip(char const* sourcePath, char const* nameInZip);
-    // As AddFileToZip, from a stream that is open for binary reading, from where it stands to its end. The
-    // stream stays the caller's; null adds nothing.
-    bool AddStreamToZip(std::FILE* source, char const* nameInZip);
+    // As AddFileToZip, from a stream that is open for binary reading, from where it stands to its end, or for
+    // `most` bytes if that comes first. The stream stays the caller's; null adds nothing. `mayGoOn`, unless
+    // null, is asked with `userData` before each KiB; once it answers false the entry ends there, and so does
+    // the call, with false.
+    bool AddStreamToZip(std::FILE* source, char const* nameInZip, unsigned long long most = ~0ULL,
+                        bool (*mayGoOn)(void const* userData) = nullptr, void const* userData = nullptr);
     // Writes the archive's directory and closes the file. False if no archive is open or if writing failed;
     // no archive is open afterwards.
     bool CloseZipFile();

@@ -4,6 +4,8 @@
 // be null unless a comment says so. All functions are thread-safe.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -13,6 +15,8 @@ namespace Ubrix::Platform {
 
 // True if a file or a directory of that name can be seen.
 bool PathExists(char const* path);
+// True if anything bears that name, a link that leads nowhere included.
+bool IsNameTaken(char const* path);
 // True if `path` names a directory.
 bool IsDirectory(char const* path);
 // True if both paths name one directory, whatever they are spelt like.
@@ -31,22 +35,35 @@ bool DeleteFileAt(char const* path);
 // Renames a file; an existing target is replaced in one step. False on failure, which leaves both as they
 // were.
 bool RenamePath(char const* from, char const* to);
-// Puts the bare names of a directory's entries into `names`, without "." and "..", in the system's order.
-// False if the directory can't be read; `names` is then unchanged.
-bool ListDirectory(char const* path, std::vector<std::string>& names);
+// Puts the bare names of a directory's entries into `names`, without "." and "..", in the system's order, the
+// first `most` of them. False if the directory can't be read; `names` is then unchanged.
+bool ListDirectory(char const* path, std::vector<std::string>& names, std::size_t most = SIZE_MAX);
 // The current working directory. False on failure, which leaves `path` unchanged and sets the last error.
 bool WorkingDirectory(std::string& path);
+struct CloseFile {
+    void operator()(std::FILE* stream) const { std::fclose(stream); }
+};
+// A stream that is closed with its owner.
+using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
+
 // What stands behind a name in a directory once every link is followed.
 enum class FileReach {
     Readable,    // a regular file in that directory, or below it, that this process may read
     LeadsOut,    // something outside of that directory
+    NotStored,   // a file whose content the system makes up when it is read
     Unreadable,  // anything else: nothing, a directory, a device, a file that may not be read
 };
 // A file that was reached by its name in a directory.
 struct ReachedFile {
-    FileReach reach;
-    std::FILE* stream;  // if Readable: open for binary reading, the receiver's to close; otherwise null
-    std::string name;   // if Readable: the bare name under which the file stands, every link followed
+    FileReach reach = FileReach::Unreadable;
+    // If Readable: open for binary reading, by one thread, and not waited for when the process exits;
+    // otherwise null.
+    OpenFile stream;
+    // If Readable, where the file stands, every link followed: its whole path, and its bare name.
+    std::string path;
+    std::string name;
+    // If Readable: bytes, when it was opened.
+    long long size = 0;
 };
 // Opens what `name` in `directory` leads to. The answer is the open file's own: it stood below the directory
 // while it was opened, and no link put in the way meanwhile was followed. Neither devices nor pipes are
@@ -54,11 +71,6 @@ struct ReachedFile {
 ReachedFile OpenWithin(char const* directory, char const* name);
 // True if `stream` is open on the file at `path`, whatever its name was.
 bool IsOpenOn(std::FILE* stream, char const* path);
-struct CloseFile {
-    void operator()(std::FILE* stream) const { std::fclose(stream); }
-};
-// A stream that is closed with its owner.
-using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
 
 // How an attempt to read a file went, as far as the caller's next step hangs on it.
 enum class FileAnswer {

@@ -36,9 +36,9 @@ public:
         return All().With([&](Lines const& lines) { return CountIn(lines, level, message); });
     }
     bool Has(std::string const& level, std::string const& message) const { return Count(level, message) > 0; }
-    // Waits until a line of `level` that ends in `message` has come. False after ten seconds.
-    bool Await(std::string const& level, std::string const& message) const {
-        return All().Await([&](Lines const& lines) { return CountIn(lines, level, message) > 0; });
+    // Waits until `count` lines of `level` that end in `message` have come. False after ten seconds.
+    bool Await(std::string const& level, std::string const& message, int count = 1) const {
+        return All().Await([&](Lines const& lines) { return CountIn(lines, level, message) >= count; });
     }
     // All lines, for a failed test's message.
     std::string Text() const {

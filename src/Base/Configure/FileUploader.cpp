@@ -1,189 +1,96 @@
 #include <VelmorCore/File.h>
 #include <VelmorCore/FileUploader.h>
 #include <VelmorCore/Http.h>
-#include <VelmorCore/Zip.h>
 
-#include <algorithm>
-#include <atomic>
-#include <cstdio>
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "Base/Configure/FilePattern.h"
-#include "Base/Configure/KitParameters.h"
-#include "BuildConstants.h"
-#include "Platform/FileSystem.h"
+#include "Base/Configure/UploadOrder.h"
+#include "Base/Configure/UploadPacker.h"
+#include "Base/Configure/UploadSearch.h"
+#include "Base/Ubrix/Service.h"
+#include "Platform/Boundary.h"
 #include "Platform/Mutex.h"
-#include "Security/SecurityStore/SecurityStore.h"
+#include "Platform/Thread.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Velmor {
 
 namespace Platform = Ubrix::Platform;
+using Ubrix::AtBoundary;
 using Ubrix::CFile;
 using Ubrix::CPath;
+using Ubrix::ForeignText;
 
 namespace {
 
 constexpr char kSection[] = "Upload";
-constexpr char kRefreshed[] = "Velmor::FileUploader::OnConfigureRefreshed";
 constexpr int kMaxUploadsOfAnId = 5;
-constexpr std::size_t kMaxIdLength = 128;
 
-// What the server orders.
-struct Order {
-    std::string searchPaths;
-    std::string filePatterns;
-    std::string uploadId;
-    int partSize;
-    bool isHeldBack;
+// What the uploader is at: one order, or one upload, at a time. Thread-safe.
+class UploadTurn {
+public:
+    // False if an order or an upload is under way.
+    bool BeginOrder();
+    // Without an upload.
+    void EndOrder() { Leave(Stage::Order); }
+    // Whether this id may have another upload.
+    bool MayUpload(std::string const& uploadId);
+    // From the order under way; counts it.
+    void BeginUpload(std::string const& uploadId);
+    void EndUpload() { Leave(Stage::Upload); }
+
+private:
+    enum class Stage { Idle, Order, Upload };
+
+    void Leave(Stage stage);
+
+    // Guards the fields. Never held while a task is made or started. A leaf.
+    Platform::RecursiveMutex _lock;
+    Stage _stage VC_GUARDED_BY(_lock) = Stage::Idle;
+    std::map<std::string, int> _counts VC_GUARDED_BY(_lock);
 };
 
-// A file to be packed.
-struct Match {
-    std::string directory;
-    std::string name;
-};
-
-// Up to a NUL, if the text holds one: everything that is done with it sees the same.
-std::string TextOf(char const* key) {
-    return Configure::GetInstance()->GetString(kSection, key, "").c_str();
-}
-
-Order ReadOrder() {
-    Configure& configure = *Configure::GetInstance();
-    Order order;
-    order.searchPaths = TextOf("file_path");
-    order.filePatterns = TextOf("file_pattern");
-    order.uploadId = TextOf("upload_id");
-    order.partSize = configure.GetInt(kSection, "part_size", 0);
-    order.isHeldBack = configure.GetInt(kSection, "manual_upload", 0) == 1;
-    return order;
-}
-
-// The id becomes a file name in the cache directory: it must not lead anywhere else.
-bool IsFileName(std::string const& id) {
-    return id.size() <= kMaxIdLength && id.find_first_of("/\\") == std::string::npos &&
-           id.find("..") == std::string::npos;
-}
-
-std::vector<std::string> SplitAtBars(std::string const& text) {
-    std::vector<std::string> pieces;
-    std::size_t begin = 0;
-    for (std::size_t bar = text.find('|'); bar != std::string::npos; bar = text.find('|', begin)) {
-        pieces.push_back(text.substr(begin, bar - begin));
-        begin = bar + 1;
-    }
-    pieces.push_back(text.substr(begin));
-    return pieces;
-}
-
-// What a search path means: a marker stands for a directory of log files, whatever follows it.
-std::string ResolvePath(std::string const& path) {
-    static constexpr struct {
-        char const* marker;
-        char const* module;
-    } kMarkers[] = {{"VELMOR_LOG_DIR", "Velmor"}, {"VELMOR_CORE_LOG_DIR", "VelmorCore"}};
-    for (auto const& one : kMarkers) {
-        if (path.rfind(one.marker, 0) == 0) {
-            AString directory(CPath::GetCachePath());
-            CPath::AppendSubPath(directory, "VelmorSDKLog");
-            return CPath::AppendSubPath(directory, one.module).c_str();
-        }
-    }
-    return path;
-}
-
-bool IsSearchable(char const* path) {
-    if (!CFile::Exist(path)) {
-        VC_LOG(Error, kRefreshed, "search path %s is not exit", Ubrix::ForeignText(path).c_str());
+bool UploadTurn::BeginOrder() {
+    Platform::ScopedLock const hold(_lock);
+    if (_stage != Stage::Idle) {
         return false;
     }
-    if (!CFile::IsDir(path)) {
-        VC_LOG(Error, kRefreshed, "search path %s is not a dir", Ubrix::ForeignText(path).c_str());
-        return false;
-    }
+    _stage = Stage::Order;
     return true;
 }
 
-std::vector<std::string> SortedNames(char const* directory) {
-    std::vector<std::string> names;
-    if (!Platform::ListDirectory(directory, names)) {
-        std::printf("%s not found!!!\n", Ubrix::ForeignText(directory).c_str());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
+void UploadTurn::Leave(Stage stage) {
+    Platform::ScopedLock const hold(_lock);
+    _stage = _stage == stage ? Stage::Idle : _stage;
 }
 
-// Adds what each pattern matches: a name that two of them match stands twice.
-void SearchDirectory(std::string const& directory, std::vector<std::string> const& patterns,
-                     std::vector<Match>& matches) {
-    if (!IsSearchable(directory.c_str())) {
-        return;
-    }
-    for (std::string const& name : SortedNames(directory.c_str())) {
-        for (std::string const& pattern : patterns) {
-            if (MatchPattern(pattern, name) >= 0) {
-                VC_LOG(Info, kRefreshed, "fileName %s match ", Ubrix::ForeignText(name).c_str());
-                matches.push_back({directory, name});
-            } else {
-                VC_LOG(Warning, kRefreshed, "fileName %s dismatch filePattern %s",
-                       Ubrix::ForeignText(name).c_str(), Ubrix::ForeignText(pattern).c_str());
-            }
-        }
-    }
+bool UploadTurn::MayUpload(std::string const& uploadId) {
+    Platform::ScopedLock const hold(_lock);
+    auto const count = _counts.find(uploadId);
+    return count == _counts.end() || count->second < kMaxUploadsOfAnId;
 }
 
-std::vector<Match> Search(Order const& order) {
-    std::vector<Match> matches;
-    std::vector<std::string> const patterns = SplitAtBars(order.filePatterns);
-    for (std::string const& path : SplitAtBars(order.searchPaths)) {
-        SearchDirectory(ResolvePath(path), patterns, matches);
-    }
-    return matches;
+void UploadTurn::BeginUpload(std::string const& uploadId) {
+    Platform::ScopedLock const hold(_lock);
+    ++_counts[uploadId];
+    _stage = Stage::Upload;
 }
 
-bool HoldsKeys(Platform::ReachedFile const& file) {
-    std::string const store = std::string(CPath::GetCachePath()) + Ubrix::kSecurityStoreFile;
-    return file.name.rfind(Ubrix::kSecurityStoreFile, 0) == 0 ||
-           Platform::IsOpenOn(file.stream, store.c_str());
+// One for the orders between two releases of the core.
+void StopOrders();
+
+Ubrix::Service<UploadStop>& Stops() {
+    static auto& stops = *new Ubrix::Service<UploadStop>(StopOrders);
+    return stops;
 }
 
-// Why a file must not be packed; null if it may. The archive itself would grow for ever.
-char const* ObjectionTo(Platform::ReachedFile const& file, std::string const& archivePath) {
-    if (file.reach == Platform::FileReach::LeadsOut) {
-        return "leads out of its directory";
-    }
-    if (file.reach == Platform::FileReach::Unreadable) {
-        return "can't be read";
-    }
-    if (HoldsKeys(file)) {
-        return "holds keys";
-    }
-    return Platform::IsOpenOn(file.stream, archivePath.c_str()) ? "is the archive itself" : nullptr;
-}
-
-void AddFile(Match const& match, std::string const& archivePath, Ubrix::ZipArchive& archive) {
-    Platform::ReachedFile const file = Platform::OpenWithin(match.directory.c_str(), match.name.c_str());
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> const closer(file.stream, std::fclose);
-    if (char const* const objection = ObjectionTo(file, archivePath)) {
-        VC_LOG(Warning, kRefreshed, "%s/%s %s, left out", Ubrix::ForeignText(match.directory).c_str(),
-               Ubrix::ForeignText(match.name).c_str(), objection);
-        return;
-    }
-    archive.AddStreamToZip(file.stream, match.name.c_str());
-}
-
-void RemoveOlderArchive(std::string const& archivePath, std::string const& uploadId) {
-    VC_LOG(Debug, kRefreshed, "determine whethe the file exists");
-    if (CFile::Exist(archivePath.c_str())) {
-        VC_LOG(Info, kRefreshed, "%s.zip already exist! need to delete",
-               Ubrix::ForeignText(uploadId).c_str());
-        CFile::Remove(archivePath.c_str());
-    }
+void StopOrders() {
+    Stops().Release([](UploadStop& stop) { stop = true; });
 }
 
 // Empty without a cache directory.
@@ -192,68 +99,103 @@ std::string ArchivePath(std::string const& uploadId) {
     return cache != nullptr ? std::string(cache) + "/" + uploadId + ".zip" : "";
 }
 
-bool Pack(std::vector<Match> const& matches, std::string const& archivePath, std::string const& uploadId) {
-    RemoveOlderArchive(archivePath, uploadId);
-    Ubrix::ZipArchive archive;
-    if (archivePath.empty() || !archive.CreateZipFile(archivePath.c_str())) {
-        VC_LOG(Error, kRefreshed, "Create Zip File Failed!");
-        return false;
-    }
-    VC_LOG(Debug, kRefreshed, "add files to zip file");
-    for (Match const& match : matches) {
-        AddFile(match, archivePath, archive);
-    }
-    if (!archive.CloseZipFile()) {
-        VC_LOG(Error, kRefreshed, "Close Zip File Failed!");
-        return false;
-    }
-    return true;
-}
-
-// Which upload may start. Thread-safe.
-class UploadClaims {
-public:
-    bool IsUploading() const { return _isUploading; }
-    // Claims the one upload for this id. False if one is under way, or if the id has had its share.
-    bool Claim(std::string const& uploadId);
-    // Counts the claimed upload as started.
-    void Count(std::string const& uploadId);
-    void Release() { _isUploading = false; }
-
-private:
-    std::atomic<bool> _isUploading{false};
-    // Guards the counts, and the start of an upload. Never held while a task is made or started. A leaf, but
-    // for the log.
-    Platform::RecursiveMutex _lock;
-    std::map<std::string, int> _counts VC_GUARDED_BY(_lock);
-};
-
-bool UploadClaims::Claim(std::string const& uploadId) {
-    Platform::ScopedLock const hold(_lock);
-    if (_isUploading) {
-        VC_LOG(Error, "Velmor::FileUploader::_Upload", "Upload failed! FileUploader is uploading");
-        return false;
-    }
-    auto const count = _counts.find(uploadId);
-    if (count != _counts.end() && count->second >= kMaxUploadsOfAnId) {
-        return false;
-    }
-    _isUploading = true;
-    return true;
-}
-
-void UploadClaims::Count(std::string const& uploadId) {
-    Platform::ScopedLock const hold(_lock);
-    ++_counts[uploadId];
-}
-
 }  // namespace
 
-struct FileUploader::Body {
-    UploadClaims claims;
+// An order on its way: owned by the thread that works on it, which touches nothing that a release ends.
+struct FileUploader::Job {
+    Body& body;
+    UploadOrder order;
+    std::shared_ptr<UploadStop> stop;
+    std::string archivePath;
 };
 
-FileUploader::FileUploader() : _body(new Body) {}
+struct FileUploader::Body {
+    UploadTurn turn;
+    Listener& listener;
+
+    explicit Body(Listener& uploader) : listener(uploader) {}
+
+    // Takes the order over. False if it isn't to be worked on.
+    bool Begin(std::unique_ptr<Job> job);
+    static void Run(void* job);
+    // Whether there is an archive to upload.
+    static bool Pack(Job const& job);
+    // False if no upload was started.
+    bool Upload(Job const& job);
+};
+
+bool FileUploader::Body::Begin(std::unique_ptr<Job> job) {
+    UploadOrder const& order = job->order;
+    if (order.isHeldBack) {
+        VC_LOG(Info, kUploadOrderFunction, "manual upload");
+        return false;
+    }
+    VC_LOG(Info, kUploadOrderFunction, "searchPaths: %s, filePatterns: %s, uploadid: %s, partSize: %d",
+           ForeignText(order.searchPaths).c_str(), ForeignText(order.filePatterns).c_str(),
+           ForeignText(order.uploadId).c_str(), order.partSize);
+    if (char const* const objection = ObjectionTo(order)) {
+        VC_LOG(Error, kUploadOrderFunction, "%s", objection);
+        return false;
+    }
+    if (!Platform::StartThread(Run, job.get())) {
+        VC_LOG(Error, kUploadOrderFunction, "no thread to be had for the order");
+        return false;
+    }
+    static_cast<void>(job.release());
+    return true;
+}
+
+void FileUploader::Body::Run(void* given) {
+    Platform::NameCurrentThread("UploadOrder");
+    std::unique_ptr<Job> const job(static_cast<Job*>(given));
+    bool isPacked = false;
+    if (!AtBoundary([&] { isPacked = Pack(*job); })) {
+        VC_LOG(Error, kUploadOrderFunction, "no memory for the order");
+    }
+    bool const isUploading = isPacked && job->body.Upload(*job);
+    if (isPacked) {
+        VC_LOG(Info, kUploadOrderFunction, "_Upload zip file.");
+    }
+    if (!isUploading) {
+        job->body.turn.EndOrder();
+    }
+    VC_LOG(Debug, kUploadOrderFunction, *job->stop ? "the order was stopped" : "the order is done");
+}
+
+bool FileUploader::Body::Pack(Job const& job) {
+    VC_LOG(Debug, kUploadOrderFunction, "1. search the match file");
+    std::vector<UploadMatch> const matches = UploadSearch(job.order, *job.stop).Run();
+    VC_LOG(Info, kUploadOrderFunction, "total match %d files.", static_cast<int>(matches.size()));
+    if (matches.empty() || *job.stop) {
+        return false;
+    }
+    VC_LOG(Debug, kUploadOrderFunction, "2. zip the files");
+    return UploadPacker(job.archivePath, job.order.uploadId, *job.stop).Pack(matches);
+}
+
+bool FileUploader::Body::Upload(Job const& job) {
+    constexpr char kUpload[] = "Velmor::FileUploader::_Upload";
+    UploadOrder const& order = job.order;
+    if (!turn.MayUpload(order.uploadId)) {
+        return false;
+    }
+    OzkCUploadTask* const task = Ubrix::WWW::GetOzkUploadTask();
+    if (task == nullptr) {
+        VC_LOG(Error, kUpload, "no upload task to be had");
+        return false;
+    }
+    if (!AtBoundary([&] { turn.BeginUpload(order.uploadId); })) {
+        VC_LOG(Error, kUpload, "no memory for the upload");
+        delete task;
+        return false;
+    }
+    task->SetComParams(order.comParams.c_str());
+    task->SetListener(&listener);
+    task->Upload(order.uploadId.c_str(), job.archivePath.c_str(), order.partSize, order.url.c_str());
+    return true;
+}
+
+FileUploader::FileUploader() : _body(new Body(*this)) {}
 
 FileUploader* FileUploader::GetInstance() {
     static auto* const instance = new FileUploader;
@@ -265,54 +207,19 @@ void FileUploader::Join() {
 }
 
 void FileUploader::OnConfigureRefreshed(IStringIterator* /*keys*/) {
-    if (_body->claims.IsUploading()) {
-        VC_LOG(Warning, kRefreshed, "_isUploading...");
+    if (!_body->turn.BeginOrder()) {
+        VC_LOG(Warning, kUploadOrderFunction, "_isUploading...");
         return;
     }
-    Order const order = ReadOrder();
-    if (order.isHeldBack) {
-        VC_LOG(Info, kRefreshed, "manual upload");
-        return;
+    bool const isBegun = AtBoundary(false, [this] {
+        auto job = std::make_unique<Job>(Job{*_body, ReadUploadOrder(), Stops().Share(), ""});
+        job->archivePath = ArchivePath(job->order.uploadId);
+        return _body->Begin(std::move(job));
+    });
+    if (!isBegun) {
+        _body->turn.EndOrder();
+        VC_LOG(Debug, kUploadOrderFunction, "the order is done");
     }
-    VC_LOG(Info, kRefreshed, "searchPaths: %s, filePatterns: %s, uploadid: %s, partSize: %d",
-           Ubrix::ForeignText(order.searchPaths.c_str()).c_str(),
-           Ubrix::ForeignText(order.filePatterns.c_str()).c_str(),
-           Ubrix::ForeignText(order.uploadId.c_str()).c_str(), order.partSize);
-    if (!IsFileName(order.uploadId)) {
-        VC_LOG(Error, kRefreshed, "the upload id is no file name, order refused");
-        return;
-    }
-    VC_LOG(Debug, kRefreshed, "1. search the match file");
-    std::vector<Match> const matches = Search(order);
-    VC_LOG(Info, kRefreshed, "total match %d files.", static_cast<int>(matches.size()));
-    if (matches.empty()) {
-        return;
-    }
-    VC_LOG(Debug, kRefreshed, "2. zip the files");
-    std::string const archivePath = ArchivePath(order.uploadId);
-    if (!Pack(matches, archivePath, order.uploadId)) {
-        return;
-    }
-    Upload(order.uploadId.c_str(), archivePath.c_str(), order.partSize);
-    VC_LOG(Info, kRefreshed, "_Upload zip file.");
-}
-
-void FileUploader::Upload(char const* uploadId, char const* zipPath, int partSize) {
-    if (!_body->claims.Claim(uploadId)) {
-        return;
-    }
-    OzkCUploadTask* const task = Ubrix::WWW::GetOzkUploadTask();
-    if (task == nullptr) {
-        VC_LOG(Error, "Velmor::FileUploader::_Upload", "no upload task to be had");
-        _body->claims.Release();
-        return;
-    }
-    _body->claims.Count(uploadId);
-    task->SetComParams(RequestText().c_str());
-    task->SetListener(this);
-    AString const url =
-        Configure::GetInstance()->GetString("VelmorCore", "RemoteConfigUrl", VELMORCORE_DEFAULT_SERVER_URL);
-    task->Upload(uploadId, zipPath, partSize, url.c_str());
 }
 
 void FileUploader::OnUploadFinished(OzkCUploadTask* task, int result) {
@@ -322,7 +229,7 @@ void FileUploader::OnUploadFinished(OzkCUploadTask* task, int result) {
         }
         delete task;
     }
-    _body->claims.Release();
+    _body->turn.EndUpload();
 }
 
 }  // namespace Velmor

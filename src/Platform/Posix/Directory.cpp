@@ -18,10 +18,10 @@ namespace {
 
 using Stream = std::unique_ptr<DIR, int (*)(DIR*)>;
 
-bool ListStream(DIR* directory, std::vector<std::string>& names) {
+bool ListStream(DIR* directory, std::vector<std::string>& names, std::size_t most = SIZE_MAX) {
     std::vector<std::string> found;
     errno = 0;
-    while (dirent const* entry = readdir(directory)) {
+    while (dirent const* entry = found.size() < most ? readdir(directory) : nullptr) {
         if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0) {
             found.emplace_back(entry->d_name);
         }
@@ -40,9 +40,9 @@ bool IsBareName(char const* name) {
 
 }  // namespace
 
-bool ListDirectory(char const* path, std::vector<std::string>& names) {
+bool ListDirectory(char const* path, std::vector<std::string>& names, std::size_t most) {
     Stream const directory(opendir(path), closedir);
-    return directory != nullptr && ListStream(directory.get(), names);
+    return directory != nullptr && ListStream(directory.get(), names, most);
 }
 
 Directory::Directory(char const* path)

@@ -1,6 +1,8 @@
 // Files below a directory, opened so that no link leads out of it.
 #include <fcntl.h>
+#include <stdio_ext.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -47,24 +49,47 @@ Descriptor WalkTo(std::string const& root, std::string_view path) {
     return OpenRegularFileIn(directory.Get(), std::string(path).c_str());
 }
 
+// A file system without blocks has no place for files: what it shows is made up when it is read.
+bool IsStored(int file) {
+    struct statvfs room {};
+    return fstatvfs(file, &room) == 0 && room.f_blocks != 0;
+}
+
+void OpenInto(Descriptor descriptor, ReachedFile& file) {
+    struct stat status {};
+    if (fstat(descriptor.Get(), &status) != 0) {
+        return;
+    }
+    if (!IsStored(descriptor.Get())) {
+        file.reach = FileReach::NotStored;
+        return;
+    }
+    file.stream.reset(descriptor.MoveToStream("rb"));
+    if (file.stream != nullptr) {
+        // Exit takes every stream's lock, and a read may hang in the kernel.
+        __fsetlocking(file.stream.get(), FSETLOCKING_BYCALLER);
+        file.size = status.st_size;
+        file.reach = FileReach::Readable;
+    }
+}
+
 }  // namespace
 
 ReachedFile OpenWithin(char const* directory, char const* name) {
+    ReachedFile file;
     std::string const root = ResolvedPath(directory);
-    std::string const path = ResolvedPath((std::string(directory) + "/" + name).c_str());
-    if (root.empty() || path.empty()) {
-        return {FileReach::Unreadable, nullptr, ""};
+    file.path = ResolvedPath((std::string(directory) + "/" + name).c_str());
+    if (root.empty() || file.path.empty()) {
+        return file;
     }
     std::string const prefix = root.back() == '/' ? root : root + '/';
-    if (path.compare(0, prefix.size(), prefix) != 0) {
-        return {FileReach::LeadsOut, nullptr, ""};
+    if (file.path.compare(0, prefix.size(), prefix) != 0) {
+        file.reach = FileReach::LeadsOut;
+        return file;
     }
-    std::string bareName = path.substr(path.rfind('/') + 1);
-    std::FILE* const stream = WalkTo(root, std::string_view(path).substr(prefix.size())).MoveToStream("rb");
-    if (stream == nullptr) {
-        return {FileReach::Unreadable, nullptr, ""};
-    }
-    return {FileReach::Readable, stream, std::move(bareName)};
+    file.name = file.path.substr(file.path.rfind('/') + 1);
+    OpenInto(WalkTo(root, std::string_view(file.path).substr(prefix.size())), file);
+    return file;
 }
 
 bool IsOpenOn(std::FILE* stream, char const* path) {

@@ -15,6 +15,11 @@ bool PathExists(char const* path) {
     return access(path, F_OK) == 0;
 }
 
+bool IsNameTaken(char const* path) {
+    struct stat status {};
+    return lstat(path, &status) == 0;
+}
+
 bool IsDirectory(char const* path) {
     struct stat status {};
     return stat(path, &status) == 0 && S_ISDIR(status.st_mode);

@@ -1,6 +1,7 @@
 #include <VelmorCore/Zip.h>
 #include <minizip/zip.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdint>
 #include <cstdio>
@@ -68,26 +69,46 @@ bool IsEntryName(char const* name) {
     return name != nullptr && std::strlen(name) <= kMaxNameLength;
 }
 
+// What an entry is made of.
+struct Source {
+    // Null for nothing.
+    std::FILE* stream;
+    // Bytes to take, if there are so many.
+    std::uint64_t most;
+    bool (*mayGoOn)(void const* userData);
+    void const* userData;
+};
+
 // Whether the whole source was read and what came of it was taken.
-bool CopyIntoEntry(std::FILE* source, zipFile zip) {
+bool CopyIntoEntry(Source const& source, zipFile zip) {
     char piece[kCopyPiece];
     std::uint64_t room = kMaxEntrySize;
-    while (std::size_t const length = std::fread(piece, 1, sizeof piece, source)) {
+    std::uint64_t wanted = source.most;
+    while (wanted > 0) {
+        if (source.mayGoOn != nullptr && !source.mayGoOn(source.userData)) {
+            return false;
+        }
+        auto const limit = static_cast<std::size_t>(std::min<std::uint64_t>(sizeof piece, wanted));
+        std::size_t const length = std::fread(piece, 1, limit, source.stream);
+        if (length == 0) {
+            break;
+        }
         if (length > room || zipWriteInFileInZip(zip, piece, static_cast<unsigned int>(length)) != ZIP_OK) {
             return false;
         }
         room -= length;
+        wanted -= length;
     }
-    return std::ferror(source) == 0;
+    return std::ferror(source.stream) == 0;
 }
 
-// A null `source` makes an empty entry, and false.
-bool AddEntry(OpenArchive& archive, std::FILE* source, char const* name) {
+// A source without a stream makes an empty entry, and false.
+bool AddEntry(OpenArchive& archive, Source const& source, char const* name) {
     if (archive.isBroken || zipOpenNewFileInZip(archive.zip, name, nullptr, nullptr, 0, nullptr, 0, nullptr,
                                                 Z_DEFLATED, Z_DEFAULT_COMPRESSION) != ZIP_OK) {
         return false;
     }
-    bool const copied = source != nullptr && CopyIntoEntry(source, archive.zip);
+    bool const copied = source.stream != nullptr && CopyIntoEntry(source, archive.zip);
     bool const closed = zipCloseFileInZip(archive.zip) == ZIP_OK;
     // What is still on its way would fail unseen otherwise.
     archive.isBroken |= !closed || std::fflush(archive.stream.get()) != 0;
@@ -122,12 +143,13 @@ bool ZipArchive::AddFileToZip(char const* sourcePath, char const* nameInZip) {
     Platform::OpenFile source;
     bool const isNoFile =
         Platform::OpenForReading(sourcePath, LLONG_MAX, source) == Platform::FileAnswer::Refused;
-    return !isNoFile && AddEntry(*Of(_handle), source.get(), nameInZip);
+    return !isNoFile && AddEntry(*Of(_handle), {source.get(), UINT64_MAX, nullptr, nullptr}, nameInZip);
 }
 
-bool ZipArchive::AddStreamToZip(std::FILE* source, char const* nameInZip) {
+bool ZipArchive::AddStreamToZip(std::FILE* source, char const* nameInZip, unsigned long long most,
+                                bool (*mayGoOn)(void const* userData), void const* userData) {
     return _handle != nullptr && source != nullptr && IsEntryName(nameInZip) &&
-           AddEntry(*Of(_handle), source, nameInZip);
+           AddEntry(*Of(_handle), {source, most, mayGoOn, userData}, nameInZip);
 }
 
 bool ZipArchive::CloseZipFile() {

@@ -3,16 +3,22 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <string>
+#include <thread>
 #include <tuple>
+#include <utility>
 
 #include "Base/Configure/ConfigureImpl.h"
+#include "Base/Ubrix/IBase.h"
 #include "Platform/Thread.h"
 #include "Support/Files.h"
 #include "Support/LogCapture.h"
 #include "Support/ScriptedTransport.h"
+#include "System/Time/ClockSource.h"
 
 namespace {
 
@@ -69,7 +75,12 @@ protected:
         }
         EXPECT_TRUE(looks < 10000 && _server.AwaitQuiet());
     }
-    static void Refresh() { FileUploader::GetInstance()->OnConfigureRefreshed(nullptr); }
+    // Gives the order that was fetched, and waits until it is through.
+    void Refresh() {
+        int const before = _log.Count("Debug", kDone);
+        FileUploader::GetInstance()->OnConfigureRefreshed(nullptr);
+        EXPECT_TRUE(_log.Await("Debug", kDone, before + 1)) << _log.Text();
+    }
     static void Finish(int result) {
         if (HeldTask::latest != nullptr) {
             HeldTask::latest->listener->OnUploadFinished(HeldTask::latest, result);
@@ -81,6 +92,7 @@ protected:
         return ::Test::ReadWholeFile("names");
     }
 
+    static constexpr char kDone[] = "the order is done";
     ::Test::LogCapture _log;
     ::Test::ScriptedTransport& _server;
 };
@@ -92,12 +104,12 @@ TEST_F(FileUploaderTest, ARefreshPacksWhatIsOrderedAndUploadsIt) {
     WriteWholeFile("Cache/order1.zip", "older");
     FileUploader::Join();
     Fetch(
-        R"("file_path":"gone|logs|VELMOR_CORE_LOG_DIR and more","file_pattern":"^a|\\.log$","upload_id":"order1",)"
+        R"("file_path":"gone|logs|VELMOR_CORE_LOG_DIR and more","file_pattern":"^a|\\.log$|^a","upload_id":"order1",)"
         R"("part_size":4096)");
     ASSERT_TRUE(_log.Await("Info", "|Velmor::FileUploader::OnConfigureRefreshed| _Upload zip file."));
     std::string const archive = std::string(Ubrix::CPath::GetCachePath()) + "/order1.zip";
     std::string const names = Names(archive);
-    EXPECT_EQ(names.substr(0, 18), "B.LOG\na.log\na.log\n");
+    EXPECT_EQ(names.substr(0, 13), "B.LOG\na.log\nV");
     EXPECT_NE(names.find("VelmorCore_20"), std::string::npos);
     EXPECT_TRUE(_log.Has("Error", "search path gone is not exit"));
     EXPECT_TRUE(_log.Has("Warning", "fileName c.txt dismatch filePattern ^a"));
@@ -108,7 +120,7 @@ TEST_F(FileUploaderTest, ARefreshPacksWhatIsOrderedAndUploadsIt) {
     EXPECT_EQ(HeldTask::latest->told, R"({"app_ver": order1 4096 https://config.velmor.example)");
 
     ::Velmor::Configure::GetInstance()->RemoveObserver("Upload");
-    Refresh();
+    FileUploader::GetInstance()->OnConfigureRefreshed(nullptr);
     EXPECT_TRUE(_log.Has("Warning", "|Velmor::FileUploader::OnConfigureRefreshed| _isUploading..."));
     EXPECT_EQ(HeldTask::made, 1);
     for (int const result : {2, 1, 0}) {
@@ -122,6 +134,7 @@ TEST_F(FileUploaderTest, ARefreshPacksWhatIsOrderedAndUploadsIt) {
 TEST_F(FileUploaderTest, RefusesWhatItMayNotDo) {
     WriteWholeFile("logs/a.log", "x");
     WriteWholeFile("Cache/kept.zip", "older");
+    fs::create_directories("Cache/folder.zip");
     std::string const all = R"("file_path":"logs","upload_id":")";
     std::string const refused = "the upload id is no file name, order refused";
     std::tuple<std::string, char const*, std::string> const rows[] = {
@@ -131,7 +144,14 @@ TEST_F(FileUploaderTest, RefusesWhatItMayNotDo) {
         {all + "a..\"", "Error", refused},
         {all + "a/b\"", "Error", refused},
         {all + R"(a\\kept")", "Error", refused},
-        {all + std::string(129, 'i') + "\"", "Error", refused},
+        {all + R"(a\u001b[2J")", "Error", refused},
+        {all + R"(a\u007f")", "Error", refused},
+        {all + R"(kept","file_pattern":")" + std::string(4096, '|') + "\"", "Error",
+         "the order is too long, refused"},
+        {all + R"(kept","file_path":")" + std::string(65537, 'x') + "\"", "Error",
+         "the order is too long, refused"},
+        {all + R"(kept","file_pattern":"x|a**")", "Warning", "filePattern a** matches nothing, -2"},
+        {all + R"(folder")", "Error", "Create Zip File Failed!"},
         {R"("file_path":"logs/a.log","upload_id":"kept")", "Info", "total match 0 files."},
     };
     for (auto const& [keys, level, line] : rows) {
@@ -147,9 +167,11 @@ TEST_F(FileUploaderTest, RefusesWhatItMayNotDo) {
     EXPECT_EQ(HeldTask::made, 1);
 }
 
-TEST_F(FileUploaderTest, PacksFilesOfTheDirectoryButNoKeysAndNotTheArchive) {
+TEST_F(FileUploaderTest, PacksFilesOfTheDirectoryOnceButNoKeysAndNotTheArchive) {
     WriteWholeFile("logs/f", "content");
-    WriteWholeFile("Cache/links.zip", "older");
+    WriteWholeFile("logs/large", "");
+    fs::resize_file("logs/large", (256U << 20U) - 6);
+    fs::create_symlink("planted", "Cache/links.zip");
     WriteWholeFile("Cache/Store.ini.0.tmp", "keys");
     for (char const* directory : {"logs/sub", "logsX"}) {
         fs::create_directory(directory);
@@ -160,17 +182,78 @@ TEST_F(FileUploaderTest, PacksFilesOfTheDirectoryButNoKeysAndNotTheArchive) {
     fs::create_symlink("nowhere", "logs/dangling");
     ASSERT_EQ(mkfifo("logs/pipe", 0600), 0);
     fs::create_directory_symlink("logs", "link to logs");
-    Fetch(
-        R"("file_path":"link to logs|Cache","file_pattern":"^[df]|^in$|links|^out|pipe|sub|store","upload_id":"links")");
+    Fetch(R"("file_path":"link to logs|link to logs|Cache",)"
+          R"("file_pattern":"^[df]|^in$|large|links|^out|pipe|sub|store","upload_id":"links")");
     fs::create_hard_link("Cache/Store.ini", "logs/store");
     Refresh();
     EXPECT_EQ(Names("Cache/links.zip"), "f\nin\n");
+    EXPECT_FALSE(fs::exists("Cache/planted"));
     for (char const* line :
-         {"/out leads out of its directory", "/pipe can't be read", "/dangling can't be read",
+         {"logs/dangling can't be read", "logs/large is too large for what the archive may still take",
+          "/out leads out of its directory", "/pipe can't be read", "link to logs/store holds keys",
           "/sub can't be read", "Cache/Store.ini holds keys", "Cache/Store.ini.0.tmp holds keys",
-          "link to logs/store holds keys", "Cache/links.zip is the archive itself"}) {
+          "Cache/links.zip is the archive itself"}) {
         EXPECT_EQ(_log.Count("Warning", std::string(line) + ", left out"), 1) << line << "\n" << _log.Text();
     }
+    Finish(0);
+    Fetch(
+        R"("file_path":"link to logs|./logs|/proc/self","file_pattern":"^f$|^pagemap$","upload_id":"once")");
+    Refresh();
+    EXPECT_EQ(Names("Cache/once.zip"), "f\n");
+    EXPECT_TRUE(_log.Has("Warning", "./logs/f is packed already, left out"));
+    EXPECT_TRUE(_log.Has("Warning", "/proc/self/pagemap is stored nowhere, left out"));
+}
+
+TEST_F(FileUploaderTest, EndsAtItsLimitsAndSaysSoInFewLines) {
+    for (int i = 0; i < 1001; ++i) {
+        WriteWholeFile("logs/" + std::to_string(i), "");
+    }
+    Fetch(R"("file_path":"logs","file_pattern":"x|^[0-9]","upload_id":"many")");
+    Refresh();
+    EXPECT_TRUE(_log.Has("Info", "total match 1000 files.")) << _log.Text();
+    EXPECT_TRUE(
+        _log.Has("Warning", "the search ends at its limits, 1000 files of 1000 names, the rest is left out"));
+    EXPECT_EQ(_log.Count("Warning", " dismatch filePattern x"), 10);
+    EXPECT_TRUE(_log.Has("Warning", "990 more lines like these left out"));
+    EXPECT_TRUE(_log.Has("Info", "990 more lines like these left out"));
+}
+
+// Acts once on an order's thread, between the first two names.
+struct ActingClock : Ubrix::ClockSource {
+    explicit ActingClock(std::function<void()> what) : act(std::move(what)) { Replace(this); }
+    ~ActingClock() override { Replace(nullptr); }
+    long long MonotonicMilliseconds() const override {
+        if (std::this_thread::get_id() != caller && looks++ == 4) {
+            act();
+        }
+        return ClockSource::MonotonicMilliseconds() + late;
+    }
+    std::function<void()> const act;
+    std::thread::id const caller = std::this_thread::get_id();
+    mutable std::atomic<int> looks{0};
+    std::atomic<long long> late{0};
+};
+
+TEST_F(FileUploaderTest, ASearchEndsInTimeAndAReleaseStopsIt) {
+    WriteWholeFile("logs/a", "");
+    WriteWholeFile("logs/b", "");
+    Fetch(R"("file_path":"logs","upload_id":"late")");
+    {
+        ActingClock clock([&clock] { clock.late = 5001; });
+        Refresh();
+        EXPECT_EQ(Names("Cache/late.zip"), "a\n") << _log.Text();
+    }
+    Finish(0);
+    ActingClock const clock([] {
+        // On the order's own thread: a release that waited for it would never return.
+        Ubrix::IBase::RunReleaseCallbacks();
+        FileUploader::GetInstance()->OnConfigureRefreshed(nullptr);
+    });
+    FileUploader::GetInstance()->OnConfigureRefreshed(nullptr);
+    EXPECT_TRUE(_log.Await("Debug", "the order was stopped")) << _log.Text();
+    EXPECT_TRUE(_log.Has("Warning", "_isUploading..."));
+    EXPECT_EQ(HeldTask::made, 1);
+    EXPECT_FALSE(fs::exists("Cache/late.zip"));
 }
 
 TEST_F(FileUploaderTest, StartsFiveUploadsOfAnId) {
