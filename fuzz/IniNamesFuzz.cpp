@@ -48,11 +48,17 @@ bool IsHeld(std::string const& section, std::string const& key, std::string cons
     return isOneLine && isSection && isKey;
 }
 
+bool HasComment(std::string const& text) {
+    return text.find('#') != std::string::npos;
+}
+
 void Write(Model& model, std::string const& section, std::string const& key, std::string const& value) {
     Keys& keys = model[section];
     for (auto& [name, text] : keys) {
         if (name == key) {
-            text = value;
+            // A line keeps its comment unless the value brings one.
+            bool const keepsComment = HasComment(text) && !HasComment(value);
+            text = keepsComment ? value + '#' : value;
             return;
         }
     }
