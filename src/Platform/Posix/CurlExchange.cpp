@@ -179,7 +179,7 @@ int CurlExchange::Run() {
 
 int CurlExchange::Perform() {
     _isRedirect = false;
-    _isHeadRefused = false;
+    _isHeadBegun = false;
     if (!_isSetUp || curl_multi_add_handle(_multi, _easy) != CURLM_OK) {
         return HttpErrorInternal;
     }
@@ -243,7 +243,9 @@ int CurlExchange::Outcome(CURLcode code) {
     if (code == CURLE_OK || _isHeadComplete || _isRedirect) {
         return HttpErrorNone;
     }
-    return _isHeadRefused || IsAnswerWithoutHead(code) ? HttpErrorNone : Failure(code);
+    // What breaks a head in the middle, one of libcurl's own limits perhaps, leaves an answer without a head.
+    bool const isHeadBroken = _isHeadBegun && code != CURLE_OPERATION_TIMEDOUT;
+    return isHeadBroken || IsAnswerWithoutHead(code) ? HttpErrorNone : Failure(code);
 }
 
 int CurlExchange::Failure(CURLcode code) {
@@ -320,6 +322,7 @@ std::size_t CurlExchange::OnHeader(char* bytes, std::size_t size, std::size_t co
     auto& exchange = *static_cast<CurlExchange*>(self);
     exchange.Touch();
     exchange._headBytes += size * count;
+    exchange._isHeadBegun = true;
     bool goesOn = false;
     try {
         goesOn = exchange._headBytes <= kMostHeadBytes &&
@@ -327,7 +330,6 @@ std::size_t CurlExchange::OnHeader(char* bytes, std::size_t size, std::size_t co
     } catch (std::bad_alloc const&) {
         goesOn = false;
     }
-    exchange._isHeadRefused = !goesOn;
     return goesOn ? size * count : 0;
 }
 

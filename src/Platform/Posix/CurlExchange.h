@@ -80,7 +80,7 @@ private:
     std::size_t _headBytes = 0;    // of all heads, interim ones too, and of what follows a chunked body
     std::string _location;         // that the head in hand names; empty for none
     bool _isRedirect = false;      // the head that came sends the request there
-    bool _isHeadRefused = false;   // the head in hand can't be the head of an answer
+    bool _isHeadBegun = false;     // of the answer in hand
     bool _isHeadComplete = false;  // of the answer that counts
     bool _isCaFileUnreadable = false;
 };
