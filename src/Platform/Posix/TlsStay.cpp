@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <ctime>
 
 #include "Platform/Clock.h"
 #include "Platform/Condition.h"
@@ -14,8 +15,19 @@ namespace Ubrix::Platform {
 
 namespace {
 
-// How long an exit waits for threads to come out.
-constexpr long long kExitPatience = 500;
+// How long an exit waits, in ms: for threads that don't get on, and for any.
+constexpr unsigned int kPatience = 500;
+constexpr unsigned int kMostPatience = 5000;
+
+// The processor's time that a thread of this process has used, in ns.
+long long WorkOf(pthread_t thread) {
+    clockid_t clock = 0;
+    timespec used{};
+    if (pthread_getcpuclockid(thread, &clock) != 0 || clock_gettime(clock, &used) != 0) {
+        return 0;
+    }
+    return static_cast<long long>(used.tv_sec) * 1000000000LL + used.tv_nsec;
+}
 
 [[noreturn]] void RestUntilTheEnd() {
     for (;;) {
@@ -27,6 +39,15 @@ constexpr long long kExitPatience = 500;
 
 // Never destroyed: threads outlive static objects. The lock is a leaf.
 struct TlsStay::All {
+    // What all threads inside have done so far.
+    long long Work() const VC_REQUIRES(lock) {
+        long long sum = 0;
+        for (TlsStay const* stay = first; stay != nullptr; stay = stay->_next) {
+            sum += WorkOf(stay->_thread);
+        }
+        return sum;
+    }
+
     RecursiveMutex lock;
     Condition left{lock};
     TlsStay* first VC_GUARDED_BY(lock) = nullptr;
@@ -110,10 +131,16 @@ void TlsStay::EndAll() {
             curl_multi_wakeup(stay->_multi);
         }
     }
-    long long const end = MonotonicMilliseconds() + kExitPatience;
-    for (long long left = kExitPatience; all.first != nullptr && left > 0;
-         left = end - MonotonicMilliseconds()) {
-        all.left.WaitFor(static_cast<unsigned int>(left));
+    long long const began = MonotonicMilliseconds();
+    long long lastProgress = began;
+    long long work = all.Work();
+    for (long long now = began;
+         all.first != nullptr && now - lastProgress < kPatience && now - began < kMostPatience;
+         now = MonotonicMilliseconds()) {
+        all.left.WaitFor(kPatience / 10);
+        long long const workNow = all.Work();
+        lastProgress = workNow != work ? MonotonicMilliseconds() : lastProgress;
+        work = workNow;
     }
 }
 

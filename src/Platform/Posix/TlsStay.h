@@ -2,13 +2,15 @@
 #pragma once
 
 #include <curl/curl.h>
+#include <pthread.h>
 
 namespace Ubrix::Platform {
 
 // When the process exits, the TLS library frees its tables, if the host has let it; a thread that is inside
-// then would fall. So the exit ends all stays, and waits for it, before that: at most half a second. A thread
-// whose stay the exit has ended never comes back from it: whatever it would do next, such as tell a listener
-// that is gone, comes too late.
+// then would fall. So the exit ends all stays before that, and waits for their threads: half a second, and on
+// a machine that has no time for them up to five, as long as they get on. A thread whose stay the exit has
+// ended never comes back from it: whatever it would do next, such as tell a listener that is gone, comes too
+// late.
 //
 // Belongs to the thread that makes it. The libraries are set up with the first stay.
 class TlsStay {
@@ -34,6 +36,7 @@ private:
     static bool SetUpLibraries();
     static void EndAll();
 
+    pthread_t const _thread = pthread_self();
     CURLM* _multi = nullptr;
     TlsStay* _next = nullptr;
     TlsStay* _previous = nullptr;
