@@ -5,10 +5,13 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <map>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "Support/Files.h"
+#include "Support/RawTlsServer.h"
 
 namespace {
 
@@ -83,6 +86,49 @@ TEST(Process, EndsAtOnceWithARequestInFlight) {
     auto const start = std::chrono::steady_clock::now();
     EXPECT_EQ(Child("exit-during-request").status, 0);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+}
+
+TEST(Process, TheEnvironmentReachesNoMoreThanTheDocumentSays) {
+    Example::CertificateAuthority const authority("Environment");
+    authority.WriteCertificate("authority.pem");
+    std::string head;
+    ::Test::RawTlsServer const server(authority.Issue({"game.example"}),
+                                      [&](::Test::RawConnection& connection) {
+                                          connection.Handshake();
+                                          head = connection.ReadHead();
+                                          connection.Send("HTTP/1.1 200 OK\r\n\r\nok");
+                                      });
+    ::Test::WriteWholeFile(".netrc", "machine game.example login a password b\n");
+    // Whoever reads it is left with the one provider that has no algorithm.
+    ::Test::WriteWholeFile("openssl.cnf", "openssl_conf=a\n[a]\nproviders=b\n[b]\nnull=c\n[c]\nactivate=1\n");
+    std::string const asked = "GET /%E4%B8%AD HTTP/1.1\r\nHost: game.example\r\nUser-Agent: Ubrix\r\n\r\n";
+    std::string const known = "CA_FILE=authority.pem ";
+    std::map<std::string, std::string> const outcomes = {
+        {known, "0 200 ok\n"},
+        {known + "https_proxy=http://127.0.0.1:9 HTTPS_PROXY=http://127.0.0.1:9 ALL_PROXY=http://127.0.0.1:9",
+         "0 200 ok\n"},
+        {known + "HOME=$PWD NETRC=$PWD/.netrc CURL_HOME=$PWD", "0 200 ok\n"},
+        {known + "OPENSSL_CONF=$PWD/openssl.cnf OPENSSL_MODULES=$PWD OPENSSL_ENGINES=$PWD", "0 200 ok\n"},
+        {known + "SSLKEYLOGFILE=$PWD/session-keys", "0 200 ok\n"},
+        {known + "GCONV_PATH=$PWD LC_ALL=de_DE.ISO-8859-1 LANG=C", "0 200 ok\n"},
+        {"SSL_CERT_FILE=$PWD/authority.pem SSL_CERT_DIR=$PWD CURL_CA_BUNDLE=$PWD/authority.pem",
+         "1 0 null\n"},
+    };
+    for (auto const& [variables, outcome] : outcomes) {
+        head.clear();
+        Result const result =
+            RunProgram("ADDRESS=" + server.Address() + " " + variables + " '" VELMORCORE_CHILD "' fetch");
+        EXPECT_EQ(result.out, outcome) << variables << "\n" << result.err;
+        EXPECT_EQ(head, outcome[0] == '0' ? asked : "") << variables;
+    }
+    EXPECT_EQ(::Test::ReadWholeFile("session-keys"), "");
+    std::set<std::string> names;
+    for (std::string const zone : {"TZ=AAA-12", "TZ=AAA+12"}) {
+        names.insert(
+            RunProgram(zone + " '" VELMORCORE_CHILD "' two-lives; cd Cache/VelmorSDKLog/VelmorCore; ls; rm *")
+                .out);
+    }
+    EXPECT_EQ(names.size(), 2U) << *names.begin();
 }
 
 TEST(Process, MayBeUnloadedAndLoadedAgain) {

@@ -1,4 +1,5 @@
 // Runs one scenario against the shared library in a fresh process. Exit status 0 if it went as it should.
+#include <unistd.h>
 #include <VelmorCore/VelmorCore.hpp>
 
 #include <cstdio>
@@ -55,6 +56,30 @@ void ExitDuringRequest() {
     velmorcore_configure_seturl("https://config.velmor.example");
 }
 
+// Prints what a request at the address of $ADDRESS ends with.
+class OutcomePrinter final : public Ubrix::DataTask::Listener {
+public:
+    void OnDataTaskFinished(Ubrix::DataTask*, int errorCode, int httpStatus, char const* data,
+                            std::uint64_t) override {
+        std::printf("%d %d %s\n", errorCode, httpStatus, data != nullptr ? data : "null");
+        std::fflush(stdout);
+        std::_Exit(0);
+    }
+};
+
+void Fetch() {
+    Ubrix::SetHttpCaFile(std::getenv("CA_FILE"));
+    Ubrix::SetHttpConnectAddress(std::getenv("ADDRESS"));
+    OutcomePrinter printer;
+    Ubrix::DataTask* const task = Ubrix::WWW::Request("https://game.example/\xD6\xD0");
+    task->SetListener(&printer);
+    task->Get();
+    // The printer ends the process; the test has a time limit.
+    for (;;) {
+        pause();
+    }
+}
+
 // Runs in a directory that is gone: nothing is stored anywhere, and nothing fails.
 void NoDirectory() {
     Ubrix::BundleFactory& factory = Ubrix::BundleFactory::GetInstance();
@@ -70,11 +95,9 @@ void NoDirectory() {
 }  // namespace
 
 int main(int, char** argv) {
-    std::map<std::string, void (*)()> const scenarios = {{"two-lives", TwoLives},
-                                                         {"network-first", NetworkUsedFirst},
-                                                         {"persist", Persist},
-                                                         {"no-directory", NoDirectory},
-                                                         {"exit-during-request", ExitDuringRequest}};
+    std::map<std::string, void (*)()> const scenarios = {
+        {"two-lives", TwoLives},       {"network-first", NetworkUsedFirst},        {"persist", Persist},
+        {"no-directory", NoDirectory}, {"exit-during-request", ExitDuringRequest}, {"fetch", Fetch}};
     scenarios.at(argv[1])();
     return g_failures;
 }

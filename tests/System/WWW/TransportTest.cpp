@@ -111,9 +111,6 @@ TEST_F(TransportTest, OnlyAGoodCertificateOfTheNameCounts) {
 }
 
 TEST_F(TransportTest, TheHeadIsNothingButWhatWasAskedFor) {
-    for (char const* const name : {"https_proxy", "HTTPS_PROXY", "ALL_PROXY"}) {
-        setenv(name, (std::string("http://") + kClosed).c_str(), 1);
-    }
     std::string head;
     std::string body;
     RawTlsServer server(_authority.Issue({kHost}), [&](RawConnection& connection) {
