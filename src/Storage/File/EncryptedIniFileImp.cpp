@@ -102,7 +102,10 @@ std::string EncryptedIniFileImpl::BareName() const {
 bool EncryptedIniFileImpl::IsInCache() const {
     char const* const cache = CPath::GetCachePath();
     std::string const directory = _path.substr(0, _path.rfind('/') + 1);
-    return cache != nullptr && Platform::IsSameDirectory(directory.empty() ? "." : directory.c_str(), cache);
+    // Where the texts tell, a disk that doesn't answer can't mislead.
+    return cache != nullptr &&
+           (directory == cache ||
+            Platform::IsSameDirectory(directory.empty() ? "." : directory.c_str(), cache));
 }
 
 std::string EncryptedIniFileImpl::EntryName() const {
