@@ -1,5 +1,6 @@
 #include "Platform/CallTurn.h"
 
+#include <cassert>
 #include <utility>
 
 #include "Platform/LockDepth.h"
@@ -23,6 +24,8 @@ void CallTurn::Enter() VC_NO_THREAD_SAFETY_ANALYSIS {
 }
 
 void CallTurn::Take(unsigned int depth) {
+    // The one who has the turn may want that lock.
+    assert(!LockDepth::HoldsLock());
     unsigned int const self = CurrentThreadNumber();
     ScopedLock const lock(_lock);
     while (_thread != 0 && _thread != self) {

@@ -8,6 +8,7 @@
 #include "Platform/CallTurn.h"
 #include "Platform/LastError.h"
 #include "Platform/LockDepth.h"
+#include "Platform/MemoryWant.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Ubrix {
@@ -86,6 +87,7 @@ void LogCallbackSink::Call(ALogPriority level, char const* line) {
     Platform::ScopedTurn const turn(TheTurn());
     if (LogCallback const callback = _callback.load(std::memory_order_acquire)) {
         Entry const entry;
+        Platform::CallOut const out;
         callback(level, line);
     }
 }
@@ -94,6 +96,7 @@ void LogCallbackSink::Keep(ALogPriority level, char const* line) {
     ThreadRecord& record = t_record;
     LockDepth::RunWhenReleased(&LogCallbackSink::PassWaiting);
     try {
+        Platform::UnwindScope const scope;
         if (record.queue == nullptr) {
             record.queue = new std::vector<Waiting>;
         }

@@ -3,12 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <new>
 #include <string>
 #include <utility>
 
+#include "Platform/Event.h"
 #include "Platform/Thread.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogFacade.h"
+#include "Storage/Log/LogThread.h"
 #include "Support/ConsoleCapture.h"
 #include "Support/FakeClock.h"
 
@@ -83,6 +86,24 @@ TEST(LogFacade, PrintsALiteralMessageAndRefusesAnIncompleteRecord) {
     EXPECT_NE(text.find("|F| cannot print %ls\n"), std::string::npos);
     EXPECT_EQ(text.find("ProntelLog"), std::string::npos);
     EXPECT_NE(text.find("Error, Parameter is NULL.\n"), std::string::npos);
+}
+
+Platform::Event g_left;
+struct Leaving {
+    ~Leaving() { g_left.Set(); }
+};
+
+TEST(LogThread, WantOfMemoryEndsItsWorkAlone) {
+    ::Test::ConsoleCapture console;
+    LogCreateThread(
+        [] {
+            static thread_local Leaving leaving;
+            static_cast<void>(&leaving);
+            throw std::bad_alloc();
+        },
+        "Short");
+    EXPECT_TRUE(g_left.WaitFor(60000));
+    EXPECT_TRUE(console.Has("no memory for the work of Short\n"));
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "Platform/MemoryWant.h"
+
 namespace Ubrix {
 
 thread_local DataTaskState* DataTaskState::t_delivering = nullptr;
@@ -52,6 +54,7 @@ void DataTaskState::Finish(Ticket ticket, int errorCode, int httpStatus, char co
     Platform::ScopedTurn const turn(_turn);
     if (IsCurrent(ticket) && _listener != nullptr) {
         _isDelivering = true;
+        Platform::CallOut const out;
         DataTaskState* const outer = std::exchange(t_delivering, this);
         _listener->OnDataTaskFinished(_task, errorCode, httpStatus, data, length);
         t_delivering = outer;
