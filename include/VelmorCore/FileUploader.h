@@ -14,7 +14,7 @@ namespace Velmor {
 // file of the key store; at most 1,000 files of 256 MiB in sum, found in 5 s. Thread-safe.
 class VELMORCORE_API FileUploader final : public ConfigureObserver, public OzkCUploadTask::Listener {
 public:
-    // The one instance, made at first use and never deleted.
+    // The one instance, made at first use and never deleted. Null without memory.
     static FileUploader* GetInstance();
     // Makes the instance hear of section "Upload" from now on. A host that wants uploads calls it once for
     // each core it makes, and Configure::RemoveObserver("Upload") to stop. Any thread.
@@ -33,7 +33,7 @@ public:
     FileUploader& operator=(FileUploader const&) = delete;
 
 private:
-    struct Body;
+    struct VELMORCORE_HIDDEN Body;
     struct Job;
 
     FileUploader();

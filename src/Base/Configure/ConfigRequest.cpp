@@ -9,12 +9,10 @@ namespace Velmor {
 
 std::string ComposeConfigUrl(std::string const& baseUrl, std::string const& requestText,
                              long long epochSeconds) {
-    Ubrix_Json::Value rule(Ubrix_Json::objectValue);
     // Always 0: the server sends the whole configuration each time.
-    rule["rule_id"] = 0;
+    std::string const rule = ComposeJson([](Ubrix_Json::Value& members) { members["rule_id"] = 0; });
     return baseUrl + "/cfgpush/getConfig?" + "com_params=" + Ubrix::URLEncoder::Encode(requestText) +
-           "&biz_params=" + Ubrix::URLEncoder::Encode(WriteCompactJson(rule)) +
-           "&r=" + Ubrix::ll2str(epochSeconds).c_str();
+           "&biz_params=" + Ubrix::URLEncoder::Encode(rule) + "&r=" + Ubrix::ll2str(epochSeconds).c_str();
 }
 
 }  // namespace Velmor

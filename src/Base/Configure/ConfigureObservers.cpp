@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Platform/Boundary.h"
+#include "Platform/MemoryWant.h"
 #include "Platform/Thread.h"
 
 namespace Velmor {
@@ -17,7 +18,7 @@ public:
     CallScope(ConfigureObservers& owner, char const* module) : _owner(owner) {
         ScopedLock const lock(_owner._lock);
         Ubrix::AtBoundary([&]() VC_REQUIRES(_owner._lock) {
-            auto const found = _owner._modules.find(module);
+            auto const found = _owner._modules.find(std::string_view(module));
             if (found != _owner._modules.end()) {
                 ConfigureObserver* const first = found->second.front().observer;
                 _owner._calls.push_back({first, CurrentThreadNumber()});
@@ -69,7 +70,7 @@ void ConfigureObservers::AddOfView(char const* module, ConfigureObserver* observ
 
 void ConfigureObservers::Remove(char const* module) {
     ScopedLock const lock(_lock);
-    auto const found = _modules.find(module);
+    auto const found = _modules.find(std::string_view(module));
     if (found == _modules.end()) {
         return;
     }
@@ -82,7 +83,7 @@ void ConfigureObservers::Remove(char const* module) {
 
 void ConfigureObservers::RemoveOfView(char const* module, ConfigureObserver* observer) {
     ScopedLock const lock(_lock);
-    auto const found = _modules.find(module);
+    auto const found = _modules.find(std::string_view(module));
     if (found != _modules.end()) {
         Listeners& all = found->second;
         auto const own = std::find_if(all.begin(), all.end(), [observer](Listener const& listener) {
@@ -97,7 +98,7 @@ void ConfigureObservers::RemoveOfView(char const* module, ConfigureObserver* obs
     }
 }
 
-void ConfigureObservers::Erase(std::map<std::string, Listeners>::iterator module,
+void ConfigureObservers::Erase(std::map<std::string, Listeners, std::less<>>::iterator module,
                                Listeners::iterator listener) {
     module->second.erase(listener);
     if (module->second.empty()) {
@@ -131,6 +132,7 @@ bool ConfigureObservers::RunsElsewhere(ConfigureObserver const* observer) const 
 void ConfigureObservers::Notify(char const* module, IStringIterator* keys) {
     CallScope const call(*this, module);
     if (call.Observer() != nullptr) {
+        Ubrix::Platform::CallOut const out;
         call.Observer()->OnConfigureRefreshed(keys);
     }
 }

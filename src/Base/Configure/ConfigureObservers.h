@@ -48,14 +48,14 @@ private:
     class CallScope;
 
     ConfigureObservers();
-    void Erase(std::map<std::string, Listeners>::iterator module, Listeners::iterator listener)
+    void Erase(std::map<std::string, Listeners, std::less<>>::iterator module, Listeners::iterator listener)
         VC_REQUIRES(_lock);
     bool RunsElsewhere(ConfigureObserver const* observer) const VC_REQUIRES(_lock);
 
     Ubrix::Platform::RecursiveMutex _lock;
     Ubrix::Platform::Condition _ended;
     // No module without a listener stands here.
-    std::map<std::string, Listeners> _modules VC_GUARDED_BY(_lock);
+    std::map<std::string, Listeners, std::less<>> _modules VC_GUARDED_BY(_lock);
     std::vector<Call> _calls VC_GUARDED_BY(_lock);
 };
 

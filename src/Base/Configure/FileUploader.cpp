@@ -13,6 +13,7 @@
 #include "Base/Configure/UploadSearch.h"
 #include "Base/Ubrix/Service.h"
 #include "Platform/Boundary.h"
+#include "Platform/MemoryWant.h"
 #include "Platform/Mutex.h"
 #include "Platform/Thread.h"
 #include "Storage/Log/ForeignText.h"
@@ -198,12 +199,17 @@ bool FileUploader::Body::Upload(Job const& job) {
 FileUploader::FileUploader() : _body(new Body(*this)) {}
 
 FileUploader* FileUploader::GetInstance() {
-    static auto* const instance = new FileUploader;
-    return instance;
+    // Null without memory.
+    return Ubrix::Platform::WithoutThrow([] {
+        static auto* const instance = new FileUploader;
+        return instance;
+    });
 }
 
 void FileUploader::Join() {
-    Configure::GetInstance()->AddObserver(kSection, GetInstance());
+    if (FileUploader* const uploader = GetInstance()) {
+        Configure::GetInstance()->AddObserver(kSection, uploader);
+    }
 }
 
 void FileUploader::OnConfigureRefreshed(IStringIterator* /*keys*/) {

@@ -10,6 +10,7 @@
 
 #include <json/json.h>
 
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,19 @@ namespace Velmor {
 inline std::string WriteCompactJson(Ubrix_Json::Value const& value) {
     Ubrix_Json::FastWriter writer;
     return writer.write(value);
+}
+
+// The text of an object whose members `compose` sets. Its values can't be wrong: what the library throws
+// there is its word for a want of memory, and goes on as std::bad_alloc.
+template <class Compose>
+std::string ComposeJson(Compose const& compose) {
+    try {
+        Ubrix_Json::Value object(Ubrix_Json::objectValue);
+        compose(object);
+        return WriteCompactJson(object);
+    } catch (Ubrix_Json::Exception const&) {
+        throw std::bad_alloc();
+    }
 }
 
 // Parses a whole text, comments allowed and not kept. False for a text that isn't JSON or nests deeper than

@@ -72,18 +72,19 @@ bool SetUserInfo(char const* channelId, char const* openId) {
 }
 
 AString RequestText() {
-    Ubrix_Json::Value text(Ubrix_Json::objectValue);
-    text["app_ver"] = CSystem::GetAppVersion();
-    text["bid"] = CSystem::GetBundleId();
-    text["cid"] = CoreParameters::Get(CoreParameters::Field::ChannelId).c_str();
-    text["did"] = TextOf(CSystem::GetUdid());
-    text["gid"] = Ubrix::GameId().c_str();
-    text["mfrs"] = CSystem::GetDeviceBrand();
-    text["mtype"] = CSystem::GetModel();
-    text["oid"] = CoreParameters::Get(CoreParameters::Field::OpenId).c_str();
-    text["os"] = "Windows";
-    text["os_ver"] = CSystem::GetSysVersion();
-    AString const result(WriteCompactJson(text).c_str());
+    std::string const json = ComposeJson([](Ubrix_Json::Value& text) {
+        text["app_ver"] = CSystem::GetAppVersion();
+        text["bid"] = CSystem::GetBundleId();
+        text["cid"] = CoreParameters::Get(CoreParameters::Field::ChannelId).c_str();
+        text["did"] = TextOf(CSystem::GetUdid());
+        text["gid"] = Ubrix::GameId().c_str();
+        text["mfrs"] = CSystem::GetDeviceBrand();
+        text["mtype"] = CSystem::GetModel();
+        text["oid"] = CoreParameters::Get(CoreParameters::Field::OpenId).c_str();
+        text["os"] = "Windows";
+        text["os_ver"] = CSystem::GetSysVersion();
+    });
+    AString const result(json.c_str());
     CoreParameters::Set(CoreParameters::Field::RequestText, result);
     return result;
 }

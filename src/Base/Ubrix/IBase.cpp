@@ -6,6 +6,7 @@
 
 #include "Base/Ubrix/CoreParameters.h"
 #include "Platform/Boundary.h"
+#include "Platform/MemoryWant.h"
 #include "Platform/Mutex.h"
 
 namespace Ubrix {
@@ -101,7 +102,10 @@ void IBase::RunReleaseCallbacks() {
     std::size_t index = 0;
     for (ReleaseCallback release = Next(index); release != nullptr; release = Next(index)) {
         // One that runs out of memory doesn't keep the others from theirs.
-        AtBoundary(release);
+        AtBoundary([release] {
+            Platform::CallOut const out;
+            release();
+        });
         ++index;
     }
 }

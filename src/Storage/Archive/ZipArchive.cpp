@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "Platform/FileSystem.h"
+#include "Platform/MemoryWant.h"
 
 namespace Ubrix {
 
@@ -132,7 +133,7 @@ bool ZipArchive::CreateZipFile(char const* path) {
         Of(_handle)->isBroken = true;
         CloseZipFile();
     }
-    _handle = path != nullptr ? Open(path).release() : nullptr;
+    _handle = path != nullptr ? Platform::WithoutThrow([path] { return Open(path); }).release() : nullptr;
     return _handle != nullptr;
 }
 

@@ -8,11 +8,14 @@
 
 #include "Base/Ubrix/CoreParameters.h"
 #include "Platform/FileSystem.h"
+#include "Platform/MemoryWant.h"
 #include "Storage/File/OwnDirectories.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Ubrix {
+
+using Platform::WithoutThrow;
 
 namespace {
 
@@ -125,12 +128,14 @@ bool CFile::Open(char const* path, FileMode mode) {
     if (path == nullptr) {
         return false;
     }
-    Close();
-    _path = path;
-    _mode = mode;
-    _hasRead = false;
-    _stream = std::fopen(_path.CString(), StreamMode(mode));
-    return _stream != nullptr;
+    return WithoutThrow([&] {
+        Close();
+        _path = path;
+        _mode = mode;
+        _hasRead = false;
+        _stream = std::fopen(_path.CString(), StreamMode(mode));
+        return _stream != nullptr;
+    });
 }
 
 void CFile::Close() {
@@ -145,7 +150,7 @@ bool CFile::Exist() {
 }
 
 bool CFile::Exist(char const* path) {
-    return path != nullptr && Platform::PathExists(path);
+    return path != nullptr && WithoutThrow([path] { return Platform::PathExists(path); });
 }
 
 bool CFile::IsDir(char const* /*path*/) {
@@ -153,7 +158,7 @@ bool CFile::IsDir(char const* /*path*/) {
 }
 
 bool CFile::Remove(char const* path) {
-    return path != nullptr && Platform::DeleteFileAt(path);
+    return path != nullptr && WithoutThrow([path] { return Platform::DeleteFileAt(path); });
 }
 
 bool CFile::Remove() {
@@ -161,7 +166,7 @@ bool CFile::Remove() {
 }
 
 bool CFile::Rename(char const* from, char const* to) {
-    return from != nullptr && to != nullptr && Platform::RenamePath(from, to);
+    return from != nullptr && to != nullptr && WithoutThrow([=] { return Platform::RenamePath(from, to); });
 }
 
 int CFile::Read(void* buffer, unsigned int size) {
@@ -255,20 +260,22 @@ char const* CPath::GetAppPath() {
     if (char const* path = g_appPath.load(std::memory_order_acquire)) {
         return path;
     }
-    std::string directory;
-    if (!Platform::WorkingDirectory(directory)) {
-        std::perror("getcwd error");
-        return nullptr;
-    }
-    return Keep(g_appPath, directory.c_str());
+    return WithoutThrow([]() -> char const* {
+        std::string directory;
+        if (!Platform::WorkingDirectory(directory)) {
+            std::perror("getcwd error");
+            return nullptr;
+        }
+        return Keep(g_appPath, directory.c_str());
+    });
 }
 
 char const* CPath::GetDocPath() {
-    return Standing(g_doc);
+    return WithoutThrow([] { return Standing(g_doc); });
 }
 
 char const* CPath::GetCachePath() {
-    return Standing(g_cache);
+    return WithoutThrow([] { return Standing(g_cache); });
 }
 
 bool IsSafeForValues(char const* path) {
@@ -285,18 +292,20 @@ char const* CPath::GetDefaultConfigFile() {
     if (char const* path = g_defaultConfigFile.load(std::memory_order_acquire)) {
         return path;
     }
-    char const* cache = GetCachePath();
-    if (cache == nullptr) {
-        return nullptr;
-    }
-    AString name = CoreParameters::Get(CoreParameters::Field::KitName);
-    name += ".ini";
-    AString path(cache);
-    return Keep(g_defaultConfigFile, AppendSubPath(path, name.CString()).CString());
+    return WithoutThrow([]() -> char const* {
+        char const* cache = GetCachePath();
+        if (cache == nullptr) {
+            return nullptr;
+        }
+        AString name = CoreParameters::Get(CoreParameters::Field::KitName);
+        name += ".ini";
+        AString path(cache);
+        return Keep(g_defaultConfigFile, AppendSubPath(path, name.CString()).CString());
+    });
 }
 
 bool CPath::CreatePath(char const* path) {
-    return path != nullptr && Platform::MakeDirectory(path);
+    return path != nullptr && WithoutThrow([path] { return Platform::MakeDirectory(path); });
 }
 
 bool CPath::RemovePath(char const* /*path*/) {
@@ -307,12 +316,14 @@ void CPath::GetSubPath(AString& out, char const* dir, char const* sub) {
     if (dir == nullptr || sub == nullptr) {
         return;
     }
-    std::string path(dir);
-    if (!path.empty() && path.back() != '/' && path.back() != '\\') {
-        path += '/';
-    }
-    path += sub;
-    out = path.c_str();
+    WithoutThrow([&] {
+        std::string path(dir);
+        if (!path.empty() && path.back() != '/' && path.back() != '\\') {
+            path += '/';
+        }
+        path += sub;
+        out = path.c_str();
+    });
 }
 
 AString& CPath::AppendSubPath(AString& path, char const* sub) {
@@ -321,12 +332,14 @@ AString& CPath::AppendSubPath(AString& path, char const* sub) {
 }
 
 void CPath::GetFileName(char const* path, AString& out) {
-    std::string const whole(path != nullptr ? path : "");
-    std::size_t separator = whole.rfind('\\');
-    if (separator == std::string::npos) {
-        separator = whole.rfind('/');
-    }
-    out = whole.c_str() + (separator == std::string::npos ? 0 : separator + 1);
+    WithoutThrow([&] {
+        std::string const whole(path != nullptr ? path : "");
+        std::size_t separator = whole.rfind('\\');
+        if (separator == std::string::npos) {
+            separator = whole.rfind('/');
+        }
+        out = whole.c_str() + (separator == std::string::npos ? 0 : separator + 1);
+    });
 }
 
 bool CPath::GetFiles(char const* path, AArray* files) {
@@ -334,15 +347,20 @@ bool CPath::GetFiles(char const* path, AArray* files) {
         VC_LOG(Error, "Ubrix::CPath::GetFiles", "pszPath or files is NULL!");
         return false;
     }
-    std::vector<std::string> names;
-    if (!Platform::ListDirectory(path, names)) {
-        VC_LOG(Error, "Ubrix::CPath::GetFiles", "%s not found!", ForeignText(path).c_str());
-        return false;
-    }
-    for (std::string const& name : names) {
-        files->Add(name.c_str());
-    }
-    return true;
+    return WithoutThrow([&] {
+        std::vector<std::string> names;
+        if (!Platform::ListDirectory(path, names)) {
+            VC_LOG(Error, "Ubrix::CPath::GetFiles", "%s not found!", ForeignText(path).c_str());
+            return false;
+        }
+        // All or none.
+        AArray found;
+        for (std::string const& name : names) {
+            found.Add(name.c_str());
+        }
+        files->Add(&found);
+        return true;
+    });
 }
 
 }  // namespace Ubrix

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "Platform/MemoryWant.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Ubrix {
@@ -99,6 +100,7 @@ void CApplication::FanOut(Event event) {
     _walks.push_back({0, _observers.size()});
     while (_walks.back().next < _walks.back().end) {
         IApplicationObserver* const observer = _observers[_walks.back().next++];
+        Platform::CallOut const out;
         (observer->*event)();
     }
     _walks.pop_back();

@@ -1,5 +1,9 @@
 #include <VelmorCore/Network.h>
 
+#include <memory>
+
+#include "Platform/MemoryWant.h"
+
 namespace Ubrix {
 
 _tagADetailNetworkInfo::_tagADetailNetworkInfo() = default;
@@ -11,9 +15,11 @@ _tagADetailNetworkInfo& _tagADetailNetworkInfo::operator=(_tagADetailNetworkInfo
 _tagADetailNetworkInfo::~_tagADetailNetworkInfo() = default;
 
 AObject* _tagADetailNetworkInfo::Clone() const {
-    auto* clone = new _tagADetailNetworkInfo;
-    *clone = *this;
-    return clone;
+    return Platform::WithoutThrow([this]() -> AObject* {
+        auto clone = std::make_unique<_tagADetailNetworkInfo>();
+        *clone = *this;
+        return clone.release();
+    });
 }
 
 void _tagADetailNetworkInfo::WriteTo(CSarnetBufferWriter& writer) const {

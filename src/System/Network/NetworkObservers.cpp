@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Platform/Boundary.h"
+#include "Platform/MemoryWant.h"
 
 namespace Ubrix {
 
@@ -35,6 +36,7 @@ public:
     bool Tell(ANetworkState state) {
         for (std::size_t i = 0; i < _observers.size(); ++i) {
             if (_observers[i] != nullptr) {
+                Platform::CallOut const out;
                 _observers[i]->OnNetworkStateChanged(state);
             }
         }
@@ -142,6 +144,7 @@ void NetworkObservers::TellCallback(ANetworkState state) {
     INetwork::Callback const callback = _lists.WithStanding(static_cast<INetwork::Callback>(nullptr),
                                                             [](Lists& lists) { return lists.callback; });
     if (callback != nullptr) {
+        Platform::CallOut const out;
         callback(state);
     }
 }

@@ -35,6 +35,7 @@ int Carry(DataTaskRequest const& request, CrackedUrl const& url, std::vector<std
     told.headerCount = headers.size();
     told.body = hasBody ? request.body.data() : nullptr;
     told.bodyLength = request.body.size();
+    Platform::CallOut const out;
     return request.transport->Perform(told, exchange);
 }
 

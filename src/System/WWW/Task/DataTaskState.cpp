@@ -1,4 +1,5 @@
 #include "System/WWW/Task/DataTaskState.h"
+#include "Platform/MemoryWant.h"
 
 #include <utility>
 

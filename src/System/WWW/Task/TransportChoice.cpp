@@ -3,6 +3,7 @@
 #include <string>
 
 #include "Platform/HttpTransport.h"
+#include "Platform/MemoryWant.h"
 #include "Platform/Mutex.h"
 
 namespace Ubrix {
@@ -64,20 +65,22 @@ void TransportChoice::Reopen(IHttpTransport* transport) {
 }
 
 bool SetHttpTransport(IHttpTransport* transport) {
-    return TransportChoice::Choose(transport);
+    return Platform::WithoutThrow([transport] { return TransportChoice::Choose(transport); });
 }
 
 void SetHttpCaFile(char const* path) {
-    Platform::SetHttpCaFile(path != nullptr ? path : "");
+    Platform::WithoutThrow([path] { Platform::SetHttpCaFile(path != nullptr ? path : ""); });
 }
 
 bool SetHttpConnectAddress(char const* address) {
-    std::string const text = address != nullptr ? address : "";
-    if (!text.empty() && !IsAddress(text)) {
-        return false;
-    }
-    Platform::SetHttpConnectAddress(text);
-    return true;
+    return Platform::WithoutThrow([address] {
+        std::string const text = address != nullptr ? address : "";
+        if (!text.empty() && !IsAddress(text)) {
+            return false;
+        }
+        Platform::SetHttpConnectAddress(text);
+        return true;
+    });
 }
 
 }  // namespace Ubrix

@@ -2,6 +2,7 @@
 #include <VelmorCore/Http.h>
 #include <VelmorCore/UploadTask.h>
 
+#include "Platform/MemoryWant.h"
 #include "Platform/Mutex.h"
 #include "System/WWW/Task/OzkUploadTaskImpl.h"
 
@@ -24,22 +25,30 @@ Choice& TheChoice() {
 }  // namespace
 
 void SetOzkUploadTaskFactory(OzkUploadTaskFactory factory, void* userData) {
-    Choice& choice = TheChoice();
-    Platform::ScopedLock const lock(choice.lock);
-    choice.factory = factory;
-    choice.userData = userData;
+    Platform::WithoutThrow([=] {
+        Choice& choice = TheChoice();
+        Platform::ScopedLock const lock(choice.lock);
+        choice.factory = factory;
+        choice.userData = userData;
+    });
 }
 
 OzkCUploadTask* WWW::GetOzkUploadTask() {
-    Choice& choice = TheChoice();
-    OzkUploadTaskFactory factory = nullptr;
-    void* userData = nullptr;
-    {
-        Platform::ScopedLock const lock(choice.lock);
-        factory = choice.factory;
-        userData = choice.userData;
-    }
-    return factory != nullptr ? factory(userData) : new OzkUploadTaskImpl;
+    return Platform::WithoutThrow([]() -> OzkCUploadTask* {
+        Choice& choice = TheChoice();
+        OzkUploadTaskFactory factory = nullptr;
+        void* userData = nullptr;
+        {
+            Platform::ScopedLock const lock(choice.lock);
+            factory = choice.factory;
+            userData = choice.userData;
+        }
+        if (factory == nullptr) {
+            return new OzkUploadTaskImpl;
+        }
+        Platform::CallOut const out;
+        return factory(userData);
+    });
 }
 
 }  // namespace Ubrix

@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "Platform/MemoryWant.h"
 #include "Platform/Mutex.h"
 #include "Storage/Log/LogMacros.h"
 
@@ -36,14 +37,14 @@ WWWTaskBase::~WWWTaskBase() {
 
 void WWWTaskBase::SetHeader(char const* key, char const* value) {
     if (key != nullptr && value != nullptr) {
-        _headers[key] = value;
+        Platform::WithoutThrow([&] { _headers[key] = value; });
     }
 }
 
 void WWWTaskBase::SetUrl(char const* url) {
     if (url != nullptr) {
         // `url` may be this task's own text.
-        _url = std::string(url);
+        Platform::WithoutThrow([&] { _url = std::string(url); });
     }
 }
 
