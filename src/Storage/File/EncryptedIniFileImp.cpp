@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "BuildConstants.h"
+#include "Platform/Boundary.h"
 #include "Security/Crypto/Base64.h"
 #include "Security/Crypto/Ecdh.h"
 #include "Security/Crypto/Tea.h"
@@ -212,6 +213,12 @@ std::string EncryptedIniFileImpl::KeyOfFile(StoredKeys const& keys) const {
 }
 
 EncipheredContent EncryptedIniFileImpl::ReadFile() {
+    EncipheredContent unread;
+    unread.fault = EncipheredFault::Unreadable;
+    return AtBoundary(unread, [this]() VC_REQUIRES(_lock) { return ReadWithKeys(); });
+}
+
+EncipheredContent EncryptedIniFileImpl::ReadWithKeys() {
     SecurityStore::Turn const turn;
     EncipheredContent content;
     std::string bytes;

@@ -48,6 +48,8 @@ private:
     void KeepForNamesake(SecurityStore& store, StoredKeys const& before) const;
     // Takes in what stands on the disk. Of what is wrong with it, the body is empty.
     EncipheredContent ReadFile() VC_REQUIRES(_lock);
+    // The same, with std::bad_alloc for want of memory, which changes nothing.
+    EncipheredContent ReadWithKeys() VC_REQUIRES(_lock);
     // Whether the bytes are text; what of it isn't known is taken in.
     bool TakePlain(std::string_view bytes) VC_REQUIRES(_lock);
     // Takes the lines of a body in, if a key that may be this file's opens it.

@@ -1,11 +1,11 @@
 // The INI file's dealings with the disk.
-#include <new>
 #include <utility>
 
-#include "Platform/MemoryWant.h"
+#include "Platform/Boundary.h"
 #include "Storage/File/FileReplacement.h"
 #include "Storage/File/IniFileImp.h"
 #include "Storage/File/OwnDirectories.h"
+#include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Ubrix {
@@ -51,7 +51,7 @@ Platform::FileAnswer CIniFileImpl::ReadContent(std::string& content) {
             if (_disk != Disk::Foreign) {
                 VC_LOG(Warning, "Ubrix::CIniFileImpl::Load",
                        "config file %s is no regular file of at most %u bytes that this user may read",
-                       _path.c_str(), kMaxIniFileSize);
+                       ForeignText(_path.c_str()).c_str(), kMaxIniFileSize);
             }
             Leave(false);
             break;
@@ -84,7 +84,8 @@ void CIniFileImpl::Leave(bool mayBeLater) {
         _disk = Disk::Unread;
         if (!std::exchange(_toldUnread, true)) {
             VC_LOG(Warning, "Ubrix::CIniFileImpl::Load",
-                   "config file %s can't be read now: it is left alone and tried again", _path.c_str());
+                   "config file %s can't be read now: it is left alone and tried again",
+                   ForeignText(_path.c_str()).c_str());
         }
     }
 }
@@ -95,8 +96,8 @@ bool CIniFileImpl::MoveAside() {
     if (aside.empty() || !Platform::RenamePath(_path.c_str(), aside.c_str())) {
         return false;
     }
-    VC_LOG(Error, kFunction, "config file %s couldn't be read: moved to %s, and begun anew", _path.c_str(),
-           aside.c_str());
+    VC_LOG(Error, kFunction, "config file %s couldn't be read: moved to %s, and begun anew",
+           ForeignText(_path.c_str()).c_str(), ForeignText(aside.c_str()).c_str());
     return true;
 }
 
@@ -143,20 +144,15 @@ bool CIniFileImpl::SaveChecked() {
     char const* obstacle = nullptr;
     // What fails for a moment doesn't cost the save.
     for (int tries = 0; tries < 2; ++tries) {
-        try {
-            Platform::UnwindScope const scope;
-            obstacle = WriteFile();
-        } catch (std::bad_alloc const&) {
-            obstacle = "no memory is left";
-        }
+        obstacle = AtBoundary("no memory is left", [this]() VC_REQUIRES(_lock) { return WriteFile(); });
         if (obstacle == nullptr) {
             break;
         }
     }
     if (obstacle != nullptr) {
         if (!std::exchange(_toldUnsaved, true)) {
-            VC_LOG(Error, "Ubrix::CIniFileImpl::Save", "config file %s isn't saved: %s", _path.c_str(),
-                   obstacle);
+            VC_LOG(Error, "Ubrix::CIniFileImpl::Save", "config file %s isn't saved: %s",
+                   ForeignText(_path.c_str()).c_str(), obstacle);
         }
         return false;
     }
@@ -164,7 +160,7 @@ bool CIniFileImpl::SaveChecked() {
     _wasAbsent = false;
     _toldUnsaved = false;
     if (!std::exchange(_leftoversCleared, true)) {
-        FileReplacement::ClearLeftovers(_path);
+        AtBoundary([this] { FileReplacement::ClearLeftovers(_path); });
     }
     return true;
 }

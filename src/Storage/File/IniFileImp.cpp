@@ -172,11 +172,11 @@ bool CIniFileImpl::WriteString(char const* section, char const* key, char const*
     {
         Platform::ScopedLock lock(_lock);
         CatchUp();
-        _lines.Write(section, key, text);
-        _edited = true;
         if (!IniText::ComesBackWhole(text)) {
             cut = _cutKeys.Add(section, key);
         }
+        _lines.Write(section, key, text);
+        _edited = true;
     }
     TellOfCut(cut, section, key);
     return true;

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <new>
 
+#include "Platform/Boundary.h"
 #include "Platform/Guid.h"
 #include "Platform/Mutex.h"
 #include "Storage/File/IniFileImp.h"
@@ -132,7 +133,7 @@ char const* CSystem::GetUdid() {
     Platform::ScopedLock lock(UdidMutex());
     udid = g_udid.load(std::memory_order_relaxed);
     if (udid == nullptr) {
-        udid = FindUdid();
+        udid = AtBoundary(udid, [] { return FindUdid(); });
         g_udid.store(udid, std::memory_order_release);
     }
     return udid;
