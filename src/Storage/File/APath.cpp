@@ -108,7 +108,7 @@ bool IsTrusted(OwnDirectory& directory, char const* path) {
     }
     bool const isForeign = trust == Platform::DirectoryTrust::Foreign;
     if (!directory.isToldOf.exchange(isForeign) && isForeign) {
-        VC_LOG(Error, "Ubrix::CPath::IsTrusted",
+        VC_LOG(Error, "Ubrix::IsSafeForValues",
                "%s belongs to another user, or everybody may write there: no keys or values are read from it "
                "or stored in it",
                ForeignText(path).c_str());

@@ -73,22 +73,16 @@ TEST(ConfigFile, TakesNoNameThatIsNotItsOwn) {
                                  "aux .y",       "\x7F",         longest + "n", "conin$", "\x1B[2J"};
     for (std::string const& name : names) {
         ::Test::LogCapture log;
-        Velmor::IConfigFile* file = VelmorCore_NewConfigFile(name.c_str());
+        Velmor::ConfigFile file(name.c_str());
         EXPECT_EQ(log.Count("Error", ": refused"), 1) << name;
-        EXPECT_FALSE(file->SetAndSave("s", "k", 1)) << name;
-        EXPECT_EQ(file->GetFromCache("s", "k", 7), 7);
+        EXPECT_TRUE(!file.SetAndSave("s", "k", 1) && file.GetFromCache("s", "k", 7) == 7) << name;
         EXPECT_EQ(log.Count("Error", "_bundle is null"), 2) << name;
-        VelmorCore_DeleteConfigFile(&file);
         EXPECT_FALSE(std::filesystem::exists("Cache/" + name + ".config") && name != "RemoteConfig") << name;
     }
     for (std::string const& name :
          {longest, std::string("nulls"), std::string("com10"), std::string("a [b]#.c ")}) {
-        Velmor::IConfigFile* file = VelmorCore_NewConfigFile(name.c_str());
-        EXPECT_TRUE(file->SetAndSave("s", "k", 1)) << name;
-        VelmorCore_DeleteConfigFile(&file);
-        file = VelmorCore_NewConfigFile(name.c_str());
-        EXPECT_EQ(file->GetFromCache("s", "k", 7), 1) << name;
-        VelmorCore_DeleteConfigFile(&file);
+        Velmor::ConfigFile(name.c_str()).SetAndSave("s", "k", 1);
+        EXPECT_EQ(Velmor::ConfigFile(name.c_str()).GetFromCache("s", "k", 7), 1) << name;
     }
 }
 

@@ -263,9 +263,4 @@ TEST(IniFileTest, ASaveClearsWhatDeadProcessesLeft) {
     }
 }
 
-TEST(IniFileTest, ALineHasNoLimit) {
-    auto const file = Open("[a]\nk=" + std::string(10 << 20, 'v') + "\n");
-    EXPECT_EQ(file->ReadString("a", "k", "").GetLength(), 10 << 20);
-}
-
 }  // namespace
