@@ -30,21 +30,11 @@ private:
     rlimit _before{};
 };
 
-// A process that has no descriptor left while a scope lasts.
-class NoDescriptors {
-public:
-    NoDescriptors() {
-        getrlimit(RLIMIT_NOFILE, &_before);
-        rlimit const now{0, _before.rlim_max};
-        EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &now), 0);
-    }
-    ~NoDescriptors() { setrlimit(RLIMIT_NOFILE, &_before); }
-    NoDescriptors(NoDescriptors const&) = delete;
-    NoDescriptors& operator=(NoDescriptors const&) = delete;
-
-private:
-    rlimit _before{};
-};
+// Puts a regular file that fails whoever reads it in the place of what stands there.
+inline void PutFailingFile(char const* path) {
+    std::filesystem::remove(path);
+    std::filesystem::create_symlink("/proc/self/mem", path);
+}
 
 // How many names in a directory contain `piece`.
 inline int CountFilesWith(std::string const& piece, char const* path = ".") {

@@ -42,7 +42,7 @@ SecurityStoreImp::SecurityStoreImp() {
 }
 
 bool SecurityStoreImp::IsFresh() {
-    return _file != nullptr && (_file->Load() || !_file->IsUnread());
+    return _file != nullptr && _file->Refresh();
 }
 
 void SecurityStoreImp::Set(char const* key, char const* value) {

@@ -10,10 +10,9 @@
 
 namespace Ubrix {
 
-bool CIniFileImpl::IsUnread() {
+bool CIniFileImpl::Refresh() {
     Platform::ScopedLock lock(_lock);
-    CatchUp();
-    return _disk == Disk::Unread;
+    return Reload() || _answer != Platform::FileAnswer::Failing;
 }
 
 void CIniFileImpl::CatchUp() {
@@ -34,10 +33,10 @@ bool CIniFileImpl::Reload() {
 }
 
 Platform::FileAnswer CIniFileImpl::ReadContent(std::string& content) {
-    auto const answer = IsSafeForValues(_path.c_str())
-                            ? Platform::ReadWholeFile(_path.c_str(), kMaxIniFileSize, content)
-                            : Platform::FileAnswer::Failing;
-    switch (answer) {
+    _answer = IsSafeForValues(_path.c_str())
+                  ? Platform::ReadWholeFile(_path.c_str(), kMaxIniFileSize, content)
+                  : Platform::FileAnswer::Failing;
+    switch (_answer) {
         case Platform::FileAnswer::Given:
             break;
         case Platform::FileAnswer::Absent:
@@ -56,7 +55,7 @@ Platform::FileAnswer CIniFileImpl::ReadContent(std::string& content) {
             Leave(false);
             break;
     }
-    return answer;
+    return _answer;
 }
 
 void CIniFileImpl::Take(IniLines& lines) {

@@ -52,8 +52,8 @@ public:
 
     // As Save, and tells whether the file has the content now.
     bool SaveChecked();
-    // Whether something stands on the disk that can't be read now.
-    bool IsUnread();
+    // As Load. False only if something stands on the disk that can't be read now, whatever was read before.
+    bool Refresh();
 
 protected:
     // `isOtherForm` tells of content that the file form of a derived class has; the constructor leaves it to
@@ -97,6 +97,8 @@ private:
     void Know() VC_REQUIRES(_lock);
 
     Disk _disk VC_GUARDED_BY(_lock) = Disk::Unread;
+    // To the latest look at the disk.
+    Platform::FileAnswer _answer VC_GUARDED_BY(_lock) = Platform::FileAnswer::Absent;
     // Nothing stood there when it was looked at.
     bool _wasAbsent VC_GUARDED_BY(_lock) = false;
     // Cleared since it was unread: of what is there nothing is to be kept.

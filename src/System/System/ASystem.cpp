@@ -70,7 +70,7 @@ char const* FindUdid() {
     }
     path += "/config.ini";
     CIniFileImpl file(path.CString());
-    if (file.IsUnread()) {
+    if (!file.Refresh()) {
         // The device has an id, perhaps, that can't be read now: another one must not take its place.
         return nullptr;
     }
