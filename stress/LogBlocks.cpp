@@ -1,14 +1,10 @@
 // Kills a process that logs into blocks, at any moment, and looks for every line that it had logged: in the
 // files, or brought there out of the memory that outlived it.
-#include <spawn.h>
 #include <sys/mman.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -18,12 +14,11 @@
 #include <thread>
 #include <vector>
 
+#include "Children.h"
 #include "Storage/Log/LogBlockWriter.h"
 #include "Storage/Log/LogCrypt.h"
 #include "Storage/Log/Logger.h"
 #include "Support/LogBlockDecoder.h"
-
-extern char** environ;
 
 namespace {
 
@@ -97,25 +92,17 @@ std::vector<bool> Found(int most) {
 }
 
 // How many of the lines that a killed process had logged are missing.
-int OneKill(char const* self, int lines, bool isCompress) {
+int OneKill(int lines, bool isCompress) {
     std::filesystem::remove_all(kFiles);
     std::filesystem::create_directories(kFiles);
     std::ofstream(kMemoryFile) << std::string(sizeof(Shared), '\0');
     Shared& shared = MapShared();
-    char arguments[3][16] = {"child", "", ""};
-    arguments[1][0] = isCompress ? 'c' : 'p';
-    char* argv[] = {const_cast<char*>(self), arguments[0], arguments[1], nullptr};
-    pid_t child = 0;
-    if (posix_spawn(&child, self, nullptr, nullptr, argv, environ) != 0) {
-        std::perror("posix_spawn");
-        std::_Exit(2);
-    }
+    Stress::Child child({"child", isCompress ? "compress" : "plain"});
     auto const deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (shared.logged < lines && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::yield();
     }
-    kill(child, SIGKILL);
-    waitpid(child, nullptr, 0);
+    child.Kill();
     int const logged = shared.logged;
     {
         Ubrix::Logger logger("Blocks", Options(shared, isCompress));
@@ -132,13 +119,13 @@ int OneKill(char const* self, int lines, bool isCompress) {
 
 int main(int argc, char** argv) {
     if (argc > 2 && std::strcmp(argv[1], "child") == 0) {
-        LogForEver(argv[2][0] == 'c');
+        LogForEver(std::strcmp(argv[2], "compress") == 0);
     }
     int const kills = argc > 1 && std::strcmp(argv[1], "full") == 0 ? 2000 : 30;
     int lost = 0;
     for (int i = 0; i < kills; ++i) {
         // Some 200 plain lines make a block ripe, so the kills fall before, into and behind a write.
-        lost += OneKill("/proc/self/exe", 1 + i * 37 % 900, i % 2 == 0);
+        lost += OneKill(1 + i * 37 % 900, i % 2 == 0);
     }
     std::printf("%d kills of a process that logs into blocks: %d logged lines missing\n", kills, lost);
     return lost == 0 ? 0 : 1;

@@ -113,6 +113,7 @@ TEST(AFileLogger, AFileIsThisUsersAloneAndBeginsAtALinesHead) {
     }
     EXPECT_EQ(::Test::ReadWholeFile("elsewhere"), "");
     EXPECT_TRUE(fs::is_empty("other"));
+    fs::remove("Cache/VelmorSDKLog");
 }
 
 TEST(AFileLogger, ReadsTheTimeOfAFileName) {

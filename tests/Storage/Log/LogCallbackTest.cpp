@@ -41,6 +41,8 @@ protected:
     using Messages = std::vector<std::string>;
 
     LogCallbackTest() {
+        All().With([](Messages& messages) { messages.clear(); });
+        Inside() = [](std::string const&) {};
         SetConsoleOutput(false);
         SetUbrixLogCallback([](ALogPriority, char const* line) {
             EXPECT_FALSE(Platform::LockDepth::HoldsLock()) << line;
@@ -62,7 +64,7 @@ protected:
         return all;
     }
     static std::function<void(std::string const&)>& Inside() {
-        static auto& inside = *new std::function<void(std::string const&)>([](std::string const&) {});
+        static auto& inside = *new std::function<void(std::string const&)>;
         return inside;
     }
 };
