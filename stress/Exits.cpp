@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "Support/RawTlsServer.h"
+#include "Support/Sanitized.h"
 
 extern char** environ;
 
@@ -28,10 +29,12 @@ constexpr char kHost[] = "game.example";
 constexpr char kUrl[] = "https://game.example/x";
 constexpr char kCaFile[] = "authority.pem";
 constexpr char kExitFile[] = "exit-began";
+// A sanitizer's processes start slowly.
+constexpr int kQuick = ::Test::kIsSanitized ? 10 : 30;
 constexpr int kSlowest = 7000;  // ms from the exit's beginning to the process's end, on the busiest machine
 
 enum Host { SetsUpFirst, SetsUpLast, LeavesItAlone, kHosts };
-enum Ending { ByReturn, ByExit, ByOtherThread, ByListener, kEndings };
+enum Ending { ByReturn, ByExit, ByOtherThread, ByListener, ByQuickExit, ByFork, kEndings };
 
 // One process: what it does is in the digits of its number.
 struct Variant {
@@ -51,13 +54,17 @@ long long Milliseconds() {
     return std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
 }
 
+void TellExit() {
+    std::ofstream(kExitFile) << Milliseconds() << std::endl;
+}
+
 // One thread of a process may do so.
 [[noreturn]] void Exit() {
     static std::atomic_flag isTaken = ATOMIC_FLAG_INIT;
     while (isTaken.test_and_set()) {
         pause();
     }
-    std::ofstream(kExitFile) << Milliseconds() << std::endl;
+    TellExit();
     std::exit(0);
 }
 
@@ -98,8 +105,20 @@ int RunChild(Variant const& variant, char const* address) {
     if (variant.ending == ByOtherThread) {
         std::thread(Exit).join();
     }
+    if (variant.ending == ByQuickExit) {
+        TellExit();
+        std::quick_exit(0);
+    }
+    if (variant.ending == ByFork) {
+        // The fork's exit first, and then the process's own.
+        pid_t const child = fork();
+        int status = 0;
+        if (child != 0 && (waitpid(child, &status, 0) != child || status != 0)) {
+            std::_Exit(2);
+        }
+    }
     if (variant.ending == ByReturn) {
-        std::ofstream(kExitFile) << Milliseconds() << std::endl;
+        TellExit();
         return 0;
     }
     Exit();
@@ -166,5 +185,5 @@ int main(int argc, char** argv) {
     if (argc == 4) {
         return RunChild(Variant(std::atoi(argv[2])), argv[3]);
     }
-    return RunAll(argc == 2 && std::string(argv[1]) == "full" ? 1000 : 30);
+    return RunAll(argc == 2 && std::string(argv[1]) == "full" ? 1000 : kQuick);
 }

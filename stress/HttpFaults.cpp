@@ -18,6 +18,7 @@
 #include "Platform/HttpTransport.h"
 #include "Support/LogCapture.h"
 #include "Support/RawTlsServer.h"
+#include "Support/Sanitized.h"
 #include "Support/Watched.h"
 
 namespace {
@@ -101,8 +102,8 @@ Rows ChannelFaults() {
         {"an alert", "1 0", 12157, Plain(std::string("\x15\x03\x03\x00\x02\x02\x28", 7))},
         {"half a record", "1 0", 12157, Plain(std::string("\x16\x03\x03\x00\x7a\x02", 6))},
         {"a record too long", "1 0", 12157, Plain("\x16\x03\x03\xff\xff" + std::string(70000, 'x'))},
-        {"an end behind the handshake", "1 0", kNoHead, [](RawConnection& c) { c.Handshake(); }},
-        {"an orderly end behind the handshake", "1 0", kNoHead,
+        {"an end behind the request", "1 0", kNoHead, Say("")},
+        {"an orderly end behind the request", "1 0", kNoHead,
          [](RawConnection& c) {
              c.Handshake();
              c.ReadHead();
@@ -380,7 +381,7 @@ public:
         getrusage(RUSAGE_SELF, &usage);
         std::printf("%d of %d HTTP faults went otherwise than told; at most %ld MiB of memory\n", _wrong,
                     _count, usage.ru_maxrss / 1024);
-        return _wrong == 0 && usage.ru_maxrss < kMostMemoryKilobytes;
+        return _wrong == 0 && (::Test::kIsSanitized || usage.ru_maxrss < kMostMemoryKilobytes);
     }
 
 private:
