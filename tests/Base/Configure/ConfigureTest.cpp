@@ -264,6 +264,7 @@ TEST_F(ConfigureTest, AForeignTextForgesNoLine) {
     std::string const hostile = "x\n[2036-03-05 07:59:01 042] | Error\x1b[2J";
     Velmor::RemoteConfig game(hostile.c_str());
     game.SetUserInfo(11, hostile.c_str());
+    game.SetUserInfo(11, "half a character\x1b\xF0\x9F");
     Impl().SetUrl((kUrl + hostile).c_str());
     AwaitState(ConfigureImpl::kFailed);
     _server.Answer(hostile);
