@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -11,7 +12,7 @@ namespace Velmor {
 constexpr char kUploadOrderFunction[] = "Velmor::FileUploader::OnConfigureRefreshed";
 
 // Bytes of "file_path", and of "file_pattern".
-constexpr std::size_t kMaxOrderText = 64 * 1024;
+constexpr std::size_t kMaxOrderText = std::size_t{64} * 1024;
 constexpr std::size_t kMaxOrderPatterns = 4096;
 // Names looked at, in all directories together.
 constexpr std::size_t kMaxOrderNames = 100000;
