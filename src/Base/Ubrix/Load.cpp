@@ -9,7 +9,10 @@
 #include "Storage/Bundle/BundleFactoryLoad.h"
 #include "Storage/Log/autobuffer.h"
 #include "Storage/Log/ptrbuffer.h"
+#include "System/Application/Application.h"
+#include "System/Network/NetworkObservers.h"
 #include "System/Operation/OperationQueueImp.h"
+#include "System/PlatformObject/CPlatformClassRegistry.h"
 #include "System/WWW/Task/WWWTaskBase.h"
 
 namespace Ubrix {
@@ -27,6 +30,10 @@ public:
         _blockMemory = new PtrBuffer;
         OperationQueueImp::CreateLock();
         WWWTaskBase::CreateRegistry();
+        // An observer's destructor reaches these, which may not find memory short.
+        NetworkObservers::GetInstance();
+        CApplication::GetInstance();
+        CPlatformClassRegistry::GetInstance();
     }
 
 private:

@@ -1,6 +1,8 @@
 #include <VelmorCore/Configure.h>
 #include <VelmorCore/Core.h>
 
+#include <new>
+
 #include "Base/Ubrix/IBase.h"
 #include "Base/Ubrix/Service.h"
 #include "BuildConstants.h"
@@ -37,8 +39,9 @@ IVelmorCore& IVelmorCore::GetInstance() {
 }
 
 CVelmorCore& CVelmorCore::GetInstance() {
-    // Never destroyed: callers may keep it over a release.
-    static auto& core = *new CVelmorCore;
+    // Never destroyed, since callers may keep it over a release, and made without memory of its own.
+    alignas(CVelmorCore) static unsigned char room[sizeof(CVelmorCore)];
+    static auto& core = *new (room) CVelmorCore;
     auto const greet = [](CoreLife& life) { return !std::exchange(life.isGreeted, true); };
     if (AtBoundary(false, [&greet] { return TheLife().With(greet); })) {
         VC_LOG(Event, "Ubrix::CVelmorCore::CVelmorCore",

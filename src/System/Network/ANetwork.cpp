@@ -1,5 +1,7 @@
 #include <VelmorCore/Network.h>
 
+#include <new>
+
 #include "Platform/Boundary.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Network/NetworkObservers.h"
@@ -14,7 +16,9 @@ INetwork& INetwork::GetInstance() {
 }
 
 CNetwork& CNetwork::TheObject() {
-    static CNetwork& network = *new CNetwork;
+    // Made without memory of its own.
+    alignas(CNetwork) static unsigned char room[sizeof(CNetwork)];
+    static CNetwork& network = *new (room) CNetwork;
     return network;
 }
 
@@ -29,7 +33,7 @@ CNetwork& CNetwork::GetInstance() {
 void CNetwork::ReleaseInstance() {
     // First, while what is posted still is of the network that goes; it also waits for a change that is told
     // on another thread.
-    RemoveSelectorsFromAllQueues(&TheObject());
+    AtBoundary([] { RemoveSelectorsFromAllQueues(&TheObject()); });
     NetworkObservers::GetInstance().End();
 }
 
