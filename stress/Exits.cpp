@@ -78,6 +78,8 @@ void SetUpTls() {
 }
 
 int RunChild(Variant const& variant, char const* address) {
+    // One that hangs dies of it, and counts.
+    alarm(60);
     if (variant.host == SetsUpFirst) {
         SetUpTls();
     }
@@ -110,10 +112,14 @@ int RunChild(Variant const& variant, char const* address) {
         std::quick_exit(0);
     }
     if (variant.ending == ByFork) {
-        // The fork's exit first, and then the process's own.
+        // The fork ends first, and then the process. A fork of a process with threads may only leave at once:
+        // it has copies of locks whose holders it hasn't.
         pid_t const child = fork();
+        if (child == 0) {
+            std::_Exit(0);
+        }
         int status = 0;
-        if (child != 0 && (waitpid(child, &status, 0) != child || status != 0)) {
+        if (waitpid(child, &status, 0) != child || status != 0) {
             std::_Exit(2);
         }
     }
