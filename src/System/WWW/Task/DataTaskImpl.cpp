@@ -72,6 +72,16 @@ int Ask(DataTaskRequest const& request, DataTaskExchange& exchange) {
     return exchange.Status() == 0 ? DataTaskErrorCode(HttpErrorNoStatus) : 0;
 }
 
+// Without memory a request still ends, with the code of any failure: nothing was told before.
+int AskSafely(DataTaskRequest const& request, DataTaskExchange& exchange) {
+    try {
+        Platform::UnwindScope const scope;
+        return Ask(request, exchange);
+    } catch (std::bad_alloc const&) {
+        return DataTaskErrorCode(HttpErrorInternal);
+    }
+}
+
 }  // namespace
 
 DataTaskImpl::DataTaskImpl(char const* url, Listener* listener)
@@ -155,13 +165,7 @@ void DataTaskImpl::RunWorker(void* request) {
 
 void DataTaskImpl::OnThreadProc(DataTaskRequest const& request) {
     DataTaskExchange exchange(*request.state, request.ticket);
-    int code = DataTaskErrorCode(HttpErrorInternal);
-    try {
-        Platform::UnwindScope const scope;
-        code = Ask(request, exchange);
-    } catch (std::bad_alloc const&) {
-        // Nothing was told yet: the request still ends, with the code of any failure.
-    }
+    int const code = AskSafely(request, exchange);
     if (code != 0) {
         request.state->Finish(request.ticket, code, 0, nullptr, 0);
         return;
