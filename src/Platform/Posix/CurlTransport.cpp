@@ -80,6 +80,7 @@ public:
 
 IHttpTransport& BuiltInHttpTransport() {
     static auto* const transport = new CurlTransport;
+    TlsStay::WatchForExit();
     return *transport;
 }
 

@@ -74,7 +74,8 @@ TlsStay::TlsStay() {
         }
         all.first = this;
     }
-    _isAllowed = !IsEnding() && SetUpLibraries();
+    // An exit that begins behind the second look finds the handler of the set-up.
+    _isAllowed = !IsEnding() && SetUpLibraries() && !IsEnding();
 }
 
 TlsStay::~TlsStay() {
@@ -95,6 +96,13 @@ TlsStay::~TlsStay() {
     }
 }
 
+void TlsStay::WatchForExit() {
+    static bool const isWatched = std::atexit(&TlsStay::EndAll) == 0;
+    if (!isWatched) {
+        TheStays().isEnding = true;
+    }
+}
+
 bool TlsStay::IsEnding() {
     return TheStays().isEnding.load();
 }
@@ -106,8 +114,8 @@ void TlsStay::WakeBy(CURLM* multi) {
 
 // Once a process. OpenSSL is to read no configuration file, which can load code, and to leave its tables
 // alone at exit; where the host has set it up before, the host's choice holds. Exit handlers run last come,
-// first served: ours is registered behind OpenSSL's. If the exit had begun before that, the second look says
-// so.
+// first served: ours is registered once more behind OpenSSL's. If OpenSSL's clean-up had begun before that,
+// the second look says so; it may be among the last of all, long behind the handlers that watch for the exit.
 bool TlsStay::SetUpLibraries() {
     static bool const isSetUp = [] {
         constexpr auto kOptions = OPENSSL_INIT_NO_ATEXIT | OPENSSL_INIT_NO_LOAD_CONFIG;

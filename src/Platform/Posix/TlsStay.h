@@ -22,6 +22,10 @@ public:
     TlsStay(TlsStay const&) = delete;
     TlsStay& operator=(TlsStay const&) = delete;
 
+    // Before the first stay, on the thread that asks for it: an exit that begins before the libraries are set
+    // up is then known of, too. Costs nothing else.
+    static void WatchForExit();
+
     // False if the libraries can't be used.
     bool IsAllowed() const { return _isAllowed; }
     // True once the process exits: the stay is to end at once. Any thread.
