@@ -31,7 +31,6 @@ using Velmor::ConfigureImpl;
 constexpr char kHost[] = "game.example";
 constexpr char kUrl[] = "https://game.example/x";
 constexpr char kCaFile[] = "authority.pem";
-constexpr char kClosed[] = "127.0.0.1:9";
 constexpr int kNoLine = 0;
 constexpr int kNoHead = -1;  // "Get head failed"
 constexpr unsigned int kNever = 60000;

@@ -91,7 +91,7 @@ TEST_F(FileSystemTest, AFileCountsAsAbandonedOnceItsStreamIsClosed) {
 TEST_F(FileSystemTest, ADirectoryIsTrustedUnlessOthersCanChangeIt) {
     mkdir("own", 0700);
     fs::create_symlink("own", "way");
-    for (mode_t const mode : {0700, 0755, 0775, 0777, 01777}) {
+    for (mode_t const mode : {0700U, 0755U, 0775U, 0777U, 01777U}) {
         chmod("own", mode);
         auto const trust = (mode & 02) == 0 ? DirectoryTrust::Own : DirectoryTrust::Foreign;
         for (char const* path : {"own", "own/", "way", "way/"}) {

@@ -126,7 +126,7 @@ TEST(BundleTest, TrustsNoDirectoryThatOthersCanChange) {
     EXPECT_TRUE(BundleImpl(path.c_str()).Set("s", "k", 1));
     std::string const file = ReadWholeFile(path);
     std::string const store = ReadWholeFile("Cache/Store.ini");
-    for (mode_t const mode : {0777, 01777}) {
+    for (mode_t const mode : {0777U, 01777U}) {
         EXPECT_EQ(chmod("Cache", mode), 0);
         LogCapture const log;
         {
