@@ -12,6 +12,7 @@
 
 #include "Support/Files.h"
 #include "Support/RawTlsServer.h"
+#include "Support/Watched.h"
 
 namespace {
 
@@ -91,11 +92,12 @@ TEST(Process, EndsAtOnceWithARequestInFlight) {
 TEST(Process, TheEnvironmentReachesNoMoreThanTheDocumentSays) {
     Example::CertificateAuthority const authority("Environment");
     authority.WriteCertificate("authority.pem");
-    std::string head;
+    ::Test::Watched<std::string> head;
     ::Test::RawTlsServer const server(authority.Issue({"game.example"}),
                                       [&](::Test::RawConnection& connection) {
                                           connection.Handshake();
-                                          head = connection.ReadHead();
+                                          std::string const read = connection.ReadHead();
+                                          head.With([&read](std::string& text) { text = read; });
                                           connection.Send("HTTP/1.1 200 OK\r\n\r\nok");
                                       });
     ::Test::WriteWholeFile(".netrc", "machine game.example login a password b\n");
@@ -115,11 +117,12 @@ TEST(Process, TheEnvironmentReachesNoMoreThanTheDocumentSays) {
          "1 0 null\n"},
     };
     for (auto const& [variables, outcome] : outcomes) {
-        head.clear();
+        head.With([](std::string& text) { text.clear(); });
         Result const result =
             RunProgram("ADDRESS=" + server.Address() + " " + variables + " '" VELMORCORE_CHILD "' fetch");
         EXPECT_EQ(result.out, outcome) << variables << "\n" << result.err;
-        EXPECT_EQ(head, outcome[0] == '0' ? asked : "") << variables;
+        EXPECT_EQ(head.With([](std::string& text) { return text; }), outcome[0] == '0' ? asked : "")
+            << variables;
     }
     EXPECT_EQ(::Test::ReadWholeFile("session-keys"), "");
     std::set<std::string> names;
