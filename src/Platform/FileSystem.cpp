@@ -14,7 +14,7 @@ FileAnswer ReadWholeFile(char const* path, long long maxSize, std::string& conte
         std::string read;
         char block[4096];
         while (std::size_t const count = std::fread(block, 1, sizeof block, stream.get())) {
-            if (static_cast<long long>(read.size() + count) > maxSize) {
+            if (static_cast<long long>(read.size()) + static_cast<long long>(count) > maxSize) {
                 return FileAnswer::Refused;  // It grew since it was opened.
             }
             read.append(block, count);

@@ -156,7 +156,9 @@ ADictionary::~ADictionary() {
 }
 
 ADictionary& ADictionary::operator=(ADictionary const& other) {
-    Set(other);
+    if (this != &other) {
+        Set(other);
+    }
     return *this;
 }
 
