@@ -1,8 +1,9 @@
-// Any bytes load as a plain and as an enciphered INI file, and what was loaded survives edits, a save and a
-// load.
+// Any bytes may stand in the place of a plain and of an enciphered INI file: an edit survives its save, and
+// what couldn't be read stands aside.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
 #include "Storage/File/EncipheredFile.h"
@@ -26,36 +27,59 @@ void Require(bool holds) {
     }
 }
 
+// What the last input's save moved out of its way.
+void RemoveAside() {
+    for (auto const& entry : std::filesystem::directory_iterator(".")) {
+        if (entry.path().filename().string().find(".unreadable-") != std::string::npos) {
+            std::filesystem::remove(entry.path());
+        }
+    }
+}
+
+void ReadAll(Ubrix::IniFile& file) {
+    Ubrix::AArray keys;
+    file.GetKeys("a", &keys);
+    for (int i = 0; i < keys.Count(); ++i) {
+        file.ReadInt64("a", keys.CStringAtIndex(i), 0);
+        file.HasKey("a", keys.CStringAtIndex(i));
+    }
+}
+
+// Edits and saves what was loaded, and finds the edit in a fresh object.
+template <class File>
+void EditAndReload() {
+    {
+        File file(kPath);
+        file.Load();
+        ReadAll(file);
+        Require(file.WriteString("a", "key", "value") && file.Save());
+    }
+    File file(kPath);
+    file.Load();
+    Ubrix::AString const value = file.ReadString("a", "key", "");
+    Require(value == Ubrix::AString("value"));
+    while (file.RemoveKey("a", "key")) {
+    }
+    while (file.RemoveSection("a")) {
+    }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size) {
-    static auto* const file = new Ubrix::EncryptedIniFileImpl(kPath);
     std::string const bytes(reinterpret_cast<char const*>(data), size);
     WriteFile(bytes);
-    file->Load();
+    EditAndReload<Ubrix::CIniFileImpl>();
 
-    // The same bytes behind a head that fits them, so that the cipher is reached.
+    // Also behind a head that fits them, so that the cipher is reached.
     unsigned char head[Ubrix::kEncipheredHeadSize];
     unsigned char const publicKey[Ubrix::kEncipheredPublicKeySize] = {};
     Ubrix::MakeEncipheredHead(publicKey, data, static_cast<unsigned int>(size), head);
-    WriteFile(std::string(reinterpret_cast<char*>(head), sizeof head) + bytes);
-    file->Load();
-
-    WriteFile(bytes);
-    Require(file->CIniFileImpl::Load());
-    Ubrix::AArray keys;
-    file->GetKeys("a", &keys);
-    for (int i = 0; i < keys.Count(); ++i) {
-        file->ReadInt64("a", keys.CStringAtIndex(i), 0);
-        file->HasKey("a", keys.CStringAtIndex(i));
+    for (std::string const& content :
+         {bytes, std::string(reinterpret_cast<char*>(head), sizeof head) + bytes}) {
+        WriteFile(content);
+        EditAndReload<Ubrix::EncryptedIniFileImpl>();
     }
-    Require(file->WriteString("a", "key", "value"));
-    Require(file->Save() && file->Load());
-    Ubrix::AString const value = file->ReadString("a", "key", "");
-    Require(value == Ubrix::AString("value"));
-    while (file->RemoveKey("a", "key")) {
-    }
-    while (file->RemoveSection("a")) {
-    }
+    RemoveAside();
     return 0;
 }
