@@ -11,16 +11,13 @@ namespace Ubrix::Platform {
 // moved; destroying one that a thread has or waits for is a programming error.
 //
 // What it promises:
-// - Calls made inside the turn come one at a time. Who takes it on another thread, to withdraw an observer
-// for
-//   one, waits for the call in hand, and knows that none follows that he doesn't allow; who takes it from
-//   inside such a call has it at once.
-// - Fields that are touched only inside the turn need no lock besides. They may change in any call out that
-// is
-//   made inside it, logging included: a log callback runs there, and may come back.
-// - It doesn't count as a lock (LockDepth): a line that is logged inside the turn, without a lock, reaches
-// the
-//   log callback at once.
+// - Calls made inside the turn come one at a time. Who takes it on another thread, to withdraw an
+//   observer for one, waits for the call in hand, and knows that none follows that he doesn't allow; who
+//   takes it from inside such a call has it at once.
+// - Fields that are touched only inside the turn need no lock besides. They may change in any call out
+//   that is made inside it, logging included: a log callback runs there, and may come back.
+// - It doesn't count as a lock (LockDepth): a line that is logged inside the turn, without a lock,
+//   reaches the log callback at once.
 // What it asks for:
 // - Nobody waits for a turn with a lock held: the one who has it may want that lock in the game's code.
 // - Two turns, one taken inside the other, are taken in one order by all (docs/threads.md).
