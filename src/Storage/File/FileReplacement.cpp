@@ -15,9 +15,15 @@ namespace {
 constexpr std::string_view kTemporaryEnd = ".tmp";
 constexpr std::size_t kDigits = 8;
 
+// Empty without randomness.
 std::string TemporaryName(std::string const& target) {
-    std::string const name = target.empty() ? target : FileReplacement::FreshName(target, ".");
-    return name.empty() ? name : name + std::string(kTemporaryEnd);
+    unsigned int number = 0;
+    if (target.empty() || !Platform::RandomBytes(&number, sizeof number)) {
+        return {};
+    }
+    char digits[kDigits + 1];
+    std::snprintf(digits, sizeof digits, "%08x", number);
+    return target + '.' + digits + std::string(kTemporaryEnd);
 }
 
 bool IsTemporaryNameOf(std::string_view target, std::string_view name) {
@@ -65,16 +71,6 @@ bool FileReplacement::Commit() {
 
 char const* FileReplacement::Obstacle() const {
     return _temporary.empty() ? "there is no randomness to be had" : "the disk didn't take it";
-}
-
-std::string FileReplacement::FreshName(std::string const& target, char const* mark) {
-    unsigned int number = 0;
-    if (!Platform::RandomBytes(&number, sizeof number)) {
-        return {};
-    }
-    char digits[kDigits + 1];
-    std::snprintf(digits, sizeof digits, "%08x", number);
-    return target + mark + digits;
 }
 
 void FileReplacement::ClearLeftovers(std::string const& target) {

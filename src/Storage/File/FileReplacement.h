@@ -32,8 +32,6 @@ public:
     // Why Commit says false.
     char const* Obstacle() const;
 
-    // `target` with `mark` and eight random hexadecimal digits behind it. Empty without randomness.
-    static std::string FreshName(std::string const& target, char const* mark);
     // Removes what replacements of `target` left behind when their processes died; those that are still being
     // written, by whichever process, stay.
     static void ClearLeftovers(std::string const& target);

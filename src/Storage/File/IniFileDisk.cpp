@@ -91,8 +91,16 @@ void CIniFileImpl::Leave(bool mayBeLater) {
 
 bool CIniFileImpl::MoveAside() {
     constexpr char kFunction[] = "Ubrix::CIniFileImpl::Save";
-    std::string const aside = FileReplacement::FreshName(_path, ".unreadable-");
-    if (aside.empty() || !Platform::RenamePath(_path.c_str(), aside.c_str())) {
+    // What came first is the likeliest to be worth something, so only the last place is taken again.
+    constexpr int kPlaces = 8;
+    std::string aside;
+    for (int place = 1; place <= kPlaces; ++place) {
+        aside = _path + ".unreadable-" + std::to_string(place);
+        if (!Platform::IsNameTaken(aside.c_str())) {
+            break;
+        }
+    }
+    if (!Platform::RenamePath(_path.c_str(), aside.c_str())) {
         return false;
     }
     VC_LOG(Error, kFunction, "config file %s couldn't be read: moved to %s, and begun anew",

@@ -19,8 +19,8 @@ namespace Ubrix {
 // What stands on the disk and wasn't read is never deleted or overwritten:
 // - What can't be read now, for want of descriptors for one, is tried again at each operation. Until then the
 //   object works as an empty one and nothing is saved; edits made meanwhile are laid over what is read.
-// - What can't be taken in, now or later, is moved aside before a save, to "<file>.unreadable-<8 hexadecimal
-//   digits>", with an Error line.
+// - What can't be taken in, now or later, is moved aside before a save, to the first free name of
+//   "<file>.unreadable-1" to 8, with an Error line. Only where all eight are taken the last one is replaced.
 // The object saves at its end only what was edited, or where nothing stands.
 //
 // The lock guards the lines and covers each operation in full. The disk is read and written under it.
@@ -49,6 +49,7 @@ public:
     bool RemoveKey(char const* section, char const* key) override;
     bool Clear() override;
     void Swap(IniLines& lines) override;
+    bool IsUnread() override;
 
     // As Save, and tells whether the file has the content now.
     bool SaveChecked();

@@ -257,10 +257,14 @@ TEST_F(EncryptedIniFileTest, WhatCannotBeReadNowIsNotOverwritten) {
     }
 }
 
+// The first ones stay, and the last one is there too; their number is bounded.
 TEST_F(EncryptedIniFileTest, ADamagedFileIsKeptAside) {
-    for (std::size_t const at : {std::size_t{0}, kHeadSize}) {
-        std::string damaged = _content;
-        damaged[at] = static_cast<char>(damaged[at] ^ 1);
+    std::string const aside = std::string(kPath) + ".unreadable-";
+    std::string damaged;
+    for (std::size_t time = 1; time <= 10; ++time) {
+        damaged = _content + std::to_string(time);
+        char& byte = damaged[time % 2 * kHeadSize];
+        byte = static_cast<char>(~byte);
         WriteWholeFile(kPath, damaged);
         EXPECT_EQ(ValueAfterLoad(), "not loaded");
         EXPECT_EQ(ReadWholeFile(kPath), damaged);
@@ -271,7 +275,9 @@ TEST_F(EncryptedIniFileTest, ADamagedFileIsKeptAside) {
         }
         EXPECT_EQ(ValueAfterLoad(), "anew");
     }
-    EXPECT_EQ(CountFilesWith("test.config.unreadable-"), 2);
+    EXPECT_EQ(CountFilesWith("test.config.unreadable-"), 8);
+    EXPECT_EQ(ReadWholeFile(aside + "1").back(), '1');
+    EXPECT_EQ(ReadWholeFile(aside + "8"), damaged);
 }
 
 TEST_F(EncryptedIniFileTest, WithoutItsTurnNothingIsSaved) {
