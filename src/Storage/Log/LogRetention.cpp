@@ -109,6 +109,10 @@ void AFileLogger::Sweep(char const* name, int hours, int maxCount) {
     }
     AString path(cache);
     CPath::AppendSubPath(path, kRootDirectory);
+    // A link in the place of either directory leads to what isn't ours.
+    if (!Platform::Directory(path.c_str()).IsOpen()) {
+        return;
+    }
     CPath::AppendSubPath(path, name);
     Platform::Directory const directory(path.c_str());
     std::vector<std::string> names;

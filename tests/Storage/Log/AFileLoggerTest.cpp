@@ -159,6 +159,13 @@ TEST(AFileLogger, SweepsByAgeAndByCount) {
     ::Test::WriteWholeFile(kRoot + "Mod/readme.txt_2036022406.log", "x");
     AFileLogger::RemoveOldLogFiles("readme.txt", 240, 0);
     EXPECT_EQ(FilesOf("Mod").size(), 2U);
+    // So is one behind a link in the place of the directory of all modules.
+    ::Test::WriteWholeFile(kRoot + "Mod/" + names[0], "x");
+    fs::rename("Cache/VelmorSDKLog", "moved");
+    fs::create_directory_symlink(fs::current_path() / "moved", "Cache/VelmorSDKLog");
+    AFileLogger::RemoveOldLogFiles("Mod", 240, 0);
+    EXPECT_EQ(FilesOf("Mod").size(), 3U);
+    fs::remove("Cache/VelmorSDKLog");
 }
 
 }  // namespace
