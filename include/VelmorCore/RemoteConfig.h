@@ -43,8 +43,9 @@ public:
     // After the call no notification of this observer begins; one that runs on another thread is waited for.
     virtual void RemoveObserver(RemoteConfigObserver* observer) = 0;
     // Stores who the user is, for the next fetch and for later runs. Starts no fetch. An open id that begins
-    // with "#" or holds a byte below 0x20 is refused: an Error line, and both ids stay as they were. Of one
-    // that holds a "#" further on, or blanks at its ends, a later run sees what docs/ini-file.md tells.
+    // with "#", holds a byte below 0x20 or has over 1,024 bytes is refused: an Error line, and both ids stay
+    // as they were. Of one that holds a "#" further on, or blanks at its ends, a later run sees what
+    // docs/ini-file.md tells.
     virtual void SetUserInfo(int channelId, char const* openId) = 0;
     // Fetches now, unless a fetch is under way.
     virtual void Fetch() = 0;

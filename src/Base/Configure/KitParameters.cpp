@@ -37,10 +37,13 @@ char const* TextOf(char const* text) {
     return text != nullptr ? text : "";
 }
 
-// An id that begins with a "#" would be gone after a restart; a control character is in no honest one.
+// An id that begins with a "#" would be gone after a restart; a control character is in no honest one. A
+// longer one would weigh on each request, and servers refuse long addresses.
 bool CanBeId(std::string_view id) {
+    constexpr std::size_t kLongest = 1024;
     auto const isControl = [](char character) { return static_cast<unsigned char>(character) < 0x20; };
-    return (id.empty() || id.front() != '#') && std::none_of(id.begin(), id.end(), isControl);
+    return id.size() <= kLongest && (id.empty() || id.front() != '#') &&
+           std::none_of(id.begin(), id.end(), isControl);
 }
 
 }  // namespace

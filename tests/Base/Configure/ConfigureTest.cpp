@@ -97,10 +97,12 @@ protected:
 
 TEST_F(ConfigureTest, AsksAsToldAndServesTheAnswerTyped) {
     Velmor::RemoteConfig game("Game");
+    game.SetUserInfo(11, std::string(1024, 'p').c_str());
     game.SetUserInfo(11, "player&1");
     // Each of these would plant a key, be gone after a restart, or steer a terminal; the user stays the same.
-    for (char const* id : {"player\n[Game]\nspeed=999", "#", "#player", "a\rb", "\x1B[2J"}) {
-        game.SetUserInfo(12, id);
+    for (std::string const& id : {std::string("player\n[Game]\nspeed=999"), std::string("#player"),
+                                  std::string("a\rb"), std::string("\x1B[2J"), std::string(1025, 'p')}) {
+        game.SetUserInfo(12, id.c_str());
     }
     EXPECT_EQ(_log.Count("Error", ": refused"), 5);
     EXPECT_STREQ(
