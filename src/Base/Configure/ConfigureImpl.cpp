@@ -311,8 +311,12 @@ void ConfigureImpl::SetUrl(char const* url) {
         if (_url != url) {
             VC_LOG(Info, "Velmor::ConfigureImpl::SetUrl", "change url form [%s] to [%s]",
                    ForeignText(_url).c_str(), ForeignText(url).c_str());
+            // What can't be read yet may well be of this address.
+            bool const isOfAnother = !_url.empty() || _cache == nullptr || !_cache->IsUnread();
             _url = url;
-            ForgetCache();
+            if (isOfAnother) {
+                ForgetCache();
+            }
             if (_cache != nullptr) {
                 _cache->Set(kSection, kUrlKey, url);
             }

@@ -60,6 +60,8 @@ public:
 
     // Puts `lines` in place of the whole content, and saves; what stood there comes back in `lines`.
     void Replace(IniLines& lines);
+    // Whether there is content that couldn't be read yet.
+    bool IsUnread() { return _ini->IsUnread(); }
 
 private:
     std::unique_ptr<IniBundle> _ini;

@@ -220,6 +220,10 @@ bool IniBundle::ClearNoSave() {
     return _file != nullptr && _file->Clear();
 }
 
+bool IniBundle::IsUnread() {
+    return _file != nullptr && _file->IsUnread();
+}
+
 void IniBundle::Swap(IniLines& lines) {
     if (_file != nullptr) {
         _file->Swap(lines);

@@ -72,6 +72,8 @@ public:
     virtual bool ClearNoSave();
     // Exchanges the content in memory with `lines`, if there is a file.
     void Swap(IniLines& lines);
+    // Whether the file has content that couldn't be read yet.
+    bool IsUnread();
 
 private:
     void Open(char const* path);

@@ -55,6 +55,8 @@ public:
     virtual bool Clear() = 0;
     // Exchanges the content in memory with `lines`; the disk sees it at the next save. Takes no memory.
     virtual void Swap(IniLines& lines) = 0;
+    // True while something stands on the disk that couldn't be read yet.
+    virtual bool IsUnread() = 0;
 };
 
 // A new file object on plain text, or on an enciphered file. Both have read what stands at `path`. The caller

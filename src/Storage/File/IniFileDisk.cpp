@@ -15,6 +15,12 @@ bool CIniFileImpl::Refresh() {
     return Reload() || _answer != Platform::FileAnswer::Failing;
 }
 
+bool CIniFileImpl::IsUnread() {
+    Platform::ScopedLock lock(_lock);
+    CatchUp();
+    return _disk == Disk::Unread;
+}
+
 void CIniFileImpl::CatchUp() {
     if (_disk == Disk::Unread) {
         Reload();

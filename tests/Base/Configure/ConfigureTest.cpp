@@ -9,6 +9,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstring>
+#include <filesystem>
 #include <future>
 #include <set>
 #include <string>
@@ -18,6 +19,7 @@
 #include "Base/Configure/ConfigureImpl.h"
 #include "Serializer/URLEncoder.h"
 #include "Storage/Log/LogFacade.h"
+#include "Support/FileSizeLimit.h"
 #include "Support/Files.h"
 #include "Support/LogCapture.h"
 #include "Support/OnThreads.h"
@@ -31,6 +33,7 @@ using Velmor::Configure;
 using Velmor::ConfigureImpl;
 
 constexpr char kUrl[] = "https://config.velmor.example";
+constexpr char kCacheFile[] = "Cache/RemoteConfig.config";
 constexpr char kGood[] =
     R"({"ret":0,"err":"","biz_data":{"rule_id":7,"merged_cfg":{)"
     R"("Game":{"speed":3,"title":"red","zeros":"007","ratio":"2.5","on":"true","big":"123456789012"},)"
@@ -128,8 +131,7 @@ TEST_F(ConfigureTest, AsksAsToldAndServesTheAnswerTyped) {
     EXPECT_TRUE(configure.GetBool("Game", "on", false));
     EXPECT_EQ(configure.GetLong("Game", "big", 0), 123456789012LL);
     EXPECT_EQ(configure.GetInt("Game", "none", -4), -4);
-    EXPECT_EQ(::Test::ReadWholeFile("Cache/RemoteConfig.config").substr(0, 4),
-              std::string("\xE4\x08\x02\x00", 4));
+    EXPECT_EQ(::Test::ReadWholeFile(kCacheFile).substr(0, 4), std::string("\xE4\x08\x02\x00", 4));
 
     // The level from the server takes effect at the next call of the setter.
     Ubrix::SetUbrixLogLevel(Ubrix::ALogPriorityDebug);
@@ -364,6 +366,14 @@ TEST_F(ConfigureTest, AnAddressOfAServersOwnDoesntOutliveTheProcess) {
     ConfigureImpl::ReleaseInstance();
     Impl().SetUrl(kUrl);
     EXPECT_EQ(Text("VelmorCore", "k"), "v") << "the same address keeps the cache, whatever the server wrote";
+    ConfigureImpl::ReleaseInstance();
+    Ubrix::BundleFactory::GetInstance().GetDefaultBundle().RemoveKey("VelmorCore", "HostRemoteConfigUrl");
+    std::string const cache = ::Test::ReadWholeFile(kCacheFile);
+    ::Test::PutFailingFile(kCacheFile);
+    Impl().SetUrl(kUrl);
+    std::filesystem::remove(kCacheFile);
+    ::Test::WriteWholeFile(kCacheFile, cache);
+    EXPECT_EQ(Text("VelmorCore", "k"), "v") << "nor does one lose it that can't be compared";
     Impl().Clear();
     ConfigureImpl::ReleaseInstance();
     Impl().StartOnce();
