@@ -109,7 +109,8 @@ TEST_F(FileSystemTest, ADirectoryIsTrustedUnlessOthersCanChangeIt) {
         EXPECT_EQ(TrustInDirectory("own"), DirectoryTrust::Own);
         EXPECT_EQ(TrustInDirectory("way/"), DirectoryTrust::Foreign);
         EXPECT_EQ(chown("own", 1, 1), 0);
-        EXPECT_EQ(TrustInDirectory("own"), DirectoryTrust::Foreign);
+        EXPECT_EQ(lchown("way", 0, 0), 0);
+        EXPECT_EQ(TrustInDirectory("way"), DirectoryTrust::Foreign);
     }
 }
 

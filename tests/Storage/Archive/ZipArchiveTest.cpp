@@ -64,10 +64,12 @@ TEST(ZipArchiveTest, ASourceMayVanishWhileItIsRead) {
         EXPECT_FALSE(archive.AddFileToZip(".", "no file"));
         EXPECT_EQ(mkfifo("fifo", 0600), 0);
         EXPECT_FALSE(archive.AddFileToZip("fifo", "fifo"));
+        ::Test::PutFailingFile("failing");
+        EXPECT_FALSE(archive.AddFileToZip("failing", "cut"));
     }
     std::fclose(source);
     EXPECT_EQ(Unzip("-p vanished.zip"), content);
-    EXPECT_EQ(Unzip("-Z1 vanished.zip"), "part\nstopped\nentry\n");
+    EXPECT_EQ(Unzip("-Z1 vanished.zip"), "part\nstopped\nentry\ncut\n");
 }
 
 TEST(ZipArchiveTest, TellsFailures) {
@@ -81,6 +83,9 @@ TEST(ZipArchiveTest, TellsFailures) {
         EXPECT_FALSE(archive.AddFileToZip("source", "source"));
     }
     EXPECT_FALSE(archive.AddFileToZip("source", "source")) << "a broken archive stays one";
+    EXPECT_FALSE(archive.CloseZipFile());
+    ASSERT_TRUE(archive.CreateZipFile("full.zip") && archive.AddFileToZip("source", "source"));
+    ::Test::FileSizeLimit const limit(0);
     EXPECT_FALSE(archive.CloseZipFile());
     EXPECT_FALSE(archive.CloseZipFile());
 }

@@ -7,10 +7,12 @@
 #include <climits>
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <string>
 
 #include "Security/SecurityStore/SecurityStoreImp.h"
 #include "Storage/Bundle/BundleImpl.h"
+#include "Storage/File/IniFile.h"
 #include "Support/Files.h"
 #include "Support/LogCapture.h"
 
@@ -126,6 +128,8 @@ TEST(BundleTest, TrustsNoDirectoryThatOthersCanChange) {
     EXPECT_TRUE(BundleImpl(path.c_str()).Set("s", "k", 1));
     std::string const file = ReadWholeFile(path);
     std::string const store = ReadWholeFile("Cache/Store.ini");
+    std::string const plainPath = std::string(CPath::GetCachePath()) + "plain.ini";
+    std::unique_ptr<IniFile> const plain(CreateIniFile(plainPath.c_str()));
     for (mode_t const mode : {0777U, 01777U}) {
         EXPECT_EQ(chmod("Cache", mode), 0);
         LogCapture const log;
@@ -136,6 +140,7 @@ TEST(BundleTest, TrustsNoDirectoryThatOthersCanChange) {
             EXPECT_EQ(bundle.Get("s", "k", 0), 2);
             EXPECT_STREQ(SecurityStoreImp().Get("trusted.config", "none").CString(), "none");
         }
+        EXPECT_TRUE(plain->WriteInt("s", "k", 1) && plain->Save() && !CFile::Exist(plainPath.c_str()));
         EXPECT_EQ(log.Count("Error", "no keys or values are read from it or stored in it"), 1);
         EXPECT_EQ(ReadWholeFile(path), file);
         EXPECT_EQ(ReadWholeFile("Cache/Store.ini"), store);

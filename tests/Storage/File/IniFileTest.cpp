@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -208,6 +209,7 @@ TEST(IniFileTest, WhatCannotBeReadNowIsLeftAloneAndReadLater) {
             if (isSavedLater) {
                 std::filesystem::remove(kPath);
                 WriteWholeFile(kPath, "[a]\nk=1\n");
+                EXPECT_EQ(file->HasKey("a", "k"), std::strchr(one.then, 'k') != nullptr);
                 file->Save();
                 EXPECT_EQ(ReadWholeFile(kPath), one.then);
             }
@@ -247,7 +249,7 @@ TEST(IniFileTest, WhatCannotBeTakenInIsMovedAsideByASave) {
 TEST(IniFileTest, ASaveClearsWhatDeadProcessesLeft) {
     WriteWholeFile("test.ini.0123abcd.tmp", "dead");
     Platform::OpenFile const living = Platform::CreatePrivateFile("test.ini.89abcdef.tmp");
-    char const* const others[] = {"test.ini.0123abc.tmp", "test.ini.0123abcX.tmp", "xtest.ini.0123abcd.tmp",
+    char const* const others[] = {"test.ini.0123abc.tmp", "test.ini.0123abcX.tmp", "best.ini.0123abcd.tmp",
                                   "test.ini.0123abcd.tmpx", "test.ini0123abcd.tmp"};
     for (char const* other : others) {
         WriteWholeFile(other, "");
