@@ -2,6 +2,7 @@
 
 #include <map>
 
+#include "Platform/MemoryWant.h"
 #include "Platform/Mutex.h"
 #include "System/PlatformObject/IPlatformObject.h"
 #include "System/PlatformObject/IPlatformObjectCreator.h"
@@ -85,7 +86,14 @@ IPlatformObject* CPlatformClassRegistry::CreateNamed(std::string const& name) {
         auto const found = maps.creators.find(name);
         creator = found != maps.creators.end() ? found->second : nullptr;
     }
-    IPlatformObject* const object = creator != nullptr ? creator->CreateObject() : nullptr;
+    if (creator == nullptr) {
+        return nullptr;
+    }
+    IPlatformObject* object = nullptr;
+    {
+        Platform::CallOut const out;
+        object = creator->CreateObject();
+    }
     if (object != nullptr) {
         object->SetClassName(name.c_str());
     }

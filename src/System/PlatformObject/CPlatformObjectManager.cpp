@@ -2,6 +2,7 @@
 
 #include <unordered_map>
 
+#include "Platform/MemoryWant.h"
 #include "System/PlatformObject/IPlatformObject.h"
 
 namespace Ubrix {
@@ -42,6 +43,8 @@ bool LetGo(IPlatformObject const* object) {
 
 void DeleteIfLast(IPlatformObject* object) {
     if (LetGo(object)) {
+        // Its destructor may send, and lets nothing through.
+        Platform::CallOut const out;
         delete object;
     }
 }

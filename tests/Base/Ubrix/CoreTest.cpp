@@ -8,6 +8,7 @@
 #include <string>
 
 #include "Base/Ubrix/IBase.h"
+#include "Platform/MemoryWant.h"
 #include "Support/OnThreads.h"
 #include "System/PlatformObject/CPlatformClassRegistry.h"
 #include "System/PlatformObject/CPlatformObject.h"
@@ -52,13 +53,17 @@ struct Dying : Ubrix::CPlatformObject {
 };
 
 struct DyingCreator : Ubrix::IPlatformObjectCreator {
-    Ubrix::IPlatformObject* CreateObject() override { return new Dying; }
+    Ubrix::IPlatformObject* CreateObject() override {
+        EXPECT_FALSE(Ubrix::Platform::WantUnwinds());
+        return new Dying;
+    }
 } g_dying;
 
 std::atomic<int> g_greetings{0};
 std::atomic<int> g_teardowns{0};
 
 void CallBack() {
+    EXPECT_FALSE(Ubrix::Platform::WantUnwinds()) << "what fails here is the game's own";
     velmorcore_getInstance();
     velmorcore_releaseInstance();
 }
@@ -80,8 +85,8 @@ TEST(Core, MayBeAskedForAndReleasedInEveryCallbackOfItsTeardown) {
     EXPECT_EQ(g_greetings, 1);
     Ubrix::IBase::AddReleaseCallback(CallBack);
     setSarnetSendVoidMethodCallback([](std::int64_t, std::intptr_t) { CallBack(); });
-    EXPECT_TRUE(addPlatformObject(1, "Dying"));
-    velmorcore_releaseInstance();
+    EXPECT_TRUE(addPlatformObject(1, "Dying") && addPlatformObject(2, "Dying"));
+    removePlatformObject(2);
     EXPECT_EQ(g_teardowns, 1);
     EXPECT_EQ(core->Initialize(), 0) << "one that was kept works as ever";
     ::Test::OnThreads(4, [core](int) { EXPECT_EQ(velmorcore_getInstance(), core); });
