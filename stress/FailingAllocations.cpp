@@ -18,7 +18,9 @@
 #include <VelmorCore/VelmorCore.hpp>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <cstdint>
 #include <cstdio>
@@ -32,6 +34,8 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "Platform/MemoryWant.h"
@@ -581,8 +585,92 @@ public:
 };
 class ConfigWatcher : public Velmor::RemoteConfigObserver {
 public:
-    void OnRemoteConfigRefreshed(Velmor::IRemoteConfig*, Velmor::IStringIterator*) override {}
+    void OnRemoteConfigRefreshed(Velmor::IRemoteConfig*, Velmor::IStringIterator*) override { LookAround(); }
 };
+
+// Fetches end on a thread of their own. It takes the want of memory over from the row's, and gives back
+// whether there was one when it has gone.
+struct Handover {
+    std::atomic<long> left{0};
+    std::atomic<bool> persists{false};
+    std::atomic<bool> hasFailed{false};
+    std::atomic<int> begun{0};
+    std::atomic<int> gone{0};
+} g_handover;
+struct Leaving {
+    ~Leaving() {
+        g_handover.hasFailed = g_handover.hasFailed || t_hasFailed;
+        t_left = 0;
+        t_persists = false;
+        ++g_handover.gone;
+    }
+};
+class Server : public IHttpTransport {
+public:
+    int Perform(HttpRequest const&, IHttpExchange& exchange) override {
+        static constexpr char kAnswer[] = R"({"biz_data":{"rule_id":1,"merged_cfg":{"G":{"k":1}}}})";
+        static thread_local Leaving const leaving;
+        static_cast<void>(&leaving);
+        exchange.SetStatus(200);
+        exchange.AppendBody(kAnswer, sizeof kAnswer - 1);
+        ++g_handover.begun;
+        t_persists = g_handover.persists.exchange(false);
+        t_left = g_handover.left.exchange(0);
+        return error;
+    }
+    std::atomic<int> error{0};
+} g_server;
+Velmor::RemoteConfig& TheView() {
+    static Velmor::RemoteConfig view("G");
+    return view;
+}
+bool AwaitFetches(int least) {
+    for (int i = 0; i < 1000; ++i) {
+        if (g_handover.begun >= least && g_handover.begun == g_handover.gone) {
+            return true;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
+}
+// One that goes well: whatever ran out of memory before must leave room for it.
+std::string FetchAgain() {
+    AwaitFetches(0);
+    int const begun = g_handover.begun;
+    TheView().Fetch();
+    return AwaitFetches(begun + 1) ? g_slip : "no fetch any more";
+}
+void SetUpFetch() {
+    static ConfigWatcher watcher;
+    SetHttpTransport(&g_server);
+    TheView().AddObserver(&watcher);
+    int const begun = g_handover.begun;
+    velmorcore_configure_seturl(kUrl);
+    AwaitFetches(begun + 1);
+}
+template <int kError>
+void EndFetch() {
+    g_server.error = kError;
+    g_handover.hasFailed = false;
+    g_handover.persists = std::exchange(t_persists, false);
+    g_handover.left = std::exchange(t_left, 0);
+    FetchAgain();
+    t_hasFailed = g_handover.hasFailed;
+    g_server.error = 0;
+}
+// The end of one behind which another waits: it was asked for while the first still ended.
+void EndFetchTwice() {
+    static std::atomic<bool> asks{false};
+    asks = true;
+    SetUbrixLogCallback([](Velmor::ALogPriority, char const* line) {
+        bool const ends = std::strstr(line, "OnDataTaskFinished error") != nullptr;
+        if (ends && std::strstr(line, "httpStatus") == nullptr && asks.exchange(false)) {
+            TheView().Fetch();
+        }
+    });
+    EndFetch<HttpErrorCannotConnect>();
+    SetUbrixLogCallback(nullptr);
+}
 
 ServiceRow const kServiceRows[] = {
     {"VelmorCore_NewConfigFile VelmorCore_DeleteConfigFile", StoreSome,
@@ -745,8 +833,7 @@ ServiceRow const kServiceRows[] = {
     {"RemoteConfig::RemoteConfig RemoteConfig::GetBool RemoteConfig::GetDouble RemoteConfig::GetInt "
      "RemoteConfig::GetLong "
      "RemoteConfig::GetString RemoteConfig::AddObserver RemoteConfig::RemoveObserver "
-     "RemoteConfig::SetUserInfo "
-     "RemoteConfig::Fetch RemoteConfig::Reserved1 RemoteConfig::Reserved2",
+     "RemoteConfig::SetUserInfo RemoteConfig::Reserved1 RemoteConfig::Reserved2",
      Nothing,
      [] {
          Velmor::RemoteConfig config(kLong);
@@ -760,6 +847,10 @@ ServiceRow const kServiceRows[] = {
          config.RemoveObserver(&watcher);
      },
      NoState},
+    {"RemoteConfig::Fetch", SetUpFetch, [] { TheView().Fetch(); }, FetchAgain},
+    {"", SetUpFetch, EndFetch<0>, FetchAgain},
+    {"", SetUpFetch, EndFetch<HttpErrorCannotConnect>, FetchAgain},
+    {"", SetUpFetch, EndFetchTwice, FetchAgain},
     {"VelmorLogInit XLog XLog2 XLogDetail PrintLogToConsoleFormat PrintLogToConsoleFormat2 VelmorCore_XLog",
      Nothing,
      [] {

@@ -118,7 +118,10 @@ void ConfigureImpl::EndAndTell(Outcome const& outcome, char const* body) {
     Ending const ending = End(outcome, body, *answer);
     // What follows runs when the task is idle again, so that a fetch that starts meanwhile finds it free.
     Ubrix::DataTaskState::RunOnceIdle([self = shared_from_this(), ending, answer] {
-        self->StartWhatWaits(ending);
+        // Below no other boundary: it is the transfer's thread.
+        if (!Ubrix::AtBoundary([&] { self->StartWhatWaits(ending); })) {
+            VC_LOG(Error, kFunction, "no memory for the next request");
+        }
         if (ending == Ending::Answered) {
             NotifyModules(*answer);
         }

@@ -251,8 +251,6 @@ void ConfigureImpl::Request() {
 
 void ConfigureImpl::Transmit(std::string const& url) {
     constexpr char kFunction[] = "Velmor::ConfigureImpl::_Request";
-    _state = kRequesting;
-    StopTimer(_retryTimer, _retryTimerId);
     if (_task == nullptr) {
         // With its listener from the start: setting it waits for a listener that runs.
         _task = new Ubrix::DataTaskImpl(url.c_str(), this);
@@ -261,10 +259,13 @@ void ConfigureImpl::Transmit(std::string const& url) {
     VC_LOG(Info, kFunction, "RemoteConfig url:%s, maxRetryCount %d, retryCount %d", ForeignText(_url).c_str(),
            _maxRetryCount, _retryCount);
     _requestStart = Ubrix::ClockSource::Current().MonotonicMilliseconds();
-    if (!Ubrix::DataTaskImpl::TryGet(_task)) {
-        // No answer will come to end this state. The end of the task's last request makes up for it, or, if
-        // the system had no thread to give, the timer.
-        _state = kFailed;
+    bool const isStarted = Ubrix::DataTaskImpl::TryGet(_task);
+    // Behind all that may fail: only an answer ends this state.
+    _state = isStarted ? kRequesting : kFailed;
+    StopTimer(_retryTimer, _retryTimerId);
+    if (!isStarted) {
+        // The end of the task's last request makes up for it, or, if the system had no thread to give, the
+        // timer.
         _requestWhenIdle = true;
         StartRetryTimer(kBusyMilliseconds);
     }
