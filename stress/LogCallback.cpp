@@ -183,6 +183,25 @@ void CallAny() {
     Functions()[Random() % Functions().size()]();
 }
 
+// Each function's first call, with a callback that makes that call as well: nothing may be half made then.
+void CallEachFirst() {
+    static std::function<void()> const* first = nullptr;
+    // The program's own is none of them.
+    TheShared();
+    VelmorCore_SetUbrixLogCallback([](VelmorCoreLogPriority, char const*) {
+        if (t_depth == 0) {
+            ++t_depth;
+            (*first)();
+            --t_depth;
+        }
+    });
+    for (std::function<void()> const& function : Functions()) {
+        first = &function;
+        function();
+    }
+    VelmorCore_SetUbrixLogCallback(nullptr);
+}
+
 void OnLine(VelmorCoreLogPriority, char const*) {
     ++g_lines;
     g_underLock += Platform::LockDepth::HoldsLock() ? 1 : 0;
@@ -226,8 +245,9 @@ int main(int argc, char** argv) {
     Ubrix::SetConsoleOutput(false);
     ubrix_target_unity_enable_ui_update();
     VelmorSDKLog_setAllLogLevel(0);
-    VelmorCore_SetUbrixLogCallback(&OnLine);
     Stress::Watchdog dog(kWorkers, std::chrono::seconds(60));
+    CallEachFirst();
+    VelmorCore_SetUbrixLogCallback(&OnLine);
     std::vector<std::thread> workers;
     for (std::size_t i = 0; i < kWorkers; ++i) {
         workers.emplace_back([&dog, i, end] {
