@@ -4,7 +4,7 @@
  * Texts are zero-terminated bytes, without a known encoding unless a comment says so. Functions may be called
  * on any thread, before, during and after a release, and from any callback, unless a comment says otherwise.
  * None throws: without memory a function answers neutrally, with null, false or the default, and a setter
- * keeps what was set before. The library is ready when it is loaded.
+ * keeps what was set before. No exception may leave a callback. The library is ready when it is loaded.
  */
 #ifndef VELMORCORE_VELMORCORE_H
 #define VELMORCORE_VELMORCORE_H

@@ -1,5 +1,4 @@
 #include "System/WWW/Task/DataTaskState.h"
-#include "Platform/MemoryWant.h"
 
 #include <utility>
 
