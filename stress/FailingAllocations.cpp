@@ -578,6 +578,12 @@ std::string Slip() {
     return g_slip;
 }
 
+// What a service stands on is made anew at its first use.
+void ReleaseAll() {
+    velmorcore_init();
+    velmorcore_releaseInstance();
+}
+
 class Repeater : public OperationTargetBase {};
 class Watcher : public CNetworkObserver {
 public:
@@ -797,7 +803,7 @@ ServiceRow const kServiceRows[] = {
     {"CVelmorCore::GetInstance CVelmorCore::CVelmorCore CVelmorCore::Initialize CVelmorCore::GetVersion "
      "CVelmorCore::SetLogLevel IVelmorCore::GetInstance velmorcore_getInstance velmorcore_init "
      "velmorcore_setLogLevel",
-     Nothing,
+     ReleaseAll,
      [] {
          velmorcore_init();
          velmorcore_getInstance()->GetVersion();
@@ -822,7 +828,7 @@ ServiceRow const kServiceRows[] = {
     {"ubrix_remoteconfig_GetBool ubrix_remoteconfig_GetDouble ubrix_remoteconfig_GetInt "
      "ubrix_remoteconfig_GetLong "
      "ubrix_remoteconfig_GetString",
-     Nothing,
+     ReleaseAll,
      [] {
          char text[20];
          g_told = ubrix_remoteconfig_GetBool("k", false) || ubrix_remoteconfig_GetDouble("k", 0) != 0 ||
@@ -834,7 +840,7 @@ ServiceRow const kServiceRows[] = {
      "RemoteConfig::GetLong "
      "RemoteConfig::GetString RemoteConfig::AddObserver RemoteConfig::RemoveObserver "
      "RemoteConfig::SetUserInfo RemoteConfig::Reserved1 RemoteConfig::Reserved2",
-     Nothing,
+     ReleaseAll,
      [] {
          Velmor::RemoteConfig config(kLong);
          ConfigWatcher watcher;
@@ -863,7 +869,7 @@ ServiceRow const kServiceRows[] = {
      NoState},
     {"SetUbrixLogLevel SetUbrixLogCallback SetConsoleOutput ACheckLogLevel VelmorCore_SetUbrixLogLevel "
      "VelmorCore_SetUbrixLogCallback VelmorSDKLog_setAllLogLevel VelmorSDKLog_setLogLevel",
-     Nothing,
+     ReleaseAll,
      [] {
          VelmorCore_SetUbrixLogCallback(Hear);
          VelmorCore_SetUbrixLogLevel(kError);
@@ -873,7 +879,7 @@ ServiceRow const kServiceRows[] = {
          VelmorCore_SetUbrixLogCallback(nullptr);
      },
      Slip},
-    {"UbrixInitializer::UbrixInitializer", Nothing, [] { UbrixInitializer const again(kLong); }, NoState},
+    {"UbrixInitializer::UbrixInitializer", ReleaseAll, [] { UbrixInitializer const again(kLong); }, NoState},
     {"addPlatformObject removePlatformObject", Nothing,
      [] {
          addPlatformObject(5, "Unknown");
@@ -896,7 +902,7 @@ ServiceRow const kServiceRows[] = {
      "INetwork::GetInstance CNetwork::GetInstance CNetwork::CNetwork CNetwork::init "
      "CNetwork::GetNetworkState "
      "CNetwork::GetDetailNetworkInfo CNetwork::SetCallback CNetwork::TheObject",
-     Nothing,
+     ReleaseAll,
      [] {
          char record[100];
          ubrix_network_GetNetworkState();
@@ -919,7 +925,7 @@ ServiceRow const kServiceRows[] = {
          CNetwork::ReleaseInstance();
      },
      Slip},
-    {"OperationQueue::GetInstance Operation::Operation", Nothing,
+    {"OperationQueue::GetInstance Operation::Operation", ReleaseAll,
      [] { OperationQueue::GetInstance()->AddOperation([](Operation*, void*) {}, nullptr, false); }, NoState},
     {"ObjectOperation::ObjectOperation ObjectOperation::Duplicate ObjectOperation::Cancel "
      "ObjectOperation::ClearTarget "
