@@ -1,8 +1,10 @@
 #include <VelmorCore/Network.h>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "Base/Ubrix/IBase.h"
 #include "System/Network/Nat64Address.h"
@@ -97,6 +99,30 @@ TEST_F(Network, ObserversMayComeGoAndDieWhileTheyAreTold) {
         EXPECT_EQ(TrailOf(kLost), "actor0removed0");
     }
     EXPECT_EQ(TrailOf(kBack), "late1");
+}
+
+TEST_F(Network, AWithdrawalOnAnotherThreadWaitsForTheCallInHand) {
+    for (int way = 0; way < 3; ++way) {
+        auto withdrawn = std::make_unique<KeepingObserver>();
+        std::atomic<bool> isBegun{false};
+        std::atomic<bool> isDone{false};
+        std::thread other;
+        ActingObserver told("told", [&] {
+            other = std::thread([&] {
+                isBegun = true;
+                way == 0   ? INetwork::GetInstance().RemoveObserver(withdrawn.get())
+                : way == 1 ? withdrawn.reset()
+                           : CNetwork::ReleaseInstance();
+                isDone = true;
+            });
+            for (int i = 0; i < 1000 || !isBegun; ++i) {
+                std::this_thread::yield();
+            }
+            EXPECT_FALSE(isDone) << way;
+        });
+        EXPECT_EQ(TrailOf(kLost), "told0");
+        other.join();
+    }
 }
 
 // The cells of what was queued are freed, and nobody is called on a dead object, whoever releases.

@@ -9,7 +9,6 @@
 #include "Base/Ubrix/IBase.h"
 #include "Platform/Thread.h"
 #include "Support/LogCapture.h"
-#include "Support/OnThreads.h"
 #include "Support/SteppedClock.h"
 
 namespace Ubrix {
@@ -224,25 +223,6 @@ TEST_F(Pool, LivesWithAnyValues) {
         IBase::RunReleaseCallbacks();
         ASSERT_TRUE(Drive([this] { return log.Count("Event", kWoundDown) == pools; }));
     }
-}
-
-// By the real clock: threads that make and fill a pool, which is released at once.
-TEST(PoolStress, EveryPoolEndsWithWhatItHolds) {
-    ::Test::LogCapture log;
-    Target target;
-    // Kept over every release.
-    OperationQueue* const queue = OperationQueue::GetInstance();
-    for (int pool = 0; pool < 8; ++pool) {
-        ::Test::OnThreads(2, [&target, queue](int) {
-            for (int n = 0; n < 50; ++n) {
-                queue->AddOperation(&target, nullptr, nullptr, true);
-                target.Sleep(n);
-            }
-        });
-        Platform::SleepFor(pool % 2 == 0 ? 0 : 120);
-        IBase::RunReleaseCallbacks();
-    }
-    EXPECT_TRUE(Await([&] { return log.Count("Event", kWoundDown) == 8; })) << log.Text();
 }
 
 }  // namespace
