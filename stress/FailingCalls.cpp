@@ -1,6 +1,6 @@
 // Every call to the file system that a run of the library makes fails in turn: with ENOSPC, EACCES, EIO,
-// EMFILE, by taking or giving half of the bytes, and for good from there on. Nothing crashes or hangs, and a
-// fresh process finds every value that was acknowledged, now or in a run before.
+// EMFILE, by taking or giving half of the bytes, for a while, and for good from there on. Nothing crashes or
+// hangs, and a fresh process finds every value that was acknowledged, now or in a run before.
 #include <VelmorCore/Bundle.h>
 #include <VelmorCore/ConfigFile.h>
 #include <VelmorCore/Configure.h>
@@ -12,6 +12,7 @@
 
 #include <cerrno>
 #include <chrono>
+#include <climits>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -31,6 +32,8 @@ using namespace Stress;
 
 constexpr char const* kStores[] = {"bundle", "plain", "config", "fetched"};
 constexpr int kStoreCount = 4;
+// A key of each store but the fetched one that only the first run writes.
+constexpr char kFirstKey[] = "first";
 constexpr char kOldLog[] = "Cache/VelmorSDKLog/VelmorCore/VelmorCore_2020010100.log";
 
 std::string InCache(char const* name) {
@@ -75,9 +78,8 @@ bool IsWholeArchive(std::string const& path) {
 
 // One of everything, with `number` as the value.
 int Run(int number) {
-    if (Ubrix::BundleFactory::GetInstance()
-            .GetBundle(InCache("bundle.config").c_str())
-            .Set("s", "n", number)) {
+    Ubrix::Bundle& bundle = Ubrix::BundleFactory::GetInstance().GetBundle(InCache("bundle.config").c_str());
+    if (bundle.Set("s", "n", number)) {
         Acknowledge(0, number);
     }
     std::unique_ptr<Ubrix::IniFile> plain(Ubrix::CreateIniFile(InCache("plain.ini").c_str()));
@@ -88,6 +90,12 @@ int Run(int number) {
     if (auto* config = VelmorCore_NewConfigFile("mine")) {
         if (config->SetAndSave("s", "n", number)) {
             Acknowledge(2, number);
+        }
+        if (number == 1) {
+            bundle.Set("s", kFirstKey, 1);
+            config->SetAndSave("s", kFirstKey, 1);
+            std::unique_ptr<Ubrix::IniFile>(Ubrix::CreateIniFile(InCache("plain.ini").c_str()))
+                ->WriteInt("s", kFirstKey, 1);
         }
         VelmorCore_DeleteConfigFile(&config);
     }
@@ -107,13 +115,18 @@ int Run(int number) {
 
 // What a fresh process finds.
 int Look() {
-    int const numbers[] = {
-        Ubrix::BundleFactory::GetInstance().GetBundle(InCache("bundle.config").c_str()).Get("s", "n", 0),
-        std::unique_ptr<Ubrix::IniFile>(Ubrix::CreateIniFile(InCache("plain.ini").c_str()))
-            ->ReadInt("s", "n", 0),
-        VelmorCore_NewConfigFile("mine")->GetFromCache("s", "n", 0), Fetched()};
+    Ubrix::Bundle& bundle = Ubrix::BundleFactory::GetInstance().GetBundle(InCache("bundle.config").c_str());
+    std::unique_ptr<Ubrix::IniFile> const plain(Ubrix::CreateIniFile(InCache("plain.ini").c_str()));
+    Velmor::IConfigFile& config = *VelmorCore_NewConfigFile("mine");
+    int const numbers[] = {bundle.Get("s", "n", 0), plain->ReadInt("s", "n", 0),
+                           config.GetFromCache("s", "n", 0), Fetched()};
+    int const firsts[] = {bundle.Get("s", kFirstKey, 0), plain->ReadInt("s", kFirstKey, 0),
+                          config.GetFromCache("s", kFirstKey, 0), 1};
     for (int store = 0; store < kStoreCount; ++store) {
         Report("found " + std::to_string(store) + " " + std::to_string(numbers[store]));
+        if (firsts[store] != 1) {
+            Report("lost " + std::to_string(store) + " 0");
+        }
     }
     Report("whole " + std::to_string(IsWholeArchive("archive.zip") ? 1 : 0) + " 0");
     std::string const head = ::Test::ReadWholeFile(InCache("bundle.config")).substr(16, 64);
@@ -128,15 +141,20 @@ struct Fault {
     char const* name;
     Fate fate;
     int error;
-    bool isLasting;
+    // How many calls from the one on.
+    int length;
 };
 
-constexpr Fault kFaults[] = {
-    {"ENOSPC", Fate::Fails, ENOSPC, false},  {"EACCES", Fate::Fails, EACCES, false},
-    {"EIO", Fate::Fails, EIO, false},        {"EMFILE", Fate::Fails, EMFILE, false},
-    {"half", Fate::IsShortened, 0, false},   {"ENOSPC for good", Fate::Fails, ENOSPC, true},
-    {"EIO for good", Fate::Fails, EIO, true}};
-constexpr Fault kNone = {"none", Fate::Passes, 0, false};
+constexpr Fault kFaults[] = {{"ENOSPC", Fate::Fails, ENOSPC, 1},
+                             {"EACCES", Fate::Fails, EACCES, 1},
+                             {"EIO", Fate::Fails, EIO, 1},
+                             {"EMFILE", Fate::Fails, EMFILE, 1},
+                             {"half", Fate::IsShortened, 0, 1},
+                             {"EMFILE for a while", Fate::Fails, EMFILE, 40},
+                             {"ENOSPC for good", Fate::Fails, ENOSPC, INT_MAX},
+                             {"EIO for good", Fate::Fails, EIO, INT_MAX}};
+constexpr Fault kNone = {"none", Fate::Passes, 0, 1};
+constexpr Fault kNoRandomness = {"EIO", Fate::Fails, EIO, 1};
 
 bool MovesBytes(int number) {
     return number == SYS_read || number == SYS_write || number == SYS_pread64 || number == SYS_pwrite64;
@@ -150,14 +168,18 @@ public:
         ::Test::WriteWholeFile(kOldLog, "old");
         _fault = &fault;
         _call = call;
+        _draws.clear();
         int calls = 0;
         {
             Child child({"run", std::to_string(_runs)}, Tracing::FromTheStart);
             int const status = RunTraced(child, [&](int number) {
                 int const at = calls++;
-                bool const hits = fault.isLasting ? at >= call : at == call;
+                bool const hits = at >= call && at - call < fault.length;
                 bool const can = fault.fate != Fate::IsShortened || MovesBytes(number);
                 _number = at == call ? number : _number;
+                if (number == SYS_getrandom && fault.fate == Fate::Passes) {
+                    _draws.push_back(at);
+                }
                 return hits && can ? Verdict{fault.fate, fault.error} : Verdict{};
             });
             if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
@@ -173,6 +195,8 @@ public:
         return calls;
     }
 
+    // The calls for randomness of the latest run, if that was one without a fault.
+    std::vector<int> const& Draws() const { return _draws; }
     int Runs() const { return _runs; }
     int Failures() const { return _failures; }
 
@@ -191,7 +215,7 @@ private:
             } else if (std::sscanf(line.c_str(), "%63s %d %d", what, &store, &number) != 3) {
                 Tell("a broken report");
             } else if (std::strcmp(what, "kept") == 0) {
-                _kept[store] = _fault->isLasting ? _kept[store] : number;
+                _kept[store] = _fault->length > 1 ? _kept[store] : number;
             } else if (std::strcmp(what, "archive") == 0) {
                 _hasArchive = true;
             } else if (std::strcmp(what, "whole") == 0) {
@@ -199,6 +223,8 @@ private:
                     Tell("a broken archive was told to be whole");
                 }
                 _hasArchive = false;
+            } else if (std::strcmp(what, "lost") == 0) {
+                Tell(std::string(kStores[store]) + " has lost what an earlier run kept");
             } else if (std::strcmp(what, "zero") == 0) {
                 Tell("a file was enciphered under no key");
             } else {
@@ -220,6 +246,7 @@ private:
     Fault const* _fault = nullptr;
     int _call = 0;
     int _number = -1;
+    std::vector<int> _draws;
     int _runs = 0;
     int _failures = 0;
     int _kept[kStoreCount] = {};
@@ -244,6 +271,9 @@ int main(int argc, char** argv) {
     // A share of the pairs of call and fault, or all of them.
     int const step = mode == "full" ? 1 : 53;
     int const faults = static_cast<int>(std::size(kFaults));
+    for (int const call : std::vector<int>(beater.Draws())) {
+        beater.Beat(kNoRandomness, call);
+    }
     for (int pair = 0; pair < calls * faults; pair += step) {
         beater.Beat(kFaults[pair % faults], pair / faults);
     }

@@ -1,6 +1,7 @@
 #include "Platform/FileSystem.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -57,6 +58,13 @@ TEST_F(FileSystemTest, ReadsRegularFilesOfABoundedSizeAndNeverWaits) {
         EXPECT_EQ(ReadWholeFile(one.path, one.size, content), one.answer) << one.path;
         EXPECT_EQ(content, one.answer == FileAnswer::Given ? "0123456789" : "before") << one.path;
     }
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    rlimit const none{0, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    OpenFile stream;
+    EXPECT_EQ(OpenForReading("file", 10, stream), FileAnswer::Failing) << "no descriptor is left";
+    setrlimit(RLIMIT_NOFILE, &before);
 }
 
 TEST_F(FileSystemTest, PrivateFilesFollowNoLinkAndAreNarrowed) {
