@@ -56,6 +56,7 @@ private:
     Bits const* TakersOf(unsigned char byte);
     void FillBytes(int place);
     void FillRows(int place);
+    bool BeginsAsTold() const;
     int Start();
     int Walk(int place, PatternCapture* captures);
     int AfterTurn(PatternStep const& leave, int number, int& moved);
@@ -93,6 +94,9 @@ int FilePattern::Search::Match(std::string_view name, PatternCapture* captures, 
         return kPatternInternalError;
     }
     _name = name;
+    if (!BeginsAsTold()) {
+        return kPatternNoMatch;
+    }
     _lastRows.resize(std::max(_lastRows.size(), (name.size() + 1) * _words));
     for (int place = NameSize(); place >= 0; --place) {
         FillRows(place);
@@ -109,6 +113,25 @@ int FilePattern::Search::Match(std::string_view name, PatternCapture* captures, 
         std::copy_n(taken, _program.GroupCount(), captures);
     }
     return end;
+}
+
+// False for a name whose first bytes aren't those that an anchored pattern begins with: most names, as a
+// rule, and these cost no more.
+bool FilePattern::Search::BeginsAsTold() const {
+    if (At(0).kind != Kind::AtStart) {
+        return true;
+    }
+    int step = 1;
+    for (char const byte : _name) {
+        if (At(step).kind != Kind::Byte) {
+            return true;
+        }
+        if (!ElementMatches(At(step).element, static_cast<unsigned char>(byte))) {
+            return false;
+        }
+        ++step;
+    }
+    return At(step).kind != Kind::Byte;
 }
 
 int FilePattern::Search::Start() {

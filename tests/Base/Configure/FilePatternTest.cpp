@@ -23,12 +23,12 @@ constexpr char kRows[] = R"rows(
     LOG game.log 8      ^log game.log -1     ^a|m game -1         log$ a.log.log 9     log$ a.log.1 -1
     a|^g game 1         e^ game -1           a$b a$b -1           ^a* aaab 3           ^a*? aaab 0
     ^a+? aaab 1         ^a??b ab 2           ^a?b b 1             a+b b -1             ^.*b abab 4
-    ^.*?b abab 2        ^(ab)*a ababa 5      ^(ab)*?a ababa 1     ^(a*)*$ aaa 3        ^(a*)+b aab 3
+    ^.*?b abab 2        ^(ab)*a ababa 5      ^(ab)+?a ababa 3     ^(a*)*$ aaa 3        ^(a*)+b aab 3
     ^(a|ab)(c|bcd)$ abcd 4   ^(a|b)+?b$ abb 3     ^(|a)+b ab 2    (a??)*b aab 3        ^((a)|b)*c abac 4
     ^[a-c]+ AbCd 3      ^[^a-c]+ xYbz 2      ^[X\x2d\]]+$ x-]X 4  ^[.*$(|]+$ .*$(| 5   ^[-a]+$ -a 2
     ^[a-]+$ -a 2        ^[\d_]+$ 2026_11 7   ^[A-z]$ m 1          ^[a-Z]$ M 1          [0-9][0-9]\.l a_22.log 6
     () a -1             a() a -1             a()*b ab 2           x|() x 1             a||b c 0            a|b|c|d c 1
-    (|)c c 1            \^\$\(\)\.\[\]\*\+\?\|\\ ^$().[]*+?|\ 12  \x41\x7a aZ 2        a[|]b a|b 3
+    (|)c c 1    ^ab ABc 2    \^\$\(\)\.\[\]\*\+\?\|\\ ^$().[]*+?|\ 12  \x41\x7a aZ 2        a[|]b a|b 3
     * a -2   ^+ a -2    a|? a -2   (*a) a -2   a** a -2   a??? a -2   $* a -2   (a a -3   a) a -3   a] a -3
     [a a -5  [] a -5    [^] a -5   [b-a] a -5  [\d-z] a -5  [a-\d] a -5   \ a -6  \q a -6   \- a -6  \D a -6
     \x4 a -6  \xg0 a -6  [\w] a -6)rows";
