@@ -13,11 +13,13 @@
 #include <utility>
 
 #include "Base/Configure/ConfigureImpl.h"
+#include "Base/Configure/UploadPacker.h"
 #include "Base/Ubrix/IBase.h"
 #include "Platform/Thread.h"
 #include "Support/Files.h"
 #include "Support/LogCapture.h"
 #include "Support/ScriptedTransport.h"
+#include "Support/SteppedClock.h"
 #include "System/Time/ClockSource.h"
 
 namespace {
@@ -133,6 +135,7 @@ TEST_F(FileUploaderTest, ARefreshPacksWhatIsOrderedAndUploadsIt) {
 
 TEST_F(FileUploaderTest, RefusesWhatItMayNotDo) {
     WriteWholeFile("logs/a.log", "x");
+    WriteWholeFile("logs/\x1b[2J", "x");
     WriteWholeFile("Cache/kept.zip", "older");
     fs::create_directories("Cache/folder.zip");
     std::string const all = R"("file_path":"logs","upload_id":")";
@@ -140,7 +143,7 @@ TEST_F(FileUploaderTest, RefusesWhatItMayNotDo) {
     std::tuple<std::string, char const*, std::string> const rows[] = {
         {"", "Error", "search path  is not exit"},
         {all + R"(kept","manual_upload":1)", "Info", "manual upload"},
-        {all + R"(kept","file_pattern":"nothing|(")", "Info", "total match 0 files."},
+        {all + R"(kept","file_pattern":"nothing\u001b|(")", "Info", "total match 0 files."},
         {all + "a..\"", "Error", refused},
         {all + "a/b\"", "Error", refused},
         {all + R"(a\\kept")", "Error", refused},
@@ -152,7 +155,7 @@ TEST_F(FileUploaderTest, RefusesWhatItMayNotDo) {
          "the order is too long, refused"},
         {all + R"(kept","file_pattern":"x|a**")", "Warning", "filePattern a** matches nothing, -2"},
         {all + R"(folder")", "Error", "Create Zip File Failed!"},
-        {R"("file_path":"logs/a.log","upload_id":"kept")", "Info", "total match 0 files."},
+        {R"("file_path":"logs/a.log|\u001b","upload_id":"kept")", "Info", "total match 0 files."},
     };
     for (auto const& [keys, level, line] : rows) {
         int const before = _log.Count(level, line);
@@ -161,6 +164,7 @@ TEST_F(FileUploaderTest, RefusesWhatItMayNotDo) {
         EXPECT_EQ(_log.Count(level, line), before + 1) << keys << "\n" << _log.Text();
     }
     EXPECT_EQ(HeldTask::made, 0);
+    EXPECT_EQ(_log.Text().find('\x1b'), std::string::npos);
     EXPECT_EQ(::Test::ReadWholeFile("Cache/kept.zip"), "older");
     Fetch(all + std::string(128, 'i') + R"(\u0000/x")");
     Refresh();
@@ -216,6 +220,17 @@ TEST_F(FileUploaderTest, EndsAtItsLimitsAndSaysSoInFewLines) {
     EXPECT_EQ(_log.Count("Warning", " dismatch filePattern x"), 10);
     EXPECT_TRUE(_log.Has("Warning", "990 more lines like these left out"));
     EXPECT_TRUE(_log.Has("Info", "990 more lines like these left out"));
+    Finish(2);
+    std::string paths;
+    for (int i = 0; i < 100; ++i) {
+        paths += "logs|";
+    }
+    Fetch("\"file_path\":\"" + paths + R"(","file_pattern":"x")");
+    ::Test::SteppedClock::Install();
+    Refresh();
+    ::Test::SteppedClock::Remove();
+    EXPECT_TRUE(
+        _log.Has("Warning", "the search ends at its limits, 0 files of 100000 names, the rest is left out"));
 }
 
 // Acts once on an order's thread, between the first two names.
@@ -252,7 +267,10 @@ TEST_F(FileUploaderTest, ASearchEndsInTimeAndAReleaseStopsIt) {
     FileUploader::GetInstance()->OnConfigureRefreshed(nullptr);
     EXPECT_TRUE(_log.Await("Debug", "the order was stopped")) << _log.Text();
     EXPECT_TRUE(_log.Has("Warning", "_isUploading..."));
+    EXPECT_FALSE(_log.Has("Info", "fileName b match "));
     EXPECT_EQ(HeldTask::made, 1);
+    Velmor::UploadStop const stop{true};
+    EXPECT_FALSE(Velmor::UploadPacker("Cache/late.zip", "late", stop).Pack({{"logs", "a"}}));
     EXPECT_FALSE(fs::exists("Cache/late.zip"));
 }
 

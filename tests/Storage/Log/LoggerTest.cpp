@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <string>
 #include <utility>
 
@@ -42,6 +43,8 @@ TEST_F(LoggerTest, DeliversOneLineToFileAndCallback) {
     EXPECT_NE(LogFileText().find("xxxx[2036-03-05"), std::string::npos) << "no room for a line feed";
     SetUbrixLogCallback(
         [](ALogPriority, char const*) { EXPECT_EQ(std::exchange(errno, 5), 77) << "as the caller left it"; });
+    // The file is opened anew, by calls that fail first.
+    std::filesystem::remove_all("Cache/VelmorSDKLog");
     errno = 77;
     XLog(ALogPriorityInfo, "f", 1, "F", "for a callback that looks");
     EXPECT_EQ(errno, 77);
