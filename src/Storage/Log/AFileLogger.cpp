@@ -110,6 +110,9 @@ bool AFileLogger::EnsureDirectory() {
         return false;
     }
     AString path(cache);
+    if (!EnsureDirectoryAt(path)) {
+        return false;
+    }
     CPath::AppendSubPath(path, kRootDirectory);
     if (!EnsureDirectoryAt(path)) {
         return false;

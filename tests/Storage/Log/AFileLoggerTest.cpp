@@ -37,7 +37,7 @@ TEST(AFileLogger, StartsAFileEachHourAndAnewWhereOneWasDeleted) {
     logger.Log2File("two\n");
     EXPECT_EQ(FilesOf("Mod"), (std::set<std::string>{"Mod_2036030507.log", "Mod_2036030508.log"}));
     EXPECT_EQ(::Test::ReadWholeFile(kRoot + "Mod/Mod_2036030507.log"), "one\n");
-    fs::remove_all(kRoot + "Mod");
+    fs::remove_all("Cache");
     ::Test::ConsoleCapture console;
     logger.Log2File("three\n");
     logger.Log2File(nullptr);
