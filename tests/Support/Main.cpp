@@ -1,11 +1,15 @@
-// Entry of the unit tests. Each process works in an empty directory of its own, so that no test sees
-// another's files.
+// Entry of the unit tests. Each process works in a directory of its own, and each test finds it empty and the
+// services as they are after load, whatever ran before in the same process.
+#include <VelmorCore/File.h>
+#include <VelmorCore/velmorcore.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+
+#include "System/WWW/Task/TransportChoice.h"
 
 namespace {
 
@@ -20,6 +24,28 @@ __attribute__((constructor(101))) void EnterScratchDirectory() {
     }
 }
 
+std::filesystem::path const& Scratch() {
+    static std::filesystem::path const scratch = std::filesystem::current_path();
+    return scratch;
+}
+
+class FreshStart : public testing::EmptyTestEventListener {
+    void OnTestEnd(testing::TestInfo const& /*test*/) override {
+        Ubrix::TransportChoice::Reopen(nullptr);
+        velmorcore_getInstance();
+        velmorcore_releaseInstance();
+        std::filesystem::current_path(Scratch());
+        for (auto const& entry : std::filesystem::directory_iterator(".")) {
+            if (entry.is_directory() && !entry.is_symlink()) {
+                std::filesystem::permissions(entry, std::filesystem::perms::owner_all);
+            }
+            std::filesystem::remove_all(entry);
+        }
+        Ubrix::CPath::CreatePath("Cache");
+        Ubrix::CPath::CreatePath("Doc");
+    }
+};
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -28,10 +54,11 @@ int main(int argc, char** argv) {
     char executable[] = "/proc/self/exe";
     argv[0] = executable;
     testing::InitGoogleTest(&argc, argv);
-    static std::filesystem::path const scratch = std::filesystem::current_path();
+    testing::UnitTest::GetInstance()->listeners().Append(new FreshStart);
+    Scratch();
     std::atexit([] {
         std::error_code ignored;
-        std::filesystem::remove_all(scratch, ignored);
+        std::filesystem::remove_all(Scratch(), ignored);
     });
     return RUN_ALL_TESTS();
 }

@@ -213,8 +213,8 @@ TEST_F(ConfigureTest, BadAnswersAreToldAndKeepTheCache) {
         _server.Answer(row.body);
         Impl().StartOnce();
         AwaitState(ConfigureImpl::kFinished);
-        EXPECT_EQ(_log.Count("Error", row.message), before + 1);
-        EXPECT_EQ(_log.Count("Error", verdict), coded + 1);
+        EXPECT_TRUE(_log.Await("Error", row.message, before + 1));
+        EXPECT_TRUE(_log.Await("Error", verdict, coded + 1));
         EXPECT_EQ(Text("Game", "speed"), "3");
     }
     EXPECT_EQ(_server.Seen().size(), 1 + std::size(rows)) << "a bad answer is not retried";
@@ -408,7 +408,7 @@ TEST_F(ConfigureTest, AnAnswerToAnOutdatedRequestIsThrownAway) {
         EXPECT_EQ(Impl().CurrentState(), ConfigureImpl::kRequesting);
         _server.Release();
         AwaitState(ConfigureImpl::kReady);
-        EXPECT_TRUE(_log.Has("Warning", ", setUrl:" + url)) << _log.Text();
+        EXPECT_TRUE(_log.Await("Warning", ", setUrl:" + url)) << _log.Text();
         EXPECT_EQ(Text("Game", "speed"), "absent");
     }
     Impl().StartOnce();

@@ -131,8 +131,8 @@ TEST(BundleTest, TrustsNoDirectoryThatOthersCanChange) {
     std::string const plainPath = std::string(CPath::GetCachePath()) + "plain.ini";
     std::unique_ptr<IniFile> const plain(CreateIniFile(plainPath.c_str()));
     for (mode_t const mode : {0777U, 01777U}) {
-        EXPECT_EQ(chmod("Cache", mode), 0);
         LogCapture const log;
+        EXPECT_EQ(chmod("Cache", mode), 0);
         {
             BundleImpl bundle(path.c_str());
             EXPECT_EQ(bundle.Get("s", "k", 0), 0);
