@@ -381,11 +381,11 @@ TEST_F(ConfigureTest, AnAddressOfAServersOwnDoesntOutliveTheProcess) {
     EXPECT_EQ(Text("VelmorCore", "k"), "v") << "the same address keeps the cache, whatever the server wrote";
     ConfigureImpl::ReleaseInstance();
     Ubrix::BundleFactory::GetInstance().GetDefaultBundle().RemoveKey("VelmorCore", "HostRemoteConfigUrl");
-    std::string const cache = ::Test::ReadWholeFile(kCacheFile);
+    std::filesystem::rename(kCacheFile, "kept");
     ::Test::PutFailingFile(kCacheFile);
     Impl().SetUrl(kUrl);
-    std::filesystem::remove(kCacheFile);
-    ::Test::WriteWholeFile(kCacheFile, cache);
+    // In one step: the request's thread reads the cache, too, and would find none in between.
+    std::filesystem::rename("kept", kCacheFile);
     EXPECT_EQ(Text("VelmorCore", "k"), "v") << "nor does one lose it that can't be compared";
     Impl().Clear();
     ConfigureImpl::ReleaseInstance();
