@@ -3,6 +3,7 @@
 #include <climits>
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Serializer/WYR/WyrError.h"
@@ -121,6 +122,12 @@ TEST(WyrParse, ReadsArraysAndTheirDefaults) {
     EXPECT_EQ(dates[0], Date("2024-01-02"));
     EXPECT_EQ(WyrParse::parseDate(dates, oneDate + 10, nullptr, nullptr), 0);
     EXPECT_EQ(dates[0], 0U);
+    wyr_ip_t ip = 0;
+    EXPECT_EQ(WyrParse::parseIp(&ip, std::string("1.2.3.4 ").data(), nullptr, nullptr), 0);
+    EXPECT_EQ(Shown(WyrTypeUtil::ip2str, ip), "1.2.3.4");
+    wyr_time_t time = 0;
+    EXPECT_EQ(WyrParse::parseTime(&time, std::string().data(), nullptr, "1:2:3"), 0);
+    EXPECT_EQ(Shown(WyrTypeUtil::time2str, time), "01:02:03");
 }
 
 TEST(WyrTypeUtil, ChecksDatesAndTimes) {
@@ -219,7 +226,7 @@ TEST(WyrStrptime, FollowsItsConversions) {
         std::vector<int> const fields{t.tm_year, t.tm_mon, t.tm_mday, t.tm_hour,
                                       t.tm_min,  t.tm_sec, t.tm_wday, t.tm_yday};
         EXPECT_EQ(end == nullptr ? std::vector<int>() : fields, c.fields) << c.input;
-        EXPECT_TRUE(end == nullptr || *end == '\0') << c.input;
+        EXPECT_STREQ(end == nullptr ? "" : end, "") << c.input;
     }
 }
 

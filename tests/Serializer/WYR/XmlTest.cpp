@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
+#include <utility>
 
 #include "Serializer/WYR/WyrError.h"
+#include "Serializer/WYR/WyrIO.h"
+#include "Serializer/WYR/WyrTypeUtil.h"
 #include "Serializer/WYR/WyrXmlDepth.h"
 #include "Serializer/WYR/WyrXmlReader.h"
 #include "Serializer/WYR/WyrXmlWriter.h"
@@ -23,22 +27,56 @@ int StateOf(std::string const& text) {
     return WyrXmlReader(text.data(), text.size(), WYR_XML_ELEMENTS).state();
 }
 
+// A record with each kind of value and a record inside. False from the first step on that fails.
+bool WriteRecord(WyrXmlWriter& writer) {
+    wyr_datetime_t moment = 0;
+    EXPECT_EQ(WyrTypeUtil::str2datetime(&moment, "7-3-9 -7:8:9"), 0);
+    auto const date = static_cast<wyr_date_t>(moment);
+    auto const time = static_cast<wyr_time_t>(moment >> 32);
+    return writer.beginRecord("r") == 0 && writer.beginField("t") == 0 &&
+           writer.writeText("a<b>'\"&c", false) == 0 && writer.writeText("<", true) == 0 &&
+           writer.endField("t") == 0 && writer.beginRecord("p") == 0 && writer.beginField("i") == 0 &&
+           writer.writeIp(0xFF00000A, false) == 0 && writer.endField("i") == 0 &&
+           writer.endRecord("p") == 0 && writer.beginField("d") == 0 && writer.writeDate(date, true) == 0 &&
+           writer.writeTime(time, true) == 0 && writer.writeDateTime(moment, false) == 0 &&
+           writer.endField("d") == 0 && writer.endRecord("r") == 0;
+}
+
 }  // namespace
 
-TEST(WyrXmlWriter, EscapesAndIndents) {
-    char text[8192];
-    WyrXmlWriter writer(text, sizeof text, WYR_XML_ELEMENTS);
-    writer.writeText("a<b>'\"&", false);
-    writer.writeText("<", true);
-    EXPECT_EQ(writer.writeDateTime(0, true), 0);
-    EXPECT_STREQ(text, "a&lt;b&gt;&apos;&quot;&amp;&lt;    0-00-00 00:00:00 ");
+TEST(WyrXmlWriter, WritesBothStylesToFilesAndWithinItsRoom) {
+    std::pair<int, std::string> const documents[] = {
+        {WYR_XML_ELEMENTS,
+         "\n<r>\n\t<t>\na&lt;b&gt;&apos;&quot;&amp;c&lt; \t</t>\n\n\t<p>\n\t\t<i>\n10.0.0.255\t\t</i>\n"
+         "\t</p>\n\t<d>\n   7-03-09 -7:08:09    7-03-09 -7:08:09\t</d>\n</r>\n"},
+        {WYR_XML_ATTRIBUTES,
+         "\n<r>\n\t<ta&lt;b&gt;&apos;&quot;&amp;c&lt; />\n\n\t<p>\n\t\t<i10.0.0.255/>\n"
+         "\t</p>\n\t<d   7-03-09 -7:08:09    7-03-09 -7:08:09/>\n</r>\n"}};
+    for (auto const& [style, document] : documents) {
+        std::FILE* const file = std::fopen("record.xml", "w");
+        WyrXmlWriter toFile(file, style);
+        EXPECT_TRUE(WriteRecord(toFile));
+        EXPECT_EQ(std::fclose(file), 0);
+        WyrInput input;
+        ASSERT_EQ(input.load("record.xml"), 0);
+        EXPECT_EQ(input.content(), document);
+        std::string text = document + '#';
+        for (size_t size = 0; size <= text.size(); ++size) {
+            WyrXmlWriter writer(text.data(), size, style);
+            EXPECT_EQ(WriteRecord(writer), size == text.size()) << size;
+            EXPECT_EQ(writer.state(), size == text.size() ? 0 : WyrError::WYR_ERR_WRITE_SPACE) << size;
+        }
+        EXPECT_EQ(text.c_str(), document);
+    }
 
+    char text[8192];
     WyrXmlWriter attributes(text, sizeof text, WYR_XML_ATTRIBUTES);
     attributes.beginRecord("r");
-    attributes.beginField("f");
-    attributes.endField("f");
+    attributes.printf(" a=\"1\"");
+    attributes.beginRecord("p");
+    attributes.endRecord("p");
     attributes.endRecord("r");
-    EXPECT_STREQ(text, "\n<r>\n\t<f/>\n</r>\n");
+    EXPECT_STREQ(text, "\n<r a=\"1\">\n\t<p/>\n</r>\n");
 
     WyrXmlWriter deep(text, sizeof text, WYR_XML_ELEMENTS);
     for (int i = 0; i < 40; ++i) {
