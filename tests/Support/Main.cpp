@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <system_error>
 
 #include "System/WWW/Task/TransportChoice.h"
 
@@ -39,7 +40,15 @@ class FreshStart : public testing::EmptyTestEventListener {
             if (entry.is_directory() && !entry.is_symlink()) {
                 std::filesystem::permissions(entry, std::filesystem::perms::owner_all);
             }
-            std::filesystem::remove_all(entry);
+            // A thread on its way out may open a log file in it meanwhile.
+            std::error_code error;
+            for (int tries = 0; tries < 100; ++tries) {
+                std::filesystem::remove_all(entry, error);
+                if (!error) {
+                    break;
+                }
+            }
+            EXPECT_FALSE(error) << entry << " " << error.message();
         }
         Ubrix::CPath::CreatePath("Cache");
         Ubrix::CPath::CreatePath("Doc");
