@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "Platform/LockDepth.h"
-#include "Platform/Thread.h"
 
 namespace Ubrix::Platform {
 
@@ -15,23 +14,56 @@ namespace {
 thread_local CallTurn* t_yielding = nullptr;
 thread_local unsigned int t_depthGivenUp = 0;
 
+// One lock for all turns: who waits for whom is looked up across them. Nothing is called out under it.
+RecursiveMutex& TheLock() {
+    static auto* const lock = new RecursiveMutex;
+    return *lock;
+}
+
 }  // namespace
 
-CallTurn::CallTurn(WhileWaiting whileWaiting) : _whileWaiting(whileWaiting) {}
+struct CallTurn::Taker {
+    // The turn that the thread waits for, if it does.
+    CallTurn const* awaited = nullptr;
+};
+
+CallTurn::Taker& CallTurn::Self() {
+    thread_local Taker t_self;
+    return t_self;
+}
+
+CallTurn::CallTurn(WhileWaiting whileWaiting) : _free(TheLock()), _whileWaiting(whileWaiting) {}
 
 void CallTurn::Enter() VC_NO_THREAD_SAFETY_ANALYSIS {
     Take(1);
 }
 
+// A turn that its holder gives up in waits keeps nobody waiting for good, so no ring goes through it.
+bool CallTurn::WaitsForThread(Taker const& taker) const {
+    CallTurn const* turn = this;
+    while (turn != nullptr && turn->_holder != nullptr && turn->_whileWaiting == WhileWaiting::Kept) {
+        if (turn->_holder == &taker) {
+            return true;
+        }
+        turn = turn->_holder->awaited;
+    }
+    return false;
+}
+
 void CallTurn::Take(unsigned int depth) {
     // The one who has the turn may want that lock.
     assert(!LockDepth::HoldsLock());
-    unsigned int const self = CurrentThreadNumber();
-    ScopedLock const lock(_lock);
-    while (_thread != 0 && _thread != self) {
-        _free.Wait();
+    Taker& self = Self();
+    ScopedLock const lock(TheLock());
+    while (_holder != nullptr && _holder != &self && !WaitsForThread(self)) {
+        // What was put off runs before this thread counts as one that stands still.
+        if (!LockDepth::CatchUp(TheLock())) {
+            self.awaited = this;
+            _free.Wait();
+            self.awaited = nullptr;
+        }
     }
-    _thread = self;
+    _holder = _holder == nullptr ? &self : _holder;
     _depth += depth;
     if (_whileWaiting == WhileWaiting::GivenUp) {
         t_yielding = this;
@@ -40,17 +72,17 @@ void CallTurn::Take(unsigned int depth) {
 }
 
 void CallTurn::Leave() VC_NO_THREAD_SAFETY_ANALYSIS {
-    ScopedLock const lock(_lock);
+    ScopedLock const lock(TheLock());
     if (--_depth == 0) {
-        _thread = 0;
+        _holder = nullptr;
         t_yielding = t_yielding == this ? nullptr : t_yielding;
         _free.Signal();
     }
 }
 
 unsigned int CallTurn::GiveUp() {
-    ScopedLock const lock(_lock);
-    _thread = 0;
+    ScopedLock const lock(TheLock());
+    _holder = nullptr;
     _free.Signal();
     return std::exchange(_depth, 0U);
 }

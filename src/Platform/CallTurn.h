@@ -16,11 +16,17 @@ namespace Ubrix::Platform {
 //   takes it from inside such a call has it at once.
 // - Fields that are touched only inside the turn need no lock besides. They may change in any call out
 //   that is made inside it, logging included: a log callback runs there, and may come back.
+// - Turns may be taken inside one another in any order. A thread that would wait in a ring, for one that
+// waits,
+//   over others perhaps, for a turn that this thread has, is let in instead: all others in the ring stand
+//   still inside a call of their own until it is out, so it is as if their holder had called.
 // - It doesn't count as a lock (LockDepth): a line that is logged inside the turn, without a lock,
 //   reaches the log callback at once.
 // What it asks for:
 // - Nobody waits for a turn with a lock held: the one who has it may want that lock in the game's code.
-// - Two turns, one taken inside the other, are taken in one order by all (docs/threads.md).
+// - A turn is left before the turns that were taken ahead of it (ScopedTurn sees to it).
+// - The fields that it keeps are in order whenever the library calls out, or waits for another turn, inside
+// it.
 class VC_CAPABILITY("turn") CallTurn {
 public:
     // What becomes of the turn while the thread that has it waits in the library (a condition, an event,
@@ -49,16 +55,21 @@ public:
     };
 
 private:
+    struct Taker;
+    // What is known of the calling thread.
+    static Taker& Self();
+
     // `depth` times at once.
     void Take(unsigned int depth);
+    // Whether the turn's holder waits, over others perhaps, for a turn that `taker` has; or is `taker`.
+    bool WaitsForThread(Taker const& taker) const;
     unsigned int GiveUp();
     static void TakeBack();
 
-    RecursiveMutex _lock;
-    Condition _free{_lock};
-    // The number of the thread that has the turn; 0 if none does.
-    unsigned int _thread VC_GUARDED_BY(_lock) = 0;
-    unsigned int _depth VC_GUARDED_BY(_lock) = 0;
+    // These three under one lock for all turns. The holder is null while nobody has the turn.
+    Condition _free;
+    Taker const* _holder = nullptr;
+    unsigned int _depth = 0;
     WhileWaiting const _whileWaiting;
 };
 
