@@ -46,18 +46,17 @@ inline std::string ServerKey(std::string const& privateKeyHex, std::string const
     return {product.begin(), product.end()};
 }
 
-inline std::uint64_t BlockAt(std::string const& bytes, std::size_t at) {
-    std::uint64_t block = 0;
-    for (std::size_t i = 0; i < 8; ++i) {
-        block = block << 8 | static_cast<unsigned char>(bytes[at + i]);
+inline std::uint64_t BigEndian(std::string const& bytes, std::size_t at, std::size_t size) {
+    std::uint64_t number = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+        number = number << 8 | static_cast<unsigned char>(bytes[at + i]);
     }
-    return block;
+    return number;
 }
 
-inline std::uint64_t TeaDecrypt(std::uint64_t block, std::string const& key) {
-    auto const word = [&](std::size_t i) {
-        return static_cast<std::uint32_t>(BlockAt(key, i / 2 * 8) >> (i % 2 ? 0 : 32));
-    };
+// `word` gives the key's four.
+template <typename Word>
+std::uint64_t TeaDecrypt(std::uint64_t block, Word const& word) {
     auto y = static_cast<std::uint32_t>(block >> 32);
     auto z = static_cast<std::uint32_t>(block);
     for (std::uint32_t round = 16; round > 0; --round) {
@@ -70,12 +69,13 @@ inline std::uint64_t TeaDecrypt(std::uint64_t block, std::string const& key) {
 
 // The plain text of the body; "bad tail" if the key doesn't fit.
 inline std::string Decipher(std::string const& body, std::string const& key) {
+    auto const word = [&](std::size_t i) { return static_cast<std::uint32_t>(BigEndian(key, 4 * i, 4)); };
     std::string stream;
     std::uint64_t mixed = 0;
     std::uint64_t before = 0;
     for (std::size_t at = 0; at < body.size(); at += 8) {
-        std::uint64_t const block = BlockAt(body, at);
-        mixed = TeaDecrypt(block ^ mixed, key);
+        std::uint64_t const block = BigEndian(body, at, 8);
+        mixed = TeaDecrypt(block ^ mixed, word);
         std::uint64_t const plain = mixed ^ before;
         before = block;
         for (int shift = 56; shift >= 0; shift -= 8) {

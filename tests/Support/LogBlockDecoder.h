@@ -23,17 +23,12 @@ struct LogBlock {
 };
 
 inline std::string DecipherUnits(std::string body, std::string const& key) {
-    auto const k = [&](std::size_t i) { return LittleEndian(key, 4 * i, 4); };
+    auto const word = [&](std::size_t i) { return LittleEndian(key, 4 * i, 4); };
     for (std::size_t at = 0; at + 8 <= body.size(); at += 8) {
-        std::uint32_t y = LittleEndian(body, at, 4);
-        std::uint32_t z = LittleEndian(body, at + 4, 4);
-        for (std::uint32_t round = 16; round > 0; --round) {
-            std::uint32_t const sum = round * 0x9E3779B9u;
-            z -= ((y << 4) + k(2)) ^ (y + sum) ^ ((y >> 5) + k(3));
-            y -= ((z << 4) + k(0)) ^ (z + sum) ^ ((z >> 5) + k(1));
-        }
+        std::uint64_t const first = LittleEndian(body, at, 4);
+        std::uint64_t const plain = TeaDecrypt(first << 32 | LittleEndian(body, at + 4, 4), word);
         for (unsigned int i = 0; i < 8; ++i) {
-            body[at + i] = static_cast<char>((std::uint64_t{z} << 32 | y) >> 8 * i);
+            body[at + i] = static_cast<char>(plain >> 8 * ((i + 4) % 8));
         }
     }
     return body;

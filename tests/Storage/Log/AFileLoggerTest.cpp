@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 
 #include <filesystem>
-#include <functional>
 #include <set>
 #include <string>
 #include <tuple>
@@ -28,22 +27,33 @@ std::set<std::string> FilesOf(std::string const& module) {
     return names;
 }
 
+void LogOnce(char const* text) {
+    AFileLogger("Mod", 1, 0, 0).Log2File(text);
+}
+
 TEST(AFileLogger, StartsAFileEachHourAndAnewWhereOneWasDeleted) {
     ::Test::FakeClock clock;
     AFileLogger logger("Mod", 1, 0, 0);
     EXPECT_FALSE(fs::exists(kRoot + "Mod"));
     logger.Log2File("one\n");
-    clock.SetLocal({2036, 3, 5, 8, 0, 0, 0});
-    logger.Log2File("two\n");
-    EXPECT_EQ(FilesOf("Mod"), (std::set<std::string>{"Mod_2036030507.log", "Mod_2036030508.log"}));
+    // Another hour, and the same one of another day, month and year.
+    Platform::CalendarTime const hours[] = {{2036, 3, 5, 8, 0, 0, 0},
+                                            {2036, 3, 6, 8, 0, 0, 0},
+                                            {2036, 4, 6, 8, 0, 0, 0},
+                                            {2037, 4, 6, 8, 0, 0, 0}};
+    for (Platform::CalendarTime const& hour : hours) {
+        clock.SetLocal(hour);
+        logger.Log2File("later\n");
+    }
+    EXPECT_EQ(FilesOf("Mod").size(), 5U);
     EXPECT_EQ(::Test::ReadWholeFile(kRoot + "Mod/Mod_2036030507.log"), "one\n");
     fs::remove_all("Cache");
     ::Test::ConsoleCapture console;
-    logger.Log2File("three\n");
+    logger.Log2File("last\n");
     logger.Log2File(nullptr);
     logger.Log2File("", 0);
     EXPECT_EQ(console.Text(), "");
-    EXPECT_EQ(FilesOf("Mod"), (std::set<std::string>{"Mod_2036030508.log"}));
+    EXPECT_EQ(FilesOf("Mod"), std::set<std::string>{"Mod_2037040608.log"});
 }
 
 // The longer of the two module names leaves no room for itself in the file's.
@@ -91,29 +101,25 @@ TEST(AFileLogger, AFileIsThisUsersAloneAndBeginsAtALinesHead) {
     ::Test::WriteWholeFile(path, "whole\nhal");
     fs::permissions(path, fs::perms{0644});
     ::Test::ConsoleCapture console;
-    AFileLogger("Mod", 1, 0, 0).Log2File("next\n");
-    AFileLogger("Mod", 1, 0, 0).Log2File("last\n");
+    LogOnce("next\n");
+    LogOnce("last\n");
     EXPECT_EQ(::Test::ReadWholeFile(path), "whole\nhal\nnext\nlast\n");
     EXPECT_EQ(fs::status(path).permissions(), fs::perms{0600});
 
     // Neither a link nor a pipe is opened, whatever stands behind it.
     ::Test::WriteWholeFile("elsewhere", "");
-    auto const plantLink = [&] { fs::create_symlink(fs::current_path() / "elsewhere", path); };
-    auto const plantPipe = [&] { ASSERT_EQ(mkfifo(path.c_str(), 0600), 0); };
-    auto const plantDirectory = [&] {
-        fs::remove_all(kRoot);
-        fs::create_directory("other");
-        fs::create_directory_symlink(fs::current_path() / "other", "Cache/VelmorSDKLog");
-    };
-    for (std::function<void()> const& plant :
-         {std::function<void()>(plantLink), {plantPipe}, {plantDirectory}}) {
-        fs::remove(path);
-        plant();
-        AFileLogger("Mod", 1, 0, 0).Log2File("lost\n");
-    }
+    fs::remove(path);
+    fs::create_symlink(fs::current_path() / "elsewhere", path);
+    LogOnce("lost\n");
     EXPECT_EQ(::Test::ReadWholeFile("elsewhere"), "");
-    EXPECT_TRUE(fs::is_empty("other"));
-    fs::remove("Cache/VelmorSDKLog");
+    fs::remove(path);
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    LogOnce("lost\n");
+    fs::rename("Cache/VelmorSDKLog", "moved");
+    fs::create_directory_symlink(fs::current_path() / "moved", "Cache/VelmorSDKLog");
+    fs::remove("moved/Mod/Mod_2036030507.log");
+    LogOnce("lost\n");
+    EXPECT_TRUE(fs::is_empty("moved/Mod"));
 }
 
 TEST(AFileLogger, ReadsTheTimeOfAFileName) {
@@ -165,7 +171,6 @@ TEST(AFileLogger, SweepsByAgeAndByCount) {
     fs::create_directory_symlink(fs::current_path() / "moved", "Cache/VelmorSDKLog");
     AFileLogger::RemoveOldLogFiles("Mod", 240, 0);
     EXPECT_EQ(FilesOf("Mod").size(), 3U);
-    fs::remove("Cache/VelmorSDKLog");
 }
 
 }  // namespace

@@ -5,9 +5,11 @@
 #include <memory>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "Support/FakeClock.h"
+#include "Support/Files.h"
 #include "Support/LogBlockDecoder.h"
 
 namespace {
@@ -44,7 +46,7 @@ std::string Walk(Buffer& buffer) {
     return read + std::string(buffer.Ptr(), buffer.Length()) + std::to_string(buffer.Pos());
 }
 
-TEST(LogBufferTest, TheTwoBuffersMoveAlikeUpToTheEndOfTheirMemory) {
+TEST(LogBuffer, TheTwoBuffersMoveAlikeUpToTheEndOfTheirMemory) {
     AutoBuffer grown(8);
     EXPECT_EQ(Walk(grown), "cdebcdeXYZ7");
     char memory[7];
@@ -57,15 +59,14 @@ TEST(LogBufferTest, TheTwoBuffersMoveAlikeUpToTheEndOfTheirMemory) {
     EXPECT_DEATH(PtrBuffer(memory, 10, 9), "length_ <= max_length_");
 }
 
-TEST(LogBufferTest, EveryKindOfBlockReadsBack) {
+TEST(LogBuffer, EveryKindOfBlockReadsBack) {
     std::string const badDigit = std::string(kPublicKey).replace(100, 1, "g");
     std::string const shortKey(kPublicKey, 127);
-    std::tuple<char const*, unsigned int, bool> const kinds[] = {
-        {kPublicKey, 6, false},      {kPublicKey, 7, true},       {nullptr, 8, false},
-        {shortKey.c_str(), 9, true}, {badDigit.c_str(), 9, true},
-    };
-    for (auto const& [key, start, compress] : kinds) {
+    std::pair<char const*, unsigned int> const kinds[] = {
+        {kPublicKey, 6}, {kPublicKey, 7}, {nullptr, 8}, {shortKey.c_str(), 9}, {badDigit.c_str(), 9}};
+    for (auto const& [key, start] : kinds) {
         SCOPED_TRACE(start);
+        bool const compress = start % 2 == 1;
         std::vector<char> memory(4000);
         LogBuffer buffer(memory.data(), memory.size(), compress, key);
         EXPECT_EQ(Flushed(buffer), "");
@@ -81,9 +82,12 @@ TEST(LogBufferTest, EveryKindOfBlockReadsBack) {
         file += Flushed(buffer);
         std::vector<::Test::LogBlock> const blocks = ::Test::DecodeBlocks(file, kPrivateKey);
         ASSERT_EQ(blocks.size(), 2U);
-        EXPECT_EQ(blocks[0].text + blocks[1].text, text + "second");
-        EXPECT_EQ(blocks[0].beginHour * 100 + blocks[0].endHour, 2300U);
-        EXPECT_EQ(blocks[0].sequence + 10 * blocks[1].sequence, compress ? 21U : 0U);
+        EXPECT_EQ(blocks[0].text, text);
+        EXPECT_EQ(blocks[1].text, "second");
+        EXPECT_EQ(blocks[0].beginHour, 23U);
+        EXPECT_EQ(blocks[0].endHour, 0U);
+        EXPECT_EQ(blocks[0].sequence, compress ? 1U : 0U);
+        EXPECT_EQ(blocks[1].sequence, compress ? 2U : 0U);
         EXPECT_EQ(blocks[0].publicKey == std::string(64, '\0'), start > 7);
         EXPECT_EQ(blocks[1].start, start);
         // At once: plain even under a key.
@@ -94,7 +98,7 @@ TEST(LogBufferTest, EveryKindOfBlockReadsBack) {
     }
 }
 
-TEST(LogBufferTest, SequencesSkipZero) {
+TEST(LogBuffer, SequencesSkipZero) {
     LogCrypt crypt(nullptr);
     for (int i = 1; i <= 65535; ++i) {
         ASSERT_EQ(crypt.NextSequence(true), i);
@@ -103,7 +107,7 @@ TEST(LogBufferTest, SequencesSkipZero) {
 }
 
 // What runs past the memory is cut, and the block stays whole.
-TEST(LogBufferTest, FullMemoryCutsText) {
+TEST(LogBuffer, FullMemoryCutsText) {
     for (bool compress : {false, true}) {
         std::string memory(400, '#');
         LogBuffer buffer(memory.data(), 200, compress, kPublicKey);
@@ -119,7 +123,7 @@ TEST(LogBufferTest, FullMemoryCutsText) {
     }
 }
 
-TEST(LogBufferTest, MemoryOfAnEarlierRunComesOut) {
+TEST(LogBuffer, MemoryOfAnEarlierRunComesOut) {
     std::tuple<bool, char const*, std::string> const runs[] = {
         {false, nullptr, "earlier now"}, {true, nullptr, "earlier "}, {false, kPublicKey, "earlier "}};
     for (auto const& [compress, key, text] : runs) {
@@ -139,6 +143,59 @@ TEST(LogBufferTest, MemoryOfAnEarlierRunComesOut) {
         LogBuffer buffer(memory.data(), memory.size(), false, nullptr);
         EXPECT_EQ(Flushed(buffer).size(), flushed);
     }
+}
+
+// A block of 80 bytes, or with a body length other than its own.
+std::string Block(int begin, int end, char start = 8,
+                  std::string const& length = std::string("\6\0\0\0", 4)) {
+    return start + std::string("\1\0", 2) + static_cast<char>(begin) + static_cast<char>(end) + length +
+           std::string(64, 'k') + std::string("123456\0", 7);
+}
+
+std::string Found(std::string const& file, int beginHour, int endHour) {
+    ::Test::WriteWholeFile("blocks", file);
+    unsigned long begin = 77;
+    unsigned long end = 77;
+    std::string error;
+    bool const found = LogBuffer::FindHourRange("blocks", beginHour, endHour, begin, end, error);
+    EXPECT_EQ(found, error.empty());
+    return found ? std::to_string(begin) + "-" + std::to_string(end) : error;
+}
+
+constexpr char kRanOut[] = "ftell(file) + __GetHeaderLen() + sizeof(kMagicEnd)) > file_size error";
+
+TEST(LogHourScan, FindsTheRangeOfWholeHours) {
+    std::string const day = Block(5, 5, 6) + Block(6, 7, 7) + Block(9, 9, 9);
+    std::string const junk(100, '\x9');
+    // Longer than what is read at a time.
+    std::string const longer = Block(4, 4, 8, std::string("\x06\x20\0\0", 4)).substr(0, 79) +
+                               std::string(0x2000, '\7') + std::string(1, '\0');
+    std::string const huge = Block(1, 1, 8, "\xFF\xFF\xFF\xFF");
+    std::tuple<std::string, int, int, std::string> const rows[] = {
+        {day, 5, 6, "0-80"},
+        {day, 5, 7, "0-160"},
+        {day, 6, 9, "80-160"},
+        {day, 7, 8, "80-160"},
+        {day, 8, 24, "160-240"},
+        {day, 10, 11, std::string(kRanOut) + "begintpos:0, endpos:0, filesize:240."},
+        {Block(23, 0) + Block(1, 1), 1, 24, "80-160"},
+        {Block(5, 5) + junk + Block(6, 6), 6, 7, "180-260"},
+        {junk + Block(6, 6) + junk, 6, 7, "100-280"},
+        {Block(5, 5) + Block(6, 6).substr(0, 79), 5, 6, "0-159"},
+        {longer + Block(5, 5) + Block(6, 6), 5, 6, "8272-8352"},
+        {longer.substr(0, 8271), 4, 5, std::string(kRanOut) + "begintpos:0, endpos:0, filesize:8271."},
+        {huge + Block(3, 3), 3, 4, "80-160"},
+        {Block(-128, 127) + Block(99, 99), 3, 4, "0-80"},
+        {"", 1, 2, std::string(kRanOut) + "begintpos:0, endpos:0, filesize:0."},
+        {day, 5, 5, "NULL == _logPath || _endHour <= _beginHour, 5, 5"},
+    };
+    for (auto const& [file, begin, end, found] : rows) {
+        EXPECT_EQ(Found(file, begin, end), found);
+    }
+    unsigned long position = 0;
+    std::string error;
+    EXPECT_FALSE(LogCrypt::FindHourRange("missing", 1, 2, position, position, error));
+    EXPECT_EQ(error, "open file fail:No such file or directory");
 }
 
 }  // namespace

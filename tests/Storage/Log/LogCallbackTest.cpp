@@ -24,55 +24,45 @@
 namespace {
 
 using namespace Ubrix;
-using Platform::CallTurn;
-using Platform::Condition;
-using Platform::Event;
-using Platform::RecursiveMutex;
-using Platform::ScopedLock;
-using Platform::ScopedTurn;
+using namespace Ubrix::Platform;
 
 void Say(std::string const& text) {
     XLog2(ALogPriorityError, "f", 1, "F", text.c_str());
 }
 
 // Keeps the messages that the callback gets, and works on each first.
-class LogCallbackTest : public testing::Test {
+class LogCallback : public testing::Test {
 protected:
     using Messages = std::vector<std::string>;
 
-    LogCallbackTest() {
-        All().With([](Messages& messages) { messages.clear(); });
-        Inside() = [](std::string const&) {};
+    LogCallback() {
+        s_all.With([](Messages& messages) { messages.clear(); });
+        s_inside = [](std::string const&) {};
         SetConsoleOutput(false);
         SetUbrixLogCallback([](ALogPriority, char const* line) {
-            EXPECT_FALSE(Platform::LockDepth::HoldsLock()) << line;
+            EXPECT_FALSE(LockDepth::HoldsLock()) << line;
             std::string const message = std::string(line).substr(std::string(line).rfind('|') + 2);
-            All().With([&](Messages& messages) { messages.push_back(message); });
-            Inside()(message);
+            s_all.With([&](Messages& messages) { messages.push_back(message); });
+            s_inside(message);
         });
     }
-    ~LogCallbackTest() override {
+    ~LogCallback() override {
         SetUbrixLogCallback(nullptr);
         SetConsoleOutput(true);
     }
     // Lines of other threads come as well; these are looked for by their text.
     static Messages Got() {
-        return All().With([](Messages const& messages) { return messages; });
+        return s_all.With([](Messages const& messages) { return messages; });
     }
-    static ::Test::Watched<Messages>& All() {
-        static auto& all = *new ::Test::Watched<Messages>;
-        return all;
-    }
-    static std::function<void(std::string const&)>& Inside() {
-        static auto& inside = *new std::function<void(std::string const&)>;
-        return inside;
-    }
+    // Never destroyed: a thread may log to the very end of the process.
+    static inline auto& s_all = *new ::Test::Watched<Messages>;
+    static inline auto& s_inside = *new std::function<void(std::string const&)>;
 };
 
-TEST_F(LogCallbackTest, ALineUnderALockComesWhenTheLastOneIsReleased) {
+TEST_F(LogCallback, ALineUnderALockComesWhenTheLastOneIsReleased) {
     RecursiveMutex outer;
     RecursiveMutex inner;
-    Inside() = [](std::string const& message) {
+    s_inside = [](std::string const& message) {
         if (message == "1") {
             errno = 5;
             Say("caused by 1");
@@ -92,27 +82,25 @@ TEST_F(LogCallbackTest, ALineUnderALockComesWhenTheLastOneIsReleased) {
     EXPECT_EQ(errno, 77);
 }
 
-TEST_F(LogCallbackTest, AWaitPassesItsLinesOnFirst) {
+TEST_F(LogCallback, AWaitPassesItsLinesOnFirst) {
     RecursiveMutex mutex;
     Condition condition(mutex);
-    bool passed = false;
-    Inside() = [&](std::string const&) {
+    s_inside = [&](std::string const&) {
         ScopedLock const lock(mutex);
-        passed = true;
         condition.Signal();
     };
     ScopedLock const lock(mutex);
     Say("before the wait");
-    while (!passed) {
+    while (Got().empty()) {
         EXPECT_TRUE(condition.WaitFor(60000));
     }
 }
 
-TEST_F(LogCallbackTest, ALockOfTheLibraryIsFreeForTheCallback) {
+TEST_F(LogCallback, ALockOfTheLibraryIsFreeForTheCallback) {
     RecursiveMutex mutex;
     Event held;
     Event inCallback;
-    Inside() = [&](std::string const& message) {
+    s_inside = [&](std::string const& message) {
         if (message == "here") {
             inCallback.Set();
             held.Wait();
@@ -131,7 +119,7 @@ TEST_F(LogCallbackTest, ALockOfTheLibraryIsFreeForTheCallback) {
 }
 
 // In each case a callback waits for another thread, which logs before it lets the first go on.
-TEST_F(LogCallbackTest, ACallbackThatWaitsLetsOtherLinesPass) {
+TEST_F(LogCallback, ACallbackThatWaitsLetsOtherLinesPass) {
     RecursiveMutex mutex;
     Condition condition(mutex);
     Event event;
@@ -145,11 +133,9 @@ TEST_F(LogCallbackTest, ACallbackThatWaitsLetsOtherLinesPass) {
         condition.Signal();
         event.Set();
     };
-    struct Case {
-        std::function<void()> wait;
-        std::function<void()> other;
-    };
-    std::vector<Case> const cases = {
+    struct {
+        std::function<void()> wait, other;
+    } const cases[] = {
         {[&] { event.Wait(); }, sayThenSet},
         {[&] { EXPECT_TRUE(event.WaitFor(60000)); }, sayThenSet},
         {[&] {
@@ -171,10 +157,10 @@ TEST_F(LogCallbackTest, ACallbackThatWaitsLetsOtherLinesPass) {
              Say("other");
          }},
     };
-    for (Case const& one : cases) {
+    for (auto const& one : cases) {
         done = false;
         std::thread other;
-        Inside() = [&](std::string const& message) {
+        s_inside = [&](std::string const& message) {
             if (message == "here") {
                 other = std::thread(one.other);
                 one.wait();
@@ -186,16 +172,16 @@ TEST_F(LogCallbackTest, ACallbackThatWaitsLetsOtherLinesPass) {
         Messages const got = Got();
         EXPECT_EQ(got.back(), "back");
         EXPECT_EQ(std::count(got.begin(), got.end(), "other"), 1);
-        All().With([](Messages& messages) { messages.clear(); });
+        s_all.With([](Messages& messages) { messages.clear(); });
     }
 }
 
 // A callback whose wait is over finds the turn taken, and goes on only when it is free again.
-TEST_F(LogCallbackTest, ACallbackGoesOnOnlyInItsTurn) {
+TEST_F(LogCallback, ACallbackGoesOnOnlyInItsTurn) {
     Event event;
     std::atomic<bool> otherIsInside{false};
     int met = 0;
-    Inside() = [&](std::string const& message) {
+    s_inside = [&](std::string const& message) {
         if (message == "here") {
             std::thread other([] { Say("other"); });
             event.Wait();
@@ -215,11 +201,11 @@ TEST_F(LogCallbackTest, ACallbackGoesOnOnlyInItsTurn) {
         Say("here");
     }
     EXPECT_EQ(met, 0);
-    EXPECT_TRUE(All().Await(
+    EXPECT_TRUE(s_all.Await(
         [](Messages const& got) { return std::count(got.begin(), got.end(), "other") == kRounds; }));
 }
 
-TEST_F(LogCallbackTest, WhatIsTooMuchIsTold) {
+TEST_F(LogCallback, WhatIsTooMuchIsTold) {
     RecursiveMutex mutex;
     {
         ScopedLock const lock(mutex);
@@ -233,13 +219,14 @@ TEST_F(LogCallbackTest, WhatIsTooMuchIsTold) {
     EXPECT_EQ(got.back(), "3 log lines found no room to wait for the callback");
 
     ::Test::ConsoleCapture console;
-    Inside() = [](std::string const&) {
+    s_inside = [](std::string const&) {
         Say("again");
         Say("and again");
     };
     Say("first");
     EXPECT_EQ(Got().size(), got.size() + 1 + LogCallbackSink::kMostCaused);
-    EXPECT_TRUE(console.Has("the log callback logs without an end"));
+    static bool const wasTold = console.Has("the log callback logs without an end");
+    EXPECT_TRUE(wasTold) << "once a process";
 }
 
 }  // namespace

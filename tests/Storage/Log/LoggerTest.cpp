@@ -24,13 +24,13 @@ std::string LogFileText() {
     return ::Test::ReadWholeFile("Cache/VelmorSDKLog/VelmorCore/VelmorCore_2036030507.log");
 }
 
-class LoggerTest : public testing::Test {
+class Logger : public testing::Test {
 protected:
     ::Test::FakeClock _clock;
     ::Test::LogCapture _log;
 };
 
-TEST_F(LoggerTest, DeliversOneLineToFileAndCallback) {
+TEST_F(Logger, DeliversOneLineToFileAndCallback) {
     errno = 77;
     XLog(ALogPriorityInfo, "a/f.cpp", 3, "F", "value %d", 5);
     EXPECT_EQ(errno, 77);
@@ -50,7 +50,7 @@ TEST_F(LoggerTest, DeliversOneLineToFileAndCallback) {
     EXPECT_EQ(errno, 77);
 }
 
-TEST_F(LoggerTest, FiltersByLevelAndLetsNoneThrough) {
+TEST_F(Logger, FiltersByLevelAndLetsNoneThrough) {
     SetUbrixLogLevel(ALogPriorityWarning);
     XLog(ALogPriorityInfo, "f", 1, "F", "no");
     EXPECT_FALSE(ACheckLogLevel(ALogPriorityInfo));
@@ -67,7 +67,7 @@ TEST_F(LoggerTest, FiltersByLevelAndLetsNoneThrough) {
     EXPECT_EQ(CurrentLogger()->GetLevel(), ALogPriorityDebug);
 }
 
-TEST_F(LoggerTest, OptionsAreNamedExactly) {
+TEST_F(Logger, OptionsAreNamedExactly) {
     ::Test::ConsoleCapture console;
     CurrentLogger()->SetOption(nullptr, 1);
     CurrentLogger()->SetOption("logmode", 1);
