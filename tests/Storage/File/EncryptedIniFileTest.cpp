@@ -1,6 +1,6 @@
 #include <VelmorCore/File.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -35,25 +35,21 @@ std::string StoredKey() {
     return FromBase64(StoredText());
 }
 
-std::string ValueAfterLoad() {
-    EncryptedIniFileImpl file(kPath);
+std::string ValueAfterLoad(char const* path = kPath) {
+    EncryptedIniFileImpl file(path);
     return file.Load() ? file.ReadString("a", "k", "absent").CString() : "not loaded";
 }
 
-// In KiB, of the process so far.
-long PeakMemory() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss;
+void SaveValue(EncryptedIniFileImpl& file, char const* value) {
+    file.WriteString("a", "k", value);
+    EXPECT_TRUE(file.Save());
 }
 
-class EncryptedIniFileTest : public testing::Test {
+class EncryptedIniFile : public testing::Test {
 protected:
-    EncryptedIniFileTest() {
-        unlink(kPath);
+    EncryptedIniFile() {
         _file = std::make_unique<EncryptedIniFileImpl>(kPath);
-        _file->WriteString("a", "k", "value");
-        _file->Save();
+        SaveValue(*_file, "value");
         _content = ReadWholeFile(kPath);
     }
     // Loads `content` and expects a message that begins so, and what the object held before.
@@ -70,7 +66,7 @@ protected:
     std::string _content;
 };
 
-TEST_F(EncryptedIniFileTest, HasTheDocumentedFormUnderAKeyThatStoreAndServerShare) {
+TEST_F(EncryptedIniFile, HasTheDocumentedFormUnderAKeyThatStoreAndServerShare) {
     std::string const plain = "\n[a]\nk=value";
     std::string const head = _content.substr(0, kHeadSize);
     std::string const body = _content.substr(kHeadSize);
@@ -85,7 +81,7 @@ TEST_F(EncryptedIniFileTest, HasTheDocumentedFormUnderAKeyThatStoreAndServerShar
     }
 }
 
-TEST_F(EncryptedIniFileTest, EachSaveTakesAFreshKeyAndLoadsAgain) {
+TEST_F(EncryptedIniFile, EachSaveTakesAFreshKeyAndLoadsAgain) {
     _file->Save();
     std::string const again = ReadWholeFile(kPath);
     EXPECT_NE(again.substr(16, 64), _content.substr(16, 64));
@@ -104,7 +100,7 @@ TEST_F(EncryptedIniFileTest, EachSaveTakesAFreshKeyAndLoadsAgain) {
     EXPECT_TRUE(empty.Load());
 }
 
-TEST_F(EncryptedIniFileTest, AFileCutAnywhereIsRefused) {
+TEST_F(EncryptedIniFile, AFileCutAnywhereIsRefused) {
     for (std::size_t size = 0; size < _content.size(); ++size) {
         SCOPED_TRACE(size);
         std::string const part = size < 12          ? "headbase failed"
@@ -116,50 +112,48 @@ TEST_F(EncryptedIniFileTest, AFileCutAnywhereIsRefused) {
     EXPECT_TRUE(_file->Load());
 }
 
-TEST_F(EncryptedIniFileTest, EachFlippedBitOfTheHeadGetsItsAnswer) {
+TEST_F(EncryptedIniFile, EachChangeOfAFieldGetsItsAnswer) {
     struct {
-        std::size_t begin, end;
-        std::string answer;  // a blank at its end stands before the field's number
-    } const fields[] = {
-        {0, 2, "config file magic not match file magic is "},
-        {2, 4, "config file version not match, file version is "},
-        {4, 8, "config file read headext failed"},
-        {8, 12, ""},
-        {12, 14, "config file Encytion is not TEA, encyption is "},
-        {14, 16, "config file PubKeyLen is not 64, PubKeyLen is "},
-        {16, 80, ""},
-        {80, 82, "config file Md5Len is not 16, Md5Len is "},
-        {82, 98, "config file md5 check failed!"},
+        std::size_t at;
+        int mask;
+        std::string message;  // empty: it's loaded nevertheless
+    } const changes[] = {
+        {0, 1, "config file magic not match file magic is 2277, program magic is 2276"},
+        {1, 1, "config file magic not match file magic is 2532, program magic is 2276"},
+        {2, 3, "config file version not match, file version is 1, program version is 2"},
+        {2, 1, ""},
+        {3, 1, ""},
+        {4, 1, "config file read headext failed"},
+        {7, 128, "config file read headext failed"},
+        {8, 1, "config file read body failed!"},
+        {8, 8, "config file md5 check failed!"},
+        {11, 255, "config file read body failed!"},
+        {12, 1, "config file Encytion is not TEA, encyption is 0"},
+        {13, 1, "config file Encytion is not TEA, encyption is 257"},
+        {14, 1, "config file PubKeyLen is not 64, PubKeyLen is 65"},
+        {15, 1, "config file PubKeyLen is not 64, PubKeyLen is 320"},
+        {16, 1, ""},
+        {80, 1, "config file Md5Len is not 16, Md5Len is 17"},
+        {81, 1, "config file Md5Len is not 16, Md5Len is 272"},
+        {82, 1, "config file md5 check failed!"},
+        {97, 1, "config file md5 check failed!"},
+        {98, 1, "config file md5 check failed!"},
+        {_content.size() - 1, 1, "config file md5 check failed!"},
     };
-    for (auto const& field : fields) {
-        for (std::size_t bit = field.begin * 8; bit < field.end * 8; ++bit) {
-            SCOPED_TRACE(bit);
-            std::string changed = _content;
-            changed[bit / 8] = static_cast<char>(changed[bit / 8] ^ (1 << bit % 8));
-            std::string const number = std::to_string(LittleEndian(changed, field.begin, 2));
-            bool const isLonger = LittleEndian(changed, 8, 4) > _content.size() - kHeadSize;
-            if (field.begin == 8) {
-                ExpectRefusal(changed,
-                              isLonger ? "config file read body failed!" : "config file md5 check failed!");
-            } else if (field.answer.empty() || LittleEndian(changed, 2, 2) > 2) {
-                WriteWholeFile(kPath, changed);
-                EXPECT_TRUE(_file->Load());
-            } else {
-                ExpectRefusal(changed, field.answer + (field.answer.back() == ' ' ? number : ""));
-            }
+    for (auto const& change : changes) {
+        SCOPED_TRACE(change.at);
+        std::string changed = _content;
+        changed[change.at] = static_cast<char>(changed[change.at] ^ change.mask);
+        if (change.message.empty()) {
+            WriteWholeFile(kPath, changed);
+            EXPECT_TRUE(_file->Load());
+        } else {
+            ExpectRefusal(changed, change.message);
         }
     }
-    std::string huge = _content;
-    huge.replace(8, 4, "\xFF\xFF\xFF\xFF");
-    long const before = PeakMemory();
-    ExpectRefusal(huge, "config file read body failed!");
-    EXPECT_LT(PeakMemory() - before, 100000) << "KiB";
-    std::string body = _content;
-    body.back() = static_cast<char>(body.back() ^ 1);
-    ExpectRefusal(body, "config file md5 check failed!");
 }
 
-TEST_F(EncryptedIniFileTest, AMissingOrDamagedKeyIsRefused) {
+TEST_F(EncryptedIniFile, AMissingOrDamagedKeyIsRefused) {
     // The last is a good key's text, cut short by a foreign character.
     for (char const* key : {"", "!", "AAAA", "AAAAAAAA!AAAAAAAAAAAAA=="}) {
         SecurityStore::GetInstance()->Set(kEntry, key);
@@ -168,25 +162,21 @@ TEST_F(EncryptedIniFileTest, AMissingOrDamagedKeyIsRefused) {
 }
 
 // The one outside of the cache directory came first, and neither takes the other's key.
-TEST_F(EncryptedIniFileTest, NamesakesInTwoDirectoriesKeepTheirKeys) {
+TEST_F(EncryptedIniFile, NamesakesInTwoDirectoriesKeepTheirKeys) {
     std::string const path = std::string(CPath::GetCachePath()) + kEntry;
     for (char const* value : {"1", "2", "3"}) {
         EncryptedIniFileImpl namesake(path.c_str());
         EXPECT_EQ(namesake.Load(), *value != '1');
-        namesake.WriteString("a", "k", value);
-        namesake.Save();
+        SaveValue(namesake, value);
         if (*value != '2') {
             _file->Save();
         }
         EXPECT_EQ(ValueAfterLoad(), "value");
     }
-    EncryptedIniFileImpl otherSpelling((std::string("Cache/../Cache/") + kEntry).c_str());
-    EXPECT_TRUE(otherSpelling.Load());
-    EXPECT_STREQ(otherSpelling.ReadString("a", "k", "").CString(), "3");
-    unlink(path.c_str());
+    EXPECT_EQ(ValueAfterLoad((std::string("Cache/../Cache/") + kEntry).c_str()), "3");
 }
 
-TEST_F(EncryptedIniFileTest, APlainFileIsUsableAtOnceAndAMissingOneIsNoError) {
+TEST_F(EncryptedIniFile, APlainFileIsUsableAtOnceAndAMissingOneIsNoError) {
     WriteWholeFile(kPath, "[a]\nk=plain\n");
     LogCapture const log;
     {
@@ -201,12 +191,11 @@ TEST_F(EncryptedIniFileTest, APlainFileIsUsableAtOnceAndAMissingOneIsNoError) {
     EXPECT_TRUE(log.Has("Info", std::string(kFunction) + "config file ./test.config is not exist"));
 }
 
-TEST_F(EncryptedIniFileTest, AFailedSaveLeavesFileAndKeyTogether) {
+TEST_F(EncryptedIniFile, AFailedSaveLeavesFileAndKeyTogether) {
     std::string const key = StoredText();
     auto const saveInto = [&](char const* obstacle, std::string const& value, rlim_t room) {
         FileSizeLimit const limit(room);
-        _file->WriteString("a", "k", value.c_str());
-        EXPECT_TRUE(_file->Save());
+        SaveValue(*_file, value.c_str());
         EXPECT_EQ(StoredText(), key) << obstacle;
         EXPECT_STREQ(SecurityStore::GetInstance()->Get(kEntry, "").CString(), key.c_str()) << obstacle;
     };
@@ -219,24 +208,26 @@ TEST_F(EncryptedIniFileTest, AFailedSaveLeavesFileAndKeyTogether) {
     saveInto("no way to rename", "new", 1000000);
     ASSERT_EQ(rmdir(kPath), 0);
     WriteWholeFile(kPath, _content);
-    EXPECT_EQ(CountFilesWith(".tmp") + CountFilesWith(".tmp", "Cache"), 0);
+    EXPECT_EQ(CountFilesWith(".tmp"), 0);
+    EXPECT_EQ(CountFilesWith(".tmp", "Cache"), 0);
     EXPECT_EQ(ValueAfterLoad(), "value");
 }
 
-TEST_F(EncryptedIniFileTest, AProcessThatDiesInASaveLeavesAFileThatAKeyOpens) {
+TEST_F(EncryptedIniFile, AProcessThatDiesInASaveLeavesAFileThatAKeyOpens) {
     // Again and again, since each unfinished save stores another key.
     for (bool const loadsFirst : {true, false, true}) {
         EncryptedIniFileImpl next(kPath);
-        EXPECT_TRUE(!loadsFirst || next.Load());
-        next.WriteString("a", "k", "newer");
-        next.Save();
+        if (loadsFirst) {
+            EXPECT_TRUE(next.Load());
+        }
+        SaveValue(next, "newer");
         EXPECT_EQ(ValueAfterLoad(), "newer");
         WriteWholeFile(kPath, _content);  // Killed between the key and the file.
         EXPECT_EQ(ValueAfterLoad(), "value");
     }
 }
 
-TEST_F(EncryptedIniFileTest, WhatCannotBeReadNowIsNotOverwritten) {
+TEST_F(EncryptedIniFile, WhatCannotBeReadNowIsNotOverwritten) {
     // The file, or the store with its key.
     for (char const* path : {kPath, "Cache/Store.ini"}) {
         std::string const content = ReadWholeFile(path);
@@ -250,15 +241,14 @@ TEST_F(EncryptedIniFileTest, WhatCannotBeReadNowIsNotOverwritten) {
         std::filesystem::remove(path);
         WriteWholeFile(path, content);
         file.reset();
-        EncryptedIniFileImpl again(kPath);
-        EXPECT_TRUE(again.Load());
-        EXPECT_STREQ(again.ReadString("a", "k", "").CString(), "value");
-        EXPECT_STREQ(again.ReadString("a", "j", "").CString(), path);
+        EXPECT_EQ(ValueAfterLoad(), "value");
+        EXPECT_TRUE(_file->Load());
+        EXPECT_STREQ(_file->ReadString("a", "j", "").CString(), path);
     }
 }
 
 // The first ones stay, and the last one is there too; their number is bounded.
-TEST_F(EncryptedIniFileTest, ADamagedFileIsKeptAside) {
+TEST_F(EncryptedIniFile, ADamagedFileIsKeptAside) {
     std::string const aside = std::string(kPath) + ".unreadable-";
     std::string damaged;
     for (std::size_t time = 1; time <= 10; ++time) {
@@ -280,21 +270,19 @@ TEST_F(EncryptedIniFileTest, ADamagedFileIsKeptAside) {
     EXPECT_EQ(ReadWholeFile(aside + "8"), damaged);
 }
 
-TEST_F(EncryptedIniFileTest, WithoutItsTurnNothingIsSaved) {
+TEST_F(EncryptedIniFile, WithoutItsTurnNothingIsSaved) {
     Platform::FileLock const other("Cache/Store.ini.lock", 0);
     ASSERT_TRUE(other.IsHeld());
     LogCapture const log;
-    for (char const* value : {"1", "2"}) {
-        _file->WriteString("a", "k", value);
-        EXPECT_TRUE(_file->Save());
-    }
+    SaveValue(*_file, "1");
+    SaveValue(*_file, "2");
     EXPECT_EQ(log.Count("Error", "isn't saved: another process has the key store, or it can't be reached"),
               1);
     EXPECT_EQ(ReadWholeFile(kPath), _content);
     EXPECT_EQ(ValueAfterLoad(), "value") << "reading needs no turn";
 }
 
-TEST_F(EncryptedIniFileTest, ManyThreadsOnOneFileNeverPartItFromItsKey) {
+TEST_F(EncryptedIniFile, ManyThreadsOnOneFileNeverPartItFromItsKey) {
     OnThreads(4, [this](int i) {
         EncryptedIniFileImpl own(kPath);
         for (int round = 0; round < 10; ++round) {

@@ -37,7 +37,7 @@ void Edit(IniLines& lines, unsigned action, Lines const& names) {
     }
 }
 
-TEST(IniLinesTest, EditsLeaveTheIndexThatAFreshReadWouldMake) {
+TEST(IniLines, EditsLeaveTheIndexThatAFreshReadWouldMake) {
     for (unsigned seed = 0; seed < 60; ++seed) {
         std::mt19937 random(seed);
         auto const below = [&random](std::size_t bound) { return static_cast<unsigned>(random() % bound); };
@@ -75,7 +75,7 @@ TEST(IniLinesTest, EditsLeaveTheIndexThatAFreshReadWouldMake) {
 }
 
 // Lookups that walk, or insertions that move what is behind them, would take minutes.
-TEST(IniLinesTest, LargeBatchesTakeLittleTime) {
+TEST(IniLines, LargeBatchesTakeLittleTime) {
     struct {
         int sections, keys;
         char const* prefix;
