@@ -70,7 +70,9 @@ bool SecurityStoreImp::ReadKeys(char const* file, StoredKeys& keys) {
 
 bool SecurityStoreImp::Put(char const* name, std::string const& text) {
     if (text.empty()) {
-        _file->RemoveKey(kSection, name);
+        // A file that others edited may hold the name more than once.
+        while (_file->RemoveKey(kSection, name)) {
+        }
         return true;
     }
     return _file->WriteString(kSection, name, text.c_str());
