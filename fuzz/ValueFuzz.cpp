@@ -2,6 +2,7 @@
 // other and themselves, exchanged, emptied. The input: pairs of an operation and what it works on.
 #include <VelmorCore/Value.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <map>
@@ -31,10 +32,19 @@ struct Model {
         }
         return size;
     }
+    int Height() const {
+        int height = 0;
+        for (auto const& entry : entries) {
+            height = std::max(height, entry.second.Height());
+        }
+        return height + 1;
+    }
 };
 
 constexpr int kRoots = 4;
 constexpr std::size_t kMostNodes = 3000;
+// Together, so that none in another is nested deeper than a value is copied.
+constexpr int kMostLevels = 900;
 
 void Require(bool holds) {
     if (!holds) {
@@ -76,8 +86,7 @@ public:
         Value& value = *_value;
         Model& model = *_model;
         int const other = operand % kRoots;
-        bool const isSmall =
-            _models[0].Size() + _models[1].Size() + _models[2].Size() + _models[3].Size() < kMostNodes;
+        bool const isSmall = Sum(&Model::Size) < kMostNodes && Sum(&Model::Height) < kMostLevels;
         switch (operation % 12) {
             case 0:
                 Stand(other);
@@ -147,6 +156,15 @@ public:
     }
 
 private:
+    template <typename Number>
+    Number Sum(Number (Model::*part)() const) const {
+        Number sum = 0;
+        for (Model const& model : _models) {
+            sum += (model.*part)();
+        }
+        return sum;
+    }
+
     void Stand(int root) {
         _value = &_values[root];
         _model = &_models[root];
