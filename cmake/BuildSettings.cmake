@@ -12,7 +12,7 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
     set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "Build type" FORCE)
 endif()
 
@@ -40,7 +40,9 @@ endif()
 if(NOT VELMORCORE_SANITIZE AND NOT MSVC)
     include(CheckCXXCompilerFlag)
     target_compile_options(velmorcore_settings INTERFACE -fstack-protector-strong
-        $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+        # Only with optimisation, which a build without a type doesn't have.
+        $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE>
+        $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-D_FORTIFY_SOURCE=2>)
     # Not on every processor.
     foreach(flag -fstack-clash-protection -fcf-protection)
         string(MAKE_C_IDENTIFIER "velmorcore_has${flag}" velmorcore_has_flag)

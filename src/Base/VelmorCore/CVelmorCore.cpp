@@ -13,7 +13,7 @@ namespace Ubrix {
 
 namespace {
 
-constexpr char kVersion[] = "1.3.01.2706";
+constexpr char kVersion[] = VELMORCORE_VERSION;
 // The desktop product's name: its development builds on other systems answer as it does.
 constexpr char kOsName[] = "Windows";
 

@@ -1,3 +1,11 @@
+# The version as callers read it.
+set(velmorcore_patch "${PROJECT_VERSION_PATCH}")
+if(velmorcore_patch LESS 10)
+    set(velmorcore_patch "0${velmorcore_patch}")
+endif()
+set(VELMORCORE_VERSION
+    "${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}.${velmorcore_patch}.${PROJECT_VERSION_TWEAK}")
+
 # The commit that this tree was configured from; forty zeros outside a checkout.
 set(VELMORCORE_VERSION_HASH "0000000000000000000000000000000000000000")
 find_package(Git QUIET)
