@@ -5,7 +5,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
-#include <vector>
+#include <tuple>
 
 #include "Base/Ubrix/IBase.h"
 #include "Platform/Event.h"
@@ -59,7 +59,6 @@ std::string NamesOf(long long id) {
 class PlatformObjects : public testing::Test {
 protected:
     PlatformObjects() { g_deleted.clear(); }
-    ~PlatformObjects() override { ReleasePlatformObjects(); }
     CPlatformClassRegistry& _registry = CPlatformClassRegistry::GetInstance();
 };
 
@@ -73,17 +72,17 @@ TEST_F(PlatformObjects, AreMadeByNameAndKeptByRole) {
     _registry.RegisterSharedObject("Foreign.REQ", &foreign);
     std::string const huge(1 << 20, 'x');
     _registry.RegisterCreator((huge + ".RESP").c_str(), &g_twins);
-    // The objects of the three roles, and whether the call was true.
-    std::vector<std::pair<char const*, std::string>> const rows = {
-        {nullptr, "none none none 0"},           {"", "none none none 0"},
-        {"Foreign", "none none none 0"},         {"Main", "Main4 none none 0"},
-        {"Pair", "none Pair.REQ5 Pair.RESP5 1"}, {"Ask", "none Ask.REQ6 none 1"},
-        {"All", "All7 All.REQ7 All.RESP7 1"},    {huge.c_str(), "none none " + huge + ".RESP8 1"},
+    // Whether the call is true, and the objects of the three roles.
+    std::tuple<char const*, bool, std::string> const rows[] = {
+        {nullptr, false, "none none none "},          {"", false, "none none none "},
+        {"Foreign", false, "none none none "},        {"Main", false, "Main4 none none "},
+        {"Pair", true, "none Pair.REQ5 Pair.RESP5 "}, {"Ask", true, "none Ask.REQ6 none "},
+        {"All", true, "All7 All.REQ7 All.RESP7 "},    {huge.c_str(), true, "none none " + huge + ".RESP8 "},
     };
     long long id = 0;
-    for (auto const& [name, outcome] : rows) {
-        std::string const added = addPlatformObject(++id, name) ? "1" : "0";
-        EXPECT_EQ(NamesOf(id) + added, outcome);
+    for (auto const& [name, isAdded, names] : rows) {
+        EXPECT_EQ(addPlatformObject(++id, name), isAdded) << id;
+        EXPECT_EQ(NamesOf(id), names);
     }
     removePlatformObject(7);
     removePlatformObject(8);
@@ -99,7 +98,9 @@ TEST_F(PlatformObjects, ASharedOneGoesOnceWithItsLastId) {
     _registry.RegisterSharedObject("Shared.RESP", shared);
     addPlatformObject(1, "Shared");
     addPlatformObject(2, "Shared");
-    EXPECT_EQ(NamesOf(1) + NamesOf(2), "none ?2 ?2 none ?2 ?2 ");
+    addPlatformObject(2, "Shared");  // in its own place
+    EXPECT_EQ(NamesOf(1), "none ?2 ?2 ");
+    EXPECT_EQ(NamesOf(2), "none ?2 ?2 ");
     removePlatformObject(1);
     PlatformObjectManager(PlatformObjectRole::Response)->RemoveObject(2);
     EXPECT_EQ(g_living, 1);
