@@ -4,6 +4,7 @@
 
 #include <map>
 #include <memory>
+#include <string>
 
 #include "Platform/Event.h"
 #include "Platform/Thread.h"
@@ -16,19 +17,19 @@
 
 namespace {
 
-using Ubrix::DataTask;
 using Ubrix::DataTaskImpl;
 using Ubrix::WWW;
+using Task = Ubrix::DataTask;
 
 char const* const kUrl = "https://a.example/x";
 char const* const kBusy = "DataTask is Requesting";
 
-class DataTaskTest : public testing::Test {
+class DataTask : public testing::Test {
 protected:
-    DataTaskTest() : _server(::Test::ScriptedTransport::Install()), _task(WWW::Request(kUrl)) {
+    DataTask() : _server(::Test::ScriptedTransport::Install()), _task(WWW::Request(kUrl)) {
         _task->SetListener(&_listener);
     }
-    ~DataTaskTest() override {
+    ~DataTask() override {
         WWW::Destroy(_task);
         EXPECT_TRUE(_server.AwaitQuiet());
     }
@@ -46,16 +47,16 @@ protected:
 
     ::Test::OutcomeListener _listener;
     ::Test::ScriptedTransport& _server;
-    DataTask* _task;
+    Task* _task;
     ::Test::LogCapture _log;
 
 private:
     std::size_t _taken = 0;
 };
 
-TEST_F(DataTaskTest, TheFactoryTakesNullAndTheRegistryKnowsWhoLives) {
+TEST_F(DataTask, TheFactoryTakesNullAndTheRegistryKnowsWhoLives) {
     EXPECT_EQ(WWW::Request(nullptr), nullptr);
-    WWW::Destroy(static_cast<DataTask*>(nullptr));
+    WWW::Destroy(static_cast<Task*>(nullptr));
     Ubrix::WWWTaskBase* const base = static_cast<DataTaskImpl*>(_task);
     EXPECT_FALSE(Ubrix::WWWTaskBase::IsObjectRelease(base));
     _task->SetUrl(nullptr);
@@ -66,27 +67,29 @@ TEST_F(DataTaskTest, TheFactoryTakesNullAndTheRegistryKnowsWhoLives) {
     EXPECT_TRUE(Ubrix::WWWTaskBase::IsObjectRelease(base));
 }
 
-TEST_F(DataTaskTest, DownloadsAndUploadsKeepWhatTheyAreGivenAndSendNothing) {
-    EXPECT_FALSE(WWW::DownloadFile(nullptr, "path") != nullptr ||
-                 WWW::DownloadFile(kUrl, nullptr) != nullptr);
+TEST_F(DataTask, DownloadsAndUploadsKeepWhatTheyAreGivenAndSendNothing) {
+    EXPECT_EQ(WWW::DownloadFile(nullptr, "path"), nullptr);
+    EXPECT_EQ(WWW::DownloadFile(kUrl, nullptr), nullptr);
     Ubrix::DownloadFileTask* const task = WWW::DownloadFile(kUrl, "file\xB9");
     auto* const impl = static_cast<Ubrix::DownloadFileTaskImpl*>(task);
     // Only the address of a listener is looked at.
     task->SetListener(reinterpret_cast<Ubrix::DownloadFileTask::Listener*>(impl));
     EXPECT_NE(impl->GetListener(), nullptr);
     task->Start();
-    EXPECT_EQ(std::string(task->GetFilePath()) + task->GetUrl(), std::string("file\xB9") + kUrl);
+    EXPECT_STREQ(task->GetFilePath(), "file\xB9");
+    EXPECT_STREQ(task->GetUrl(), kUrl);
     task->RemoveListener(nullptr);
     EXPECT_EQ(impl->GetListener(), nullptr);
     WWW::Destroy(task);
 
     std::unique_ptr<OzkCUploadTask> const upload(WWW::GetOzkUploadTask());
     upload->Upload("id", "path", 1, kUrl);
-    EXPECT_EQ(std::string(upload->GetUploadId()) + upload->GetFilePath(), "idpath");
+    EXPECT_STREQ(upload->GetUploadId(), "id");
+    EXPECT_STREQ(upload->GetFilePath(), "path");
     EXPECT_TRUE(_server.Seen().empty());
 }
 
-TEST_F(DataTaskTest, WhatGoesOutIsWhatWasSet) {
+TEST_F(DataTask, WhatGoesOutIsWhatWasSet) {
     _task->SetUrl("http://name@\xD6\xD0.example:8080/a b?\xB9\xFA#z");
     char const* const headers[][2] = {{"b", "first"}, {"c", ""},      {"b", "\xD6\xD0"},
                                       {"A", "1"},     {"a", nullptr}, {nullptr, "a"}};
@@ -109,7 +112,7 @@ TEST_F(DataTaskTest, WhatGoesOutIsWhatWasSet) {
     EXPECT_EQ(_server.Latest(), "GET" + head);
 }
 
-TEST_F(DataTaskTest, FailuresBecomeCodesAndLogLines) {
+TEST_F(DataTask, FailuresBecomeCodesAndLogLines) {
     std::map<int, int> const codes = {{12002, 2}, {12007, 3}, {12005, 4}, {12029, 5}, {12030, 1}, {7, 1}};
     for (auto const& [error, code] : codes) {
         _server.Fail(error);
@@ -123,7 +126,7 @@ TEST_F(DataTaskTest, FailuresBecomeCodesAndLogLines) {
     EXPECT_TRUE(_log.Has("Info", "Error:InternetCrackUrl failed!\n"));
 }
 
-TEST_F(DataTaskTest, HeadersCannotSmuggle) {
+TEST_F(DataTask, HeadersCannotSmuggle) {
     char const* const rows[][2] = {{"a", "1\r\nb:2"}, {"a", "1\n"}, {"a", "\x7F"}, {"", "1"},
                                    {"a b", "1"},      {"a:b", "1"}, {"a\r", "1"},  {"\xD6\xD0", "1"}};
     for (auto const& row : rows) {
@@ -138,14 +141,14 @@ TEST_F(DataTaskTest, HeadersCannotSmuggle) {
     EXPECT_TRUE(_server.Seen().empty());
 }
 
-TEST_F(DataTaskTest, OneRequestAtATimeAndTheTransportStays) {
+TEST_F(DataTask, OneRequestAtATimeAndTheTransportStays) {
     StartHeld();
     EXPECT_FALSE(Ubrix::SetHttpTransport(nullptr));
     _task->Get();
     _task->Post("x", 1);
     EXPECT_FALSE(DataTaskImpl::TryGet(_task));
     EXPECT_EQ(_log.Count("Info", kBusy), 3);
-    _listener.inside = [](DataTask* task) { task->Get(); };
+    _listener.inside = [](Task* task) { task->Get(); };
     _server.Release();
     EXPECT_EQ(Next(), "0 200 held");
     EXPECT_EQ(_log.Count("Info", kBusy), 4);
@@ -153,11 +156,11 @@ TEST_F(DataTaskTest, OneRequestAtATimeAndTheTransportStays) {
     EXPECT_EQ(_listener.Count(), 1U);
 }
 
-TEST_F(DataTaskTest, WorkBehindTheListenerFindsTheTaskIdle) {
+TEST_F(DataTask, WorkBehindTheListenerFindsTheTaskIdle) {
     _server.Answer("one");
     _server.Answer("two");
     bool started = false;
-    _listener.inside = [&](DataTask* task) {
+    _listener.inside = [&](Task* task) {
         _listener.inside = nullptr;
         Ubrix::DataTaskState::RunOnceIdle([&started, task] { started = DataTaskImpl::TryGet(task); });
     };
@@ -167,7 +170,7 @@ TEST_F(DataTaskTest, WorkBehindTheListenerFindsTheTaskIdle) {
     EXPECT_TRUE(started);
 }
 
-TEST_F(DataTaskTest, CancelSilencesAndFreesTheTaskAtOnce) {
+TEST_F(DataTask, CancelSilencesAndFreesTheTaskAtOnce) {
     StartHeld();
     _task->Cancel();
     _server.Answer("next");
@@ -177,15 +180,15 @@ TEST_F(DataTaskTest, CancelSilencesAndFreesTheTaskAtOnce) {
     EXPECT_EQ(_listener.Count(), 1U);
 }
 
-TEST_F(DataTaskTest, ItMayBeCancelledOrDestroyedByItsListener) {
-    _listener.inside = [](DataTask* task) {
+TEST_F(DataTask, ItMayBeCancelledOrDestroyedByItsListener) {
+    _listener.inside = [](Task* task) {
         task->Cancel();
         task->Get();
     };
     _task->Get();
     Next();
     EXPECT_EQ(_log.Count("Info", kBusy), 1);
-    _listener.inside = [this](DataTask* task) {
+    _listener.inside = [this](Task* task) {
         for (bool const stands : {true, false}) {
             Ubrix::DataTaskState::RunOnceIdle([] { ADD_FAILURE() << "ran behind the task's end"; });
             if (stands) {
@@ -198,9 +201,9 @@ TEST_F(DataTaskTest, ItMayBeCancelledOrDestroyedByItsListener) {
     _listener.Await(2);
 }
 
-TEST_F(DataTaskTest, ARemovalWaitsForARunningListener) {
+TEST_F(DataTask, ARemovalWaitsForARunningListener) {
     Ubrix::Platform::Event entered;
-    _listener.inside = [&entered](DataTask*) {
+    _listener.inside = [&entered](Task*) {
         entered.Set();
         // Long enough that a removal that doesn't wait is seen.
         Ubrix::Platform::SleepFor(50);
@@ -211,10 +214,10 @@ TEST_F(DataTaskTest, ARemovalWaitsForARunningListener) {
     EXPECT_EQ(_listener.Count(), 1U);
 }
 
-TEST_F(DataTaskTest, StartsCancelsAndEndsMayMeet) {
+TEST_F(DataTask, StartsCancelsAndEndsMayMeet) {
     for (int round = 0; round < 50; ++round) {
         _server.Answer("");
-        DataTask* const task = WWW::Request(kUrl);
+        Task* const task = WWW::Request(kUrl);
         ::Test::OutcomeListener listener;
         task->SetListener(&listener);
         ::Test::OnThreads(2, [task](int) { task->Get(); });

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <VelmorCore/Http.h>
+#include <gtest/gtest.h>
 
 #include <functional>
 #include <string>
@@ -18,7 +19,7 @@ public:
 
     void OnDataTaskFinished(Ubrix::DataTask* task, int errorCode, int httpStatus, char const* data,
                             std::uint64_t length) override {
-        EXPECT_TRUE(data == nullptr || data[length] == '\0');
+        EXPECT_STREQ(data != nullptr ? data + length : "", "");
         std::string const body = data != nullptr ? std::string(data, length) : "null";
         if (inside) {
             inside(task);
