@@ -1,6 +1,7 @@
 #include "System/Application/Application.h"
 
 #include <VelmorCore/Network.h>
+#include <gtest/gtest.h>
 
 #include <functional>
 #include <map>

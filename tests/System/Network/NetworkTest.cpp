@@ -1,10 +1,12 @@
 #include <VelmorCore/Network.h>
+#include <gtest/gtest.h>
 
 #include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "Base/Ubrix/IBase.h"
 #include "System/Network/Nat64Address.h"
@@ -48,10 +50,6 @@ protected:
         EnableUiUpdate();
         g_trail.clear();
     }
-    ~Network() override {
-        CNetwork::ReleaseInstance();
-        ReleaseHostUpdateQueue();
-    }
     static std::string TrailOf(ANetworkState state) {
         CNetwork::GetInstance().OnNetworkStateChanged(state);
         EXPECT_EQ(g_trail, "") << "nobody hears before the host's update";
@@ -77,10 +75,12 @@ TEST_F(Network, ObserversHearInOrderThenTheCallback) {
     network.SetCallback(nullptr);
     EXPECT_EQ(TrailOf(kBack), "b1");
     EXPECT_EQ(keeper.CountOfChangedStates(), 3);
-    ANetworkState state = kBack;
-    EXPECT_TRUE(keeper.PopStateFromChangedList(state) && state == kLost);
-    EXPECT_TRUE(keeper.PopStateFromChangedList(state) && state == kBack);
-    EXPECT_TRUE(keeper.PopStateFromChangedList(state) && !keeper.PopStateFromChangedList(state));
+    ANetworkState state;
+    for (ANetworkState const expected : {kLost, kBack, kBack}) {
+        EXPECT_TRUE(keeper.PopStateFromChangedList(state));
+        EXPECT_EQ(state, expected);
+    }
+    EXPECT_FALSE(keeper.PopStateFromChangedList(state));
 }
 
 TEST_F(Network, ObserversMayComeGoAndDieWhileTheyAreTold) {

@@ -1,9 +1,16 @@
 #include "System/Operation/OperationQueueImp.h"
 
 #include <VelmorCore/RemoteConfig.h>
+#include <gtest/gtest.h>
 #include <pthread.h>
 
+#include <atomic>
 #include <map>
+#include <memory>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
 
 #include "Base/Ubrix/CoreConfigReader.h"
 #include "Base/Ubrix/IBase.h"
@@ -35,6 +42,8 @@ struct Target : OperationTargetBase {
 
 class Pool : public testing::Test {
 protected:
+    static constexpr std::pair<int, int> kTwoIdle{2, 2};
+
     ~Pool() override {
         open = true;
         IBase::RunReleaseCallbacks();
@@ -55,7 +64,8 @@ protected:
         queue = OperationQueueImp::GetInstance().get();
         ASSERT_TRUE(clock.AwaitWaiters({100, 100, 100}));
         clock.Advance(100);
-        ASSERT_TRUE(clock.AwaitWaiters({kNever}) && Await([this] { return Threads(2, 2); }));
+        ASSERT_TRUE(clock.AwaitWaiters({kNever}));
+        ASSERT_TRUE(Await([this] { return Threads() == kTwoIdle; }));
     }
     // Operations that don't end before the gate is open.
     void AddUnderLoad(int count) {
@@ -65,9 +75,10 @@ protected:
             queue->AddOperation(Work, this, false);
         }
     }
-    bool Threads(int all, int idle) {
+    // All of them, and the idle ones.
+    std::pair<int, int> Threads() {
         OperationQueueImp::Threads const threads = queue->CountThreads();
-        return threads.all == all && threads.idle == idle;
+        return {threads.all, threads.idle};
     }
     // Goes on in steps of 10 ms until `holds`.
     template <class Condition>
@@ -126,20 +137,20 @@ TEST_F(Pool, GrowsUnderFullLoadAndShrinksAfterIt) {
     GoTo(110, 3);
     // From 120 on nobody is idle.
     GoTo(1110, 1);
-    EXPECT_TRUE(Threads(2, 0));
+    EXPECT_EQ(Threads(), std::pair(2, 0));
     clock.Advance(10);
     ASSERT_TRUE(clock.AwaitWaiters({1130, 1220})) << "the 101st tick brings a third";
     GoTo(1210, 2);
     GoTo(2130, 1);
     EXPECT_EQ(log.Count("Debug", "thread num is max"), 1) << "and a second later no fourth";
-    EXPECT_TRUE(Threads(3, 0));
+    EXPECT_EQ(Threads(), std::pair(3, 0));
 
     open = true;
     ASSERT_TRUE(clock.AwaitWaiters({2140, 2140, 2140, 2140}));
     // One has the last operation, two idle from here on.
     GoTo(3140, 4);
-    EXPECT_TRUE(Threads(3, 3));
-    EXPECT_TRUE(Drive([this] { return Threads(2, 2); }));
+    EXPECT_EQ(Threads(), std::pair(3, 3));
+    EXPECT_TRUE(Drive([this] { return Threads() == kTwoIdle; }));
     EXPECT_TRUE(DriveToRest(kNever));
     EXPECT_EQ(log.Count("Info", "Destroy thread"), 1);
     EXPECT_EQ(runs, 4);
@@ -176,7 +187,7 @@ TEST_F(Pool, ThreadsThatCouldNotBeHadAreNotCountedAndComeLater) {
     ASSERT_EQ(pthread_setattr_default_np(&impossible), 0);
     queue = OperationQueueImp::GetInstance().get();
     ASSERT_EQ(pthread_setattr_default_np(&before), 0);
-    EXPECT_TRUE(Threads(0, 0));
+    EXPECT_EQ(Threads(), std::pair(0, 0));
     queue->AddOperation(Work, this, false);
     ASSERT_TRUE(clock.AwaitWaiters({100}));
     EXPECT_TRUE(Drive([this] { return runs == 1; }));
@@ -218,7 +229,7 @@ TEST_F(Pool, LivesWithAnyValues) {
         ASSERT_TRUE(clock.AwaitWaiters({start + tick}));
         ASSERT_TRUE(Drive([this, load = underLoad] { return runs == load; }));
         GoTo(clock.Elapsed() + 1200, 1);
-        EXPECT_TRUE(Threads(underLoad, 0));
+        EXPECT_EQ(Threads(), std::pair(underLoad, 0));
         open = true;
         IBase::RunReleaseCallbacks();
         ASSERT_TRUE(Drive([this] { return log.Count("Event", kWoundDown) == pools; }));

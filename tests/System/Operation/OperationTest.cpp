@@ -1,4 +1,5 @@
 #include <VelmorCore/Operation.h>
+#include <gtest/gtest.h>
 
 #include <memory>
 
@@ -36,7 +37,8 @@ TEST(Operation, TargetAndOperationsLetGoOfEachOther) {
     first.Run();
     copy->Run();
     EXPECT_EQ(sum, 21);
-    EXPECT_FALSE(first.Repeats() || copy->Repeats()) << "without a target they have nothing left to do";
+    EXPECT_FALSE(first.Repeats()) << "without a target it has nothing left to do";
+    EXPECT_FALSE(copy->Repeats());
 }
 
 TEST(Operation, TargetIsDeletedOnceWithTheFirstOperationToGo) {

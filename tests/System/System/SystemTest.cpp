@@ -1,5 +1,7 @@
 #include <VelmorCore/File.h>
 #include <VelmorCore/System.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <string>

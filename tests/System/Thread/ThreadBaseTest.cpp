@@ -1,8 +1,11 @@
+#include <gtest/gtest.h>
+
 #include <atomic>
 #include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Platform/Event.h"
@@ -76,7 +79,12 @@ protected:
         record = std::make_shared<Record>();
         return new Worker(record);
     }
-    bool AwaitTurn() { return record->turn.WaitFor(kBound); }
+    bool AwaitPause() { return record->paused.WaitFor(kBound); }
+    // One that ends after the call.
+    bool AwaitTurn() {
+        record->turn.Reset();
+        return record->turn.WaitFor(kBound);
+    }
 };
 
 TEST_F(ThreadBase, StartsAtAnyMomentAfterTheConstructor) {
@@ -97,21 +105,22 @@ TEST_F(ThreadBase, PauseResumeAndStopWhilePaused) {
     thread->PostSelector(&Worker::Step, first);
     thread->PostSelector(&Worker::Step, first + 1);
     thread->Start();
-    ASSERT_TRUE(AwaitTurn() && AwaitTurn());
+    ASSERT_TRUE(AwaitTurn());
+    ASSERT_TRUE(AwaitTurn());
     thread->Pause();
-    ASSERT_TRUE(record->paused.WaitFor(kBound));
+    ASSERT_TRUE(AwaitPause());
     EXPECT_EQ(thread->ThreadState(), CThreadBase::kPaused);
-    record->turn.Reset();
     thread->Resume(true);
     ASSERT_TRUE(AwaitTurn());
     thread->Pause();
-    ASSERT_TRUE(record->paused.WaitFor(kBound));
+    ASSERT_TRUE(AwaitPause());
     thread->Stop();
     thread->Resume(false);
     thread->Start();  // a stopped thread stays stopped
     CThreadBase::Destroy(thread, false);
     EXPECT_EQ(record->trail, "start resume first irst pause resume pause exit ");
-    EXPECT_TRUE(console.Has("Thread is not running..") && console.Has("CThreadBase::Destroy end"));
+    EXPECT_TRUE(console.Has("Thread is not running.."));
+    EXPECT_TRUE(console.Has("CThreadBase::Destroy end"));
 }
 
 TEST_F(ThreadBase, NoResumeIsLost) {
@@ -124,14 +133,12 @@ TEST_F(ThreadBase, NoResumeIsLost) {
         }
         thread->Resume(false);
     }
-    record->turn.Reset();
     EXPECT_TRUE(AwaitTurn());
     // One that comes before the worker waits.
     record->resumesItself = true;
     record->paused.Reset();
     thread->Pause();
-    ASSERT_TRUE(record->paused.WaitFor(kBound));
-    record->turn.Reset();
+    ASSERT_TRUE(AwaitPause());
     EXPECT_TRUE(AwaitTurn());
     CThreadBase::Destroy(thread, true);
     record->ExpectDeletedOnce();
@@ -143,7 +150,7 @@ TEST_F(ThreadBase, DestroyInEveryStateDeletesOnce) {
     Step const pause = &CThreadBase::Pause;
     Step const stop = &CThreadBase::Stop;
     Step const turn = [this](CThreadBase*) { EXPECT_TRUE(AwaitTurn()); };
-    Step const paused = [this](CThreadBase*) { EXPECT_TRUE(record->paused.WaitFor(kBound)); };
+    Step const paused = [this](CThreadBase*) { EXPECT_TRUE(AwaitPause()); };
     Step const ended = [](CThreadBase* thread) {
         while (thread->ThreadState() != CThreadBase::kEnding) {
             Platform::SleepFor(1);
@@ -169,7 +176,7 @@ TEST_F(ThreadBase, DestroyInEveryStateDeletesOnce) {
             }
             CThreadBase::Destroy(thread, detach);
             EXPECT_EQ(thread, nullptr);
-            EXPECT_TRUE(detach || record->deletions == 1);
+            EXPECT_GE(record->deletions, detach ? 0 : 1);
             record->ExpectDeletedOnce();
             CThreadBase::Destroy(thread, detach);  // null by now
         }

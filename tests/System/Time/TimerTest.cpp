@@ -1,4 +1,5 @@
 #include <VelmorCore/Timer.h>
+#include <gtest/gtest.h>
 
 #include <functional>
 #include <utility>
@@ -102,7 +103,8 @@ TEST_F(Timer, DestructorEndsAllAndIdsAreSharedByAllInstances) {
         CTimer two;
         unsigned int const first = Start(one, 400, true);
         unsigned int const second = Start(two, 900, true);
-        EXPECT_TRUE(first != 0 && second == first + 1) << first;
+        EXPECT_NE(first, 0U);
+        EXPECT_EQ(second, first + 1);
         Advance(0, {500, 1000});
     }
     Advance(10000, {});
@@ -123,7 +125,8 @@ TEST_F(Timer, StartAndStopFromManyThreads) {
     // On the system's clock: two calls, half a second apart.
     timer.StartTimer(
         0, true, [](unsigned int, void*) { beat.Set(); }, nullptr);
-    EXPECT_TRUE(beat.WaitFor(10000) && beat.WaitFor(10000));
+    EXPECT_TRUE(beat.WaitFor(10000));
+    EXPECT_TRUE(beat.WaitFor(10000));
 }
 
 }  // namespace
