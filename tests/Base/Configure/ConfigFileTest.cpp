@@ -38,7 +38,8 @@ TEST(ConfigFile, KeepsTypedValuesInItsOwnEncipheredFile) {
     EXPECT_TRUE(file->IsContainKey("s", "int"));
     EXPECT_TRUE(file->RemoveValueForKeyAndSave("s", "int"));
     EXPECT_FALSE(file->IsContainKey("s", "int"));
-    EXPECT_TRUE(file->RemoveSection("s") && file->RemoveAllAndSave());
+    EXPECT_TRUE(file->RemoveSection("s"));
+    EXPECT_TRUE(file->RemoveAllAndSave());
     VelmorCore_DeleteConfigFile(&file);
 }
 
@@ -75,9 +76,10 @@ TEST(ConfigFile, TakesNoNameThatIsNotItsOwn) {
         ::Test::LogCapture log;
         Velmor::ConfigFile file(name.c_str());
         EXPECT_EQ(log.Count("Error", ": refused"), 1) << name;
-        EXPECT_TRUE(!file.SetAndSave("s", "k", 1) && file.GetFromCache("s", "k", 7) == 7) << name;
+        EXPECT_FALSE(file.SetAndSave("s", "k", 1)) << name;
+        EXPECT_EQ(file.GetFromCache("s", "k", 7), 7) << name;
         EXPECT_EQ(log.Count("Error", "_bundle is null"), 2) << name;
-        EXPECT_FALSE(std::filesystem::exists("Cache/" + name + ".config") && name != "RemoteConfig") << name;
+        EXPECT_FALSE(std::filesystem::exists("Cache/" + name + ".config")) << name;
     }
     for (std::string const& name :
          {longest, std::string("nulls"), std::string("com10"), std::string("a [b]#.c ")}) {

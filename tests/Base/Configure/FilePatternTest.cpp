@@ -33,7 +33,7 @@ constexpr char kRows[] = R"rows(
     [a a -5  [] a -5    [^] a -5   [b-a] a -5  [\d-z] a -5  [a-\d] a -5   \ a -6  \q a -6   \- a -6  \D a -6
     \x4 a -6  \xg0 a -6  [\w] a -6)rows";
 
-TEST(FilePatternTest, AnswersTheOffsetBehindTheMatch) {
+TEST(FilePattern, AnswersTheOffsetBehindTheMatch) {
     std::istringstream rows(kRows);
     std::string pattern;
     std::string name;
@@ -54,16 +54,18 @@ TEST(FilePatternTest, AnswersTheOffsetBehindTheMatch) {
     }
 }
 
-TEST(FilePatternTest, CapturesWhatTheLastTurnTook) {
+TEST(FilePattern, CapturesWhatTheLastTurnTook) {
     PatternCapture captures[3];
     EXPECT_EQ(MatchPattern("(a|(x))*-(b+)", "zaaa-bb", captures, 3), 7);
-    EXPECT_EQ(captures[0].begin * 10 + captures[0].length, 31);
+    EXPECT_EQ(captures[0].begin, 3);
+    EXPECT_EQ(captures[0].length, 1);
     EXPECT_EQ(captures[1].begin, -1);
-    EXPECT_EQ(captures[2].begin * 10 + captures[2].length, 52);
+    EXPECT_EQ(captures[2].begin, 5);
+    EXPECT_EQ(captures[2].length, 2);
     EXPECT_EQ(MatchPattern("(a)(b)", "ab", captures, 1), kPatternTooFewCaptures);
 }
 
-TEST(FilePatternTest, KeepsItsLimits) {
+TEST(FilePattern, KeepsItsLimits) {
     EXPECT_EQ(MatchPattern(Repeated("(a)", 99), Repeated("a", 99)), 99);
     EXPECT_EQ(MatchPattern(Repeated("(", 99) + "a" + Repeated(")", 99), "a"), 1);
     EXPECT_EQ(MatchPattern(Repeated("(a)", 100), "a"), kPatternTooManyGroups);
@@ -76,7 +78,7 @@ TEST(FilePatternTest, KeepsItsLimits) {
 }
 
 // A way that failed once isn't tried again, whatever is stacked.
-TEST(FilePatternTest, GivesTheTrueAnswerForHostilePatterns) {
+TEST(FilePattern, GivesTheTrueAnswerForHostilePatterns) {
     std::tuple<std::string, int, int> const rows[] = {
         {"(a*)*(a*)*b", 4095, 4096},
         {"a*a*a*a*a*b", 4095, 4096},

@@ -27,7 +27,6 @@ namespace {
 namespace fs = std::filesystem;
 using ::Test::WriteWholeFile;
 using Velmor::ConfigureImpl;
-using Velmor::FileUploader;
 
 // Keeps what it is told until the test ends the upload.
 struct HeldTask final : OzkCUploadTask {
@@ -52,19 +51,16 @@ struct HeldTask final : OzkCUploadTask {
     Listener* listener = nullptr;
 };
 
-class FileUploaderTest : public testing::Test {
+class FileUploader : public testing::Test {
 protected:
-    FileUploaderTest() : _server(::Test::ScriptedTransport::Install()) {
-        Ubrix::CPath::GetCachePath();
-        fs::remove_all("logs");
+    FileUploader() : _server(::Test::ScriptedTransport::Install()) {
         fs::create_directory("logs");
         HeldTask::made = 0;
         Ubrix::SetOzkUploadTaskFactory(HeldTask::Make, nullptr);
     }
-    ~FileUploaderTest() override {
+    ~FileUploader() override {
         Finish(2);
         Ubrix::SetOzkUploadTaskFactory(nullptr, nullptr);
-        ConfigureImpl::ReleaseInstance();
     }
 
     // Lets the server hand out `keys` as section "Upload".
@@ -75,12 +71,13 @@ protected:
         while (ConfigureImpl::Instance()->CurrentState() != ConfigureImpl::kFinished && ++looks < 10000) {
             Ubrix::Platform::SleepFor(1);
         }
-        EXPECT_TRUE(looks < 10000 && _server.AwaitQuiet());
+        EXPECT_LT(looks, 10000);
+        EXPECT_TRUE(_server.AwaitQuiet());
     }
     // Gives the order that was fetched, and waits until it is through.
     void Refresh() {
         int const before = _log.Count("Debug", kDone);
-        FileUploader::GetInstance()->OnConfigureRefreshed(nullptr);
+        Velmor::FileUploader::GetInstance()->OnConfigureRefreshed(nullptr);
         EXPECT_TRUE(_log.Await("Debug", kDone, before + 1)) << _log.Text();
     }
     static void Finish(int result) {
@@ -95,34 +92,37 @@ protected:
     }
 
     static constexpr char kDone[] = "the order is done";
+    // The process counts the uploads of each.
+    static inline int ids = 0;
+    std::string const _id = "order" + std::to_string(++ids);
     ::Test::LogCapture _log;
     ::Test::ScriptedTransport& _server;
 };
 
-TEST_F(FileUploaderTest, ARefreshPacksWhatIsOrderedAndUploadsIt) {
+TEST_F(FileUploader, ARefreshPacksWhatIsOrderedAndUploadsIt) {
     WriteWholeFile("logs/a.log", "first");
     WriteWholeFile("logs/B.LOG", "second");
     WriteWholeFile("logs/c.txt", "third");
-    WriteWholeFile("Cache/order1.zip", "older");
-    FileUploader::Join();
-    Fetch(
-        R"("file_path":"gone|logs|VELMOR_CORE_LOG_DIR and more","file_pattern":"^a|\\.log$|^a","upload_id":"order1",)"
-        R"("part_size":4096)");
+    WriteWholeFile("Cache/" + _id + ".zip", "older");
+    Velmor::FileUploader::Join();
+    Fetch(R"("file_path":"gone|logs|VELMOR_CORE_LOG_DIR and more","file_pattern":"^a|\\.log$|^a",)"
+          R"("part_size":4096,"upload_id":")" +
+          _id + "\"");
     ASSERT_TRUE(_log.Await("Info", "|Velmor::FileUploader::OnConfigureRefreshed| _Upload zip file."));
-    std::string const archive = std::string(Ubrix::CPath::GetCachePath()) + "/order1.zip";
+    std::string const archive = std::string(Ubrix::CPath::GetCachePath()) + "/" + _id + ".zip";
     std::string const names = Names(archive);
     EXPECT_EQ(names.substr(0, 13), "B.LOG\na.log\nV");
     EXPECT_NE(names.find("VelmorCore_20"), std::string::npos);
     EXPECT_TRUE(_log.Has("Error", "search path gone is not exit"));
     EXPECT_TRUE(_log.Has("Warning", "fileName c.txt dismatch filePattern ^a"));
-    EXPECT_TRUE(_log.Has("Info", "order1.zip already exist! need to delete")) << _log.Text();
+    EXPECT_TRUE(_log.Has("Info", _id + ".zip already exist! need to delete")) << _log.Text();
 
     ASSERT_NE(HeldTask::latest, nullptr);
     EXPECT_EQ(HeldTask::latest->path, archive);
-    EXPECT_EQ(HeldTask::latest->told, R"({"app_ver": order1 4096 https://config.velmor.example)");
+    EXPECT_EQ(HeldTask::latest->told, "{\"app_ver\": " + _id + " 4096 https://config.velmor.example");
 
     ::Velmor::Configure::GetInstance()->RemoveObserver("Upload");
-    FileUploader::GetInstance()->OnConfigureRefreshed(nullptr);
+    Velmor::FileUploader::GetInstance()->OnConfigureRefreshed(nullptr);
     EXPECT_TRUE(_log.Has("Warning", "|Velmor::FileUploader::OnConfigureRefreshed| _isUploading..."));
     EXPECT_EQ(HeldTask::made, 1);
     for (int const result : {2, 1, 0}) {
@@ -133,7 +133,7 @@ TEST_F(FileUploaderTest, ARefreshPacksWhatIsOrderedAndUploadsIt) {
     EXPECT_EQ(HeldTask::made, 4);
 }
 
-TEST_F(FileUploaderTest, RefusesWhatItMayNotDo) {
+TEST_F(FileUploader, RefusesWhatItMayNotDo) {
     WriteWholeFile("logs/a.log", "x");
     WriteWholeFile("logs/\x1b[2J", "x");
     WriteWholeFile("Cache/kept.zip", "older");
@@ -171,7 +171,7 @@ TEST_F(FileUploaderTest, RefusesWhatItMayNotDo) {
     EXPECT_EQ(HeldTask::made, 1);
 }
 
-TEST_F(FileUploaderTest, PacksFilesOfTheDirectoryOnceButNoKeysAndNotTheArchive) {
+TEST_F(FileUploader, PacksFilesOfTheDirectoryOnceButNoKeysAndNotTheArchive) {
     WriteWholeFile("logs/f", "content");
     WriteWholeFile("logs/large", "");
     fs::resize_file("logs/large", (256U << 20U) - 6);
@@ -208,7 +208,7 @@ TEST_F(FileUploaderTest, PacksFilesOfTheDirectoryOnceButNoKeysAndNotTheArchive) 
     EXPECT_TRUE(_log.Has("Warning", "/proc/self/pagemap is stored nowhere, left out"));
 }
 
-TEST_F(FileUploaderTest, EndsAtItsLimitsAndSaysSoInFewLines) {
+TEST_F(FileUploader, EndsAtItsLimitsAndSaysSoInFewLines) {
     for (int i = 0; i < 1001; ++i) {
         WriteWholeFile("logs/" + std::to_string(i), "");
     }
@@ -249,7 +249,7 @@ struct ActingClock : Ubrix::ClockSource {
     std::atomic<long long> late{0};
 };
 
-TEST_F(FileUploaderTest, ASearchEndsInTimeAndAReleaseStopsIt) {
+TEST_F(FileUploader, ASearchEndsInTimeAndAReleaseStopsIt) {
     WriteWholeFile("logs/a", "");
     WriteWholeFile("logs/b", "");
     Fetch(R"("file_path":"logs","upload_id":"late")");
@@ -262,9 +262,9 @@ TEST_F(FileUploaderTest, ASearchEndsInTimeAndAReleaseStopsIt) {
     ActingClock const clock([] {
         // On the order's own thread: a release that waited for it would never return.
         Ubrix::IBase::RunReleaseCallbacks();
-        FileUploader::GetInstance()->OnConfigureRefreshed(nullptr);
+        Velmor::FileUploader::GetInstance()->OnConfigureRefreshed(nullptr);
     });
-    FileUploader::GetInstance()->OnConfigureRefreshed(nullptr);
+    Velmor::FileUploader::GetInstance()->OnConfigureRefreshed(nullptr);
     EXPECT_TRUE(_log.Await("Debug", "the order was stopped")) << _log.Text();
     EXPECT_TRUE(_log.Has("Warning", "_isUploading..."));
     EXPECT_FALSE(_log.Has("Info", "fileName b match "));
@@ -274,10 +274,10 @@ TEST_F(FileUploaderTest, ASearchEndsInTimeAndAReleaseStopsIt) {
     EXPECT_FALSE(fs::exists("Cache/late.zip"));
 }
 
-TEST_F(FileUploaderTest, StartsFiveUploadsOfAnId) {
+TEST_F(FileUploader, StartsFiveUploadsOfAnId) {
     WriteWholeFile("logs/f", "content");
-    std::string const path = R"("file_path":"logs","upload_id":)";
-    Fetch(path + "\"often\"");
+    std::string const order = R"("file_path":"logs","upload_id":")" + _id;
+    Fetch(order + "\"");
     Ubrix::SetOzkUploadTaskFactory([](void*) -> OzkCUploadTask* { return nullptr; }, nullptr);
     Refresh();
     EXPECT_TRUE(_log.Has("Error", "|Velmor::FileUploader::_Upload| no upload task to be had"));
@@ -288,11 +288,11 @@ TEST_F(FileUploaderTest, StartsFiveUploadsOfAnId) {
     }
     EXPECT_EQ(HeldTask::made, 5);
     EXPECT_EQ(_log.Count("Info", "_Upload zip file."), 7);
-    EXPECT_TRUE(fs::exists("Cache/often.zip"));
-    Fetch(path + "\"else\"");
+    EXPECT_TRUE(fs::exists("Cache/" + _id + ".zip"));
+    Fetch(order + "else\"");
     Refresh();
     EXPECT_EQ(HeldTask::made, 6);
-    FileUploader::GetInstance()->OnUploadFinished(nullptr, 0);
+    Velmor::FileUploader::GetInstance()->OnUploadFinished(nullptr, 0);
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
 #include <VelmorCore/Object.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+#include <tuple>
 
 using Ubrix::AData;
 
@@ -23,15 +25,14 @@ TEST(AData, BlockFollowsTheCapacityRules) {
     ExpectBlock(fresh, "", 64);
     EXPECT_EQ(AData(fresh).Data(), nullptr) << "a copy of nothing has no block";
 
-    struct {
-        size_t first, second;
-        int capacity;
-    } const appends[] = {{63, 0, 64}, {64, 0, 128}, {63, 1, 128}, {10, 53, 64}, {10, 60, 140}};
-    for (auto const& c : appends) {
+    std::tuple<int, int, int> const appends[] = {
+        {63, 0, 64}, {64, 0, 128}, {63, 1, 128}, {10, 53, 64}, {10, 60, 140}};
+    std::string const text(200, 'x');
+    for (auto const& [first, second, capacity] : appends) {
         AData data;
-        data.Append(std::string(c.first, 'x').c_str());
-        data.Append(std::string(c.second, 'y').c_str());
-        ExpectBlock(data, std::string(c.first, 'x') + std::string(c.second, 'y'), c.capacity);
+        data.Append(text.c_str() + 200 - first);
+        data.Append(text.c_str() + 200 - second);
+        ExpectBlock(data, text.substr(0, static_cast<size_t>(first + second)), capacity);
     }
 
     fresh.Append("12345");
@@ -46,19 +47,15 @@ TEST(AData, BlockFollowsTheCapacityRules) {
 
 TEST(AData, AssignKeepsOrReplacesTheBlock) {
     std::string const text(400, 'y');
-    struct {
-        int before, size, capacity;
-    } const cases[] = {
+    std::tuple<int, int, int> const cases[] = {
         {64, 0, 64},   {128, 0, 128}, {129, 0, 0}, {400, 199, 398}, {400, 200, 400},
         {64, 64, 128}, {64, 65, 130}, {0, 0, 0},   {0, 3, 6},       {200, -1, 0},
     };
-    for (auto const& c : cases) {
-        AData data(c.before);
-        if (c.before > 3) {
-            data.Append("old");
-        }
-        data.Assign(reinterpret_cast<unsigned char const*>(text.c_str()), c.size);
-        ExpectBlock(data, text.substr(0, c.size < 0 ? 0 : static_cast<size_t>(c.size)), c.capacity);
+    for (auto const& [before, size, capacity] : cases) {
+        AData data(before);
+        data.Append(before > 3 ? "old" : nullptr);
+        data.Assign(reinterpret_cast<unsigned char const*>(text.c_str()), size);
+        ExpectBlock(data, text.substr(0, static_cast<size_t>(std::max(size, 0))), capacity);
     }
     AData data;
     data.Append("kept");

@@ -3,7 +3,10 @@
 
 #include <climits>
 #include <cmath>
+#include <cstdlib>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "Base/Container/Number/RealText.h"
@@ -11,14 +14,7 @@
 using Ubrix::ANumber;
 
 TEST(ANumber, ConvertsByTheTable) {
-    struct {
-        ANumber number;
-        bool boolean;
-        int byte, integer;
-        long long wide;
-        double real;
-        char const *kind, *text;
-    } const cases[] = {
+    std::tuple<ANumber, bool, int, int, long long, double, char const*, char const*> const cases[] = {
         {ANumber(), false, 0, 0, 0, 0.0, "Unknown", ""},
         {true, true, 1, 1, 1, 1.0, "Bool", "true"},
         {static_cast<unsigned char>(200), true, 200, 200, 200, 200.0, "Byte", "200"},
@@ -31,15 +27,15 @@ TEST(ANumber, ConvertsByTheTable) {
         {-1e30, true, 0, INT_MIN, LLONG_MIN, -1e30, "Double", "-1000000000000000019884624838656.000000"},
         {0.0, false, 0, 0, 0, 0.0, "Double", "0.000000"},
     };
-    for (auto const& c : cases) {
-        EXPECT_EQ(c.number.BoolValue(), c.boolean) << c.text;
-        EXPECT_EQ(c.number.ByteValue(), c.byte) << c.text;
-        EXPECT_EQ(c.number.IntValue(), c.integer) << c.text;
-        EXPECT_EQ(c.number.LongLongValue(), c.wide) << c.text;
-        EXPECT_EQ(c.number.DoubleValue(), c.real) << c.text;
-        EXPECT_EQ(c.number.FloatValue(), static_cast<float>(c.real)) << c.text;
-        EXPECT_STREQ(c.number.GetTypeString(), c.kind);
-        EXPECT_STREQ(c.number.ToString().c_str(), c.text);
+    for (auto const& [number, boolean, byte, integer, wide, real, kind, text] : cases) {
+        EXPECT_EQ(number.BoolValue(), boolean) << text;
+        EXPECT_EQ(number.ByteValue(), byte) << text;
+        EXPECT_EQ(number.IntValue(), integer) << text;
+        EXPECT_EQ(number.LongLongValue(), wide) << text;
+        EXPECT_EQ(number.DoubleValue(), real) << text;
+        EXPECT_EQ(number.FloatValue(), static_cast<float>(real)) << text;
+        EXPECT_STREQ(number.GetTypeString(), kind);
+        EXPECT_STREQ(number.ToString().c_str(), text);
     }
     EXPECT_EQ(ANumber(std::nan("")).LongLongValue(), LLONG_MIN);
     EXPECT_EQ(ANumber(-1.7976931348623157e308).ToString().size(), 1 + 309 + 7);
@@ -65,18 +61,15 @@ TEST(ANumber, ChoosesItsKindFromText) {
 }
 
 TEST(ANumber, IsLooselyEqual) {
-    struct {
-        ANumber left, right;
-        bool equal;
-    } const cases[] = {
+    std::tuple<ANumber, ANumber, bool> const cases[] = {
         {ANumber(), 0, true}, {ANumber(), 0.0F, true}, {ANumber(), false, true},  {2, true, true},
         {true, 0.5, true},    {1, 1LL, true},          {0.0000001, 0, true},      {-1e-7, 1e-7, false},
         {7, 7.0000001, true}, {7, 7.00001, false},     {0x100000001LL, 1, false}, {HUGE_VAL, HUGE_VAL, false},
     };
-    for (auto const& c : cases) {
-        EXPECT_EQ(c.left == c.right, c.equal)
-            << c.left.ToString().c_str() << " " << c.right.ToString().c_str();
-        EXPECT_EQ(c.right != c.left, !c.equal);
+    for (auto const& [left, right, equal] : cases) {
+        SCOPED_TRACE(left.ToString().c_str() + std::string(" ") + right.ToString().c_str());
+        EXPECT_EQ(left == right, equal);
+        EXPECT_EQ(right != left, !equal);
     }
     Ubrix::AString const text("1");
     EXPECT_FALSE(ANumber(1).IsEqual(&text));

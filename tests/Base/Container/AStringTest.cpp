@@ -4,6 +4,8 @@
 #include <climits>
 #include <memory>
 #include <string>
+#include <tuple>
+#include <utility>
 
 using namespace Ubrix;
 
@@ -44,63 +46,54 @@ TEST(AString, CountsZeroBytesWhereToldTo) {
 }
 
 TEST(AString, TellsNumbersFromText) {
-    struct {
-        char const* text;
-        bool numeric, real;
-        long long integer;
-        double number;
-    } const cases[] = {
+    std::tuple<char const*, bool, bool, long long, double> const cases[] = {
         {"12", true, false, 12, 12}, {"-12", true, false, -12, -12}, {"007", true, false, 7, 7},
         {"1.9", true, true, 1, 1.9}, {".5", true, true, 0, 0.5},     {"5.", true, true, 5, 5},
         {"-.", true, true, 0, 0},    {"1-2.5", false, true, 0, 0},   {"", false, false, 0, 0},
         {"-", false, false, 0, 0},   {".", false, false, 0, 0},      {"+5", false, false, 0, 0},
         {" 5", false, false, 0, 0},  {"1e3", false, false, 0, 0},    {"1.2.3", false, false, 0, 0},
     };
-    for (auto const& c : cases) {
-        AString const text(c.text);
-        EXPECT_EQ(text.IsNumberic(), c.numeric) << c.text;
-        EXPECT_EQ(text.IsReal(), c.real) << c.text;
-        EXPECT_EQ(text.AsInt64(), c.integer) << c.text;
-        EXPECT_DOUBLE_EQ(text.AsDouble(), c.number) << c.text;
+    for (auto const& [text, isNumeric, isReal, integer, number] : cases) {
+        EXPECT_EQ(AString(text).IsNumberic(), isNumeric) << text;
+        EXPECT_EQ(AString(text).IsReal(), isReal) << text;
+        EXPECT_EQ(AString(text).AsInt64(), integer) << text;
+        EXPECT_DOUBLE_EQ(AString(text).AsDouble(), number) << text;
     }
     EXPECT_EQ(AString("9223372036854775808").AsInt64(), LLONG_MAX);
     EXPECT_FALSE(AString("4294967296").AsBoolean());
 }
 
 TEST(AString, ComparesEnds) {
-    struct {
-        char const *text, *part;
-        bool starts, ends;
-    } const cases[] = {
+    std::tuple<char const*, char const*, bool, bool> const cases[] = {
         {"abc", "", false, false},    {"abc", "abc", true, true},   {"ab", "abc", false, false},
         {"abc", "ab", true, false},   {"abc", "bc", false, true},   {"", "a", false, false},
         {nullptr, "a", false, false}, {"a", nullptr, false, false},
     };
-    for (auto const& c : cases) {
-        EXPECT_EQ(AString::StartWith(c.text, c.part), c.starts) << c.text << "," << c.part;
-        EXPECT_EQ(AString::EndWith(c.text, c.part), c.ends) << c.text << "," << c.part;
+    for (auto const& [text, part, starts, ends] : cases) {
+        EXPECT_EQ(AString::StartWith(text, part), starts) << text << "," << part;
+        EXPECT_EQ(AString::EndWith(text, part), ends) << text << "," << part;
     }
 }
 
 TEST(AString, SplitsLikeStrsep) {
-    struct {
-        char const *source, *delimiters, *joined;
-    } const cases[] = {
+    std::tuple<char const*, char const*, char const*> const cases[] = {
         {"a,,b", ",", "<a><><b>"}, {"a;b,c", ";,", "<a><b><c>"}, {"", ",", "<>"},
         {"a,", ",", "<a><>"},      {"abc", "", "<abc>"},         {",", ",", "<><>"},
     };
-    for (auto const& c : cases) {
+    AArray pieces;
+    for (auto const& [source, delimiters, joined] : cases) {
         // The source is the first element of what grows.
-        AArray pieces;
-        pieces.Add(c.source);
-        EXPECT_TRUE(AString::Split(&pieces, pieces.FirstCString(), c.delimiters));
-        std::string joined;
+        pieces.RemoveAll();
+        pieces.Add(source);
+        EXPECT_TRUE(AString::Split(&pieces, pieces.FirstCString(), delimiters));
+        std::string all;
         for (int i = 1; i < pieces.Count(); ++i) {
-            joined += std::string("<") + pieces.CStringAtIndex(i) + ">";
+            all += std::string("<") + pieces.CStringAtIndex(i) + ">";
         }
-        EXPECT_EQ(joined, c.joined) << c.source;
-        EXPECT_FALSE(AString::Split(&pieces, nullptr, ",") || AString::Split(&pieces, "a", nullptr));
+        EXPECT_EQ(all, joined) << source;
     }
+    EXPECT_FALSE(AString::Split(&pieces, nullptr, ","));
+    EXPECT_FALSE(AString::Split(&pieces, "a", nullptr));
 }
 
 TEST(AString, PrintsAndReadsIntegersToTheirBounds) {

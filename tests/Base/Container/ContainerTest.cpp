@@ -3,8 +3,10 @@
 #include <VelmorCore/Object.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 
 using namespace Ubrix;
 
@@ -19,9 +21,8 @@ public:
     ~Counted() override { --alive; }
     AObject* Clone() const override { return new Counted(*this); }
 
-    static int alive;
+    static inline int alive = 0;
 };
-int Counted::alive = 0;
 
 // Equal to every text with the same first letter.
 class FirstLetter : public AString {
@@ -111,27 +112,24 @@ TEST(AArray, TakesItselfAndItsElements) {
 }
 
 TEST(AArray, NestsAsDeepAsItIsMade) {
-    struct {
-        int levels;
-        bool isCopied;
-    } const cases[] = {{1, true}, {999, true}, {1001, false}, {300000, false}};
-    for (auto const& c : cases) {
+    for (int const levels : {1, 999, 1001, 300000}) {
+        bool const isCopied = levels < 1000;
         auto nested = std::make_unique<AArray>();
-        for (int i = 0; i < c.levels; ++i) {
+        for (int i = 0; i < levels; ++i) {
             auto outer = std::make_unique<AArray>();
             outer->Add(nested.release(), true);
             nested = std::move(outer);
         }
         std::unique_ptr<AObject> const copy(nested->Clone());
-        EXPECT_EQ(copy != nullptr, c.isCopied) << c.levels;
+        EXPECT_EQ(copy != nullptr, isCopied) << levels;
         CSarnetBufferWriter writer;
         writer.Write(true);
         writer.Write(*nested);
-        EXPECT_EQ(writer.GetBufferData().length() > 1, c.isCopied) << c.levels;
+        EXPECT_EQ(writer.GetBufferData().length() > 1, isCopied) << levels;
         ADictionary dictionary;
         dictionary.Set("k", "old");
         dictionary.Set("k", *nested);
-        EXPECT_EQ(dictionary.CStringForKey("k") == nullptr, c.isCopied) << c.levels;
+        EXPECT_EQ(dictionary.CStringForKey("k") == nullptr, isCopied) << levels;
     }
     // Dictionaries nest by their places: what a dictionary holds may be set in where it lies.
     ADictionary outer;

@@ -3,8 +3,8 @@
 
 #include <climits>
 #include <cmath>
-#include <cstring>
 #include <string>
+#include <tuple>
 
 #include "Support/LogCapture.h"
 
@@ -21,15 +21,8 @@ TEST(Value, TextThatLooksLikeANumberBecomesOne) {
 }
 
 TEST(Value, ConvertsByTheTable) {
-    struct {
-        Value value;
-        int int32;
-        unsigned int uint32;
-        long long int64;
-        unsigned long long uint64;
-        float real;
-        char const* text;
-    } const cases[] = {
+    using Row = std::tuple<Value, int, unsigned, long long, unsigned long long, float, char const*>;
+    Row const cases[] = {
         {Value(), 0, 0, 0, 0, 0, ""},
         {-1, -1, UINT_MAX, -1, ULLONG_MAX, -1, "-1"},
         {0x100000000LL, 0, 0, 0x100000000LL, 0x100000000ULL, 4294967296.0F, "4294967296"},
@@ -42,49 +35,45 @@ TEST(Value, ConvertsByTheTable) {
         {true, 1, 1, 1, 1, 1, "true"},
     };
     ::Test::LogCapture const log;
-    for (auto const& c : cases) {
-        EXPECT_EQ(c.value.asInt32(), c.int32) << c.text;
-        EXPECT_EQ(c.value.asUInt32(), c.uint32) << c.text;
-        EXPECT_EQ(c.value.asInt64(), c.int64) << c.text;
-        EXPECT_EQ(c.value.asUInt64(), c.uint64) << c.text;
-        EXPECT_EQ(c.value.asBool(), c.real != 0) << c.text;
-        EXPECT_EQ(c.value.asDouble(), c.real) << c.text;
-        EXPECT_STREQ(c.value.asString().c_str(), c.text);
+    for (auto const& [value, int32, uint32, int64, uint64, real, text] : cases) {
+        EXPECT_EQ(value.asInt32(), int32) << text;
+        EXPECT_EQ(value.asUInt32(), uint32) << text;
+        EXPECT_EQ(value.asInt64(), int64) << text;
+        EXPECT_EQ(value.asUInt64(), uint64) << text;
+        EXPECT_EQ(value.asBool(), real != 0) << text;
+        EXPECT_EQ(value.asDouble(), real) << text;
+        EXPECT_STREQ(value.asString().c_str(), text);
     }
     EXPECT_EQ(Value(std::nan("")).asInt64(), INT_MIN);
     EXPECT_EQ(Value(std::nan("")).asUInt64(), 1ULL << 63);
     EXPECT_EQ(Value(1.7976931348623157e308).asString().length(), 309 + 7);
-    EXPECT_TRUE(Value("true").asBool() && Value("false").isBool());
-    EXPECT_FALSE(Value("TRUE").asBool() || Value("TRUE").isBool());
+    EXPECT_TRUE(Value("true").asBool());
+    EXPECT_TRUE(Value("false").isBool());
+    EXPECT_FALSE(Value("TRUE").asBool());
+    EXPECT_FALSE(Value("TRUE").isBool());
 }
 
 TEST(Value, LogsWhatItCannotConvert) {
     Value const array(ArrayValue);
     auto const foreign = static_cast<ValueType>(8);
     using V = Value const&;
-    struct {
-        bool (*isNeutral)(V value);
-        Value value;
-        char const *level, *function, *message;  // behind "Type is not convertible to", where it has no colon
-    } const cases[] = {
-        {[](V v) { return v.asInt32() == 0; }, "x", "Warning", "asInt32", "int"},
-        {[](V v) { return v.asUInt32() == 0; }, "x", "Warning", "asUInt32", "uint"},
-        {[](V v) { return v.asInt64() == 0; }, array, "Warning", "asInt64", "Int64"},
-        {[](V v) { return !v.asUInt64(); }, "x", "Warning", "asUInt64", "UInt64"},
-        {[](V v) { return v.asFloat() == 0; }, "x", "Error", "asDouble", "double"},
-        {[](V v) { return v.asString() == ""; }, array, "Error", "asString", "String"},
-        {[](V v) { return !*v.asCString(); }, "42", "Error", "asCString", "String"},
-        {[](V v) { return !v.asBool(); }, foreign, "Error", "asBool", "Unsupported type:8"},
-        {[](V v) { return !(v < v); }, foreign, "Error", "operator <", "Unsupported type:8"},
-        {[](V v) { return Value(v.type()).Size() == 0; }, foreign, "Error", "Value", "Unsupport type:8"},
+    std::tuple<bool (*)(V), Value, char const*, std::string> const cases[] = {
+        {[](V v) { return v.asInt32() == 0; }, "x", "Warning", "asInt32| Type is not convertible to int"},
+        {[](V v) { return v.asUInt32() == 0; }, "x", "Warning", "asUInt32| Type is not convertible to uint"},
+        {[](V v) { return v.asInt64() == 0; }, array, "Warning", "asInt64| Type is not convertible to Int64"},
+        {[](V v) { return !v.asUInt64(); }, "x", "Warning", "asUInt64| Type is not convertible to UInt64"},
+        {[](V v) { return v.asFloat() == 0; }, "x", "Error", "asDouble| Type is not convertible to double"},
+        {[](V v) { return v.asString() == ""; }, array, "Error",
+         "asString| Type is not convertible to String"},
+        {[](V v) { return !*v.asCString(); }, "42", "Error", "asCString| Type is not convertible to String"},
+        {[](V v) { return !v.asBool(); }, foreign, "Error", "asBool| Unsupported type:8"},
+        {[](V v) { return !(v < v); }, foreign, "Error", "operator <| Unsupported type:8"},
+        {[](V v) { return Value(v.type()).Size() == 0; }, foreign, "Error", "Value| Unsupport type:8"},
     };
     ::Test::LogCapture const log;
-    for (auto const& c : cases) {
-        std::string const message =
-            std::string(std::strchr(c.message, ':') ? "" : "Type is not convertible to ") + c.message;
-        EXPECT_TRUE(c.isNeutral(c.value)) << message;
-        EXPECT_TRUE(log.Has(c.level, std::string("|Ubrix::Value::") + c.function + "| " + message))
-            << log.Text();
+    for (auto const& [isNeutral, value, level, message] : cases) {
+        EXPECT_TRUE(isNeutral(value)) << message;
+        EXPECT_TRUE(log.Has(level, "|Ubrix::Value::" + message)) << message << log.Text();
     }
     EXPECT_EQ(Value(-7).asUInt64(), ULLONG_MAX - 6);
     EXPECT_TRUE(log.Has("Warning", "asUInt64| Negative integer can not be converted to UInt64"));
@@ -149,30 +138,29 @@ TEST(Value, IteratesInTheOrderOfItsKeys) {
 
     Value scalar(5);
     Value empty(ArrayValue);
-    EXPECT_TRUE(scalar.begin() == scalar.end() && empty.begin() == empty.end());
+    EXPECT_TRUE(scalar.begin() == scalar.end());
+    EXPECT_TRUE(empty.begin() == empty.end());
     ValueIterator none = scalar.begin();
     *none++ = 7;
-    EXPECT_TRUE(Value::Null.isNull() && (*none).isNull());
+    EXPECT_TRUE(Value::Null.isNull());
+    EXPECT_TRUE((*none).isNull());
     EXPECT_EQ(none.memberName(), nullptr);
 }
 
 TEST(Value, NestsAsDeepAsItIsMade) {
-    struct {
-        int levels;
-        bool isCopied;
-    } const cases[] = {{0, true}, {999, true}, {1001, false}, {300000, false}};
-    for (auto const& c : cases) {
+    for (int const levels : {0, 999, 1001, 300000}) {
+        bool const isCopied = levels < 1000;
         Value nested;
         Value* inner = &nested["x"];
-        for (int i = 0; i < c.levels; ++i) {
+        for (int i = 0; i < levels; ++i) {
             inner = i % 2 != 0 ? &(*inner)["x"] : &(*inner)[i];
         }
         *inner = "deep";
         Value copy = "old";
         copy = nested;
-        EXPECT_EQ(copy == nested, c.isCopied) << c.levels;
-        EXPECT_EQ(copy == "old", !c.isCopied) << c.levels;
-        EXPECT_EQ(Value(nested).isNull(), !c.isCopied) << c.levels;
+        EXPECT_EQ(copy == nested, isCopied) << levels;
+        EXPECT_EQ(copy == "old", !isCopied) << levels;
+        EXPECT_EQ(Value(nested).isNull(), !isCopied) << levels;
         EXPECT_FALSE(nested < nested);
     }
 }
