@@ -6,10 +6,12 @@
 #include <unistd.h>
 
 #include <atomic>
-
+#include <cstdio>
 #include <filesystem>
+#include <ios>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "Platform/Directory.h"
@@ -24,9 +26,9 @@ using namespace Ubrix::Platform;
 namespace fs = std::filesystem;
 
 // Names that stand for what a caller may meet, in a directory of their own.
-class FileSystemTest : public testing::Test {
+class FileSystem : public testing::Test {
 protected:
-    FileSystemTest() {
+    FileSystem() {
         fs::create_directory("place");
         fs::current_path("place");
         ::Test::WriteWholeFile("file", "0123456789");
@@ -37,27 +39,21 @@ protected:
         mkfifo("pipe", 0600);
         ::Test::PutFailingFile("failing");
     }
-    ~FileSystemTest() override {
-        fs::current_path("..");
-        fs::remove_all("place");
-    }
 };
 
-TEST_F(FileSystemTest, ReadsRegularFilesOfABoundedSizeAndNeverWaits) {
-    struct {
-        char const* path;
-        FileAnswer answer;
-        long long size = 10;
-    } const cases[] = {
-        {"file", FileAnswer::Given},      {"link", FileAnswer::Given},     {"file", FileAnswer::Refused, 9},
-        {"dangling", FileAnswer::Absent}, {"absent", FileAnswer::Absent},  {"file/below", FileAnswer::Absent},
-        {"device", FileAnswer::Refused},  {"pipe", FileAnswer::Refused},   {"directory", FileAnswer::Refused},
-        {"", FileAnswer::Absent},         {"failing", FileAnswer::Failing}};
-    for (auto const& one : cases) {
-        std::string content = "before";
-        EXPECT_EQ(ReadWholeFile(one.path, one.size, content), one.answer) << one.path;
-        EXPECT_EQ(content, one.answer == FileAnswer::Given ? "0123456789" : "before") << one.path;
+TEST_F(FileSystem, ReadsRegularFilesOfABoundedSizeAndNeverWaits) {
+    std::pair<char const*, FileAnswer> const cases[] = {
+        {"file", FileAnswer::Given},     {"link", FileAnswer::Given},        {"dangling", FileAnswer::Absent},
+        {"absent", FileAnswer::Absent},  {"file/below", FileAnswer::Absent}, {"device", FileAnswer::Refused},
+        {"pipe", FileAnswer::Refused},   {"directory", FileAnswer::Refused}, {"", FileAnswer::Absent},
+        {"failing", FileAnswer::Failing}};
+    std::string content;
+    for (auto const& [path, answer] : cases) {
+        content = "before";
+        EXPECT_EQ(ReadWholeFile(path, 10, content), answer) << path;
+        EXPECT_EQ(content, answer == FileAnswer::Given ? "0123456789" : "before") << path;
     }
+    EXPECT_EQ(ReadWholeFile("file", 9, content), FileAnswer::Refused);
     rlimit before{};
     getrlimit(RLIMIT_NOFILE, &before);
     rlimit const none{0, before.rlim_max};
@@ -67,7 +63,7 @@ TEST_F(FileSystemTest, ReadsRegularFilesOfABoundedSizeAndNeverWaits) {
     setrlimit(RLIMIT_NOFILE, &before);
 }
 
-TEST_F(FileSystemTest, PrivateFilesFollowNoLinkAndAreNarrowed) {
+TEST_F(FileSystem, PrivateFilesFollowNoLinkAndAreNarrowed) {
     chmod("file", 0644);
     for (char const* path : {"link", "dangling", "device", "pipe", "directory", "absent/file"}) {
         EXPECT_EQ(OpenPrivateForWriting(path), nullptr) << path;
@@ -83,7 +79,7 @@ TEST_F(FileSystemTest, PrivateFilesFollowNoLinkAndAreNarrowed) {
     EXPECT_EQ(::Test::ReadWholeFile("file"), "c");
 }
 
-TEST_F(FileSystemTest, AFileCountsAsAbandonedOnceItsStreamIsClosed) {
+TEST_F(FileSystem, AFileCountsAsAbandonedOnceItsStreamIsClosed) {
     OpenFile stream = CreatePrivateFile("new");
     ASSERT_NE(stream, nullptr);
     EXPECT_FALSE(DeleteAbandonedFile("new"));
@@ -96,7 +92,7 @@ TEST_F(FileSystemTest, AFileCountsAsAbandonedOnceItsStreamIsClosed) {
     EXPECT_TRUE(DeleteAbandonedFile("file"));
 }
 
-TEST_F(FileSystemTest, ADirectoryIsTrustedUnlessOthersCanChangeIt) {
+TEST_F(FileSystem, ADirectoryIsTrustedUnlessOthersCanChangeIt) {
     mkdir("own", 0700);
     fs::create_symlink("own", "way");
     for (mode_t const mode : {0700U, 0755U, 0775U, 0777U, 01777U}) {
@@ -122,9 +118,11 @@ TEST_F(FileSystemTest, ADirectoryIsTrustedUnlessOthersCanChangeIt) {
     }
 }
 
-TEST_F(FileSystemTest, ADirectoryHandleStaysInside) {
+TEST_F(FileSystem, ADirectoryHandleStaysInside) {
     fs::create_directory_symlink("directory", "other");
-    EXPECT_FALSE(Directory("other").IsOpen() || Directory("file").IsOpen() || Directory("absent").IsOpen());
+    for (char const* path : {"other", "file", "absent"}) {
+        EXPECT_FALSE(Directory(path).IsOpen()) << path;
+    }
     Directory const here(".");
     std::vector<std::string> names;
     EXPECT_TRUE(here.List(names));
@@ -133,16 +131,20 @@ TEST_F(FileSystemTest, ADirectoryHandleStaysInside) {
     for (char const* name : {"link", "directory", "pipe", "absent", "../place/file"}) {
         EXPECT_FALSE(here.HasRegularFile(name)) << name;
     }
-    EXPECT_FALSE(here.Remove("../place/file") || here.Remove("directory"));
-    EXPECT_TRUE(here.Remove("link") && fs::exists("file"));
+    for (char const* name : {"../place/file", "directory"}) {
+        EXPECT_FALSE(here.Remove(name)) << name;
+    }
+    EXPECT_TRUE(here.Remove("link"));
+    EXPECT_TRUE(fs::exists("file"));
 }
 
-TEST_F(FileSystemTest, OneHolderAtATimeHasALock) {
+TEST_F(FileSystem, OneHolderAtATimeHasALock) {
     {
         FileLock const held("lock", 0);
         ASSERT_TRUE(held.IsHeld());
-        EXPECT_FALSE(FileLock("lock", 0).IsHeld());
-        EXPECT_FALSE(FileLock("link", 0).IsHeld() || FileLock("absent/lock", 0).IsHeld());
+        for (char const* path : {"lock", "link", "absent/lock"}) {
+            EXPECT_FALSE(FileLock(path, 0).IsHeld()) << path;
+        }
     }
     std::atomic<int> counted{0};
     ::Test::OnThreads(4, [&counted](int) {

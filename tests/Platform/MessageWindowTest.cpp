@@ -1,5 +1,7 @@
 #include "Platform/MessageWindow.h"
 
+#include <gtest/gtest.h>
+
 #include <thread>
 #include <vector>
 
@@ -56,8 +58,10 @@ TEST_F(MessageWindow, CloseLetsSendersGoAndDiscardsPosts) {
     sender.join();
     EXPECT_TRUE(g_handled.empty());
     EXPECT_EQ(g_discarded, (Messages{4}));
-    EXPECT_FALSE(MessageWindowExists(window) || CloseMessageWindow(window) ||
-                 PostToMessageWindow(window, 6, nullptr) || SendToMessageWindow(window, 6, nullptr));
+    EXPECT_FALSE(MessageWindowExists(window));
+    EXPECT_FALSE(CloseMessageWindow(window));
+    EXPECT_FALSE(PostToMessageWindow(window, 6, nullptr));
+    EXPECT_FALSE(SendToMessageWindow(window, 6, nullptr));
 }
 
 TEST_F(MessageWindow, ThreadsThatSendToEachOtherGetAlong) {

@@ -69,7 +69,7 @@ void CallBack() {
 }
 
 TEST(Core, MayBeAskedForAndReleasedInEveryCallbackOfItsTeardown) {
-    velmorcore_releaseInstance();
+    g_greetings = g_teardowns = 0;
     Ubrix::CPlatformClassRegistry::GetInstance().RegisterCreator("Dying.REQ", &g_dying);
     Ubrix::SetUbrixLogCallback([](Ubrix::ALogPriority, char const* line) {
         bool const greets = std::strstr(line, "Hello VelmorCore!") != nullptr;
@@ -85,7 +85,8 @@ TEST(Core, MayBeAskedForAndReleasedInEveryCallbackOfItsTeardown) {
     EXPECT_EQ(g_greetings, 1);
     Ubrix::IBase::AddReleaseCallback(CallBack);
     setSarnetSendVoidMethodCallback([](std::int64_t, std::intptr_t) { CallBack(); });
-    EXPECT_TRUE(addPlatformObject(1, "Dying") && addPlatformObject(2, "Dying"));
+    EXPECT_TRUE(addPlatformObject(1, "Dying"));
+    EXPECT_TRUE(addPlatformObject(2, "Dying"));
     removePlatformObject(2);
     EXPECT_EQ(g_teardowns, 1);
     EXPECT_EQ(core->Initialize(), 0) << "one that was kept works as ever";
