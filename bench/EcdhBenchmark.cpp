@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "Security/Crypto/CurveLadder.h"
+#include "Security/Crypto/Curves.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-// The published curves of SEC 2 that the key arithmetic knows.
+// What the key arithmetic knows of a curve.
 #pragma once
 
 #include "Security/Crypto/CurveWords.h"
@@ -35,12 +35,6 @@ struct CurvePoint {
     Word x[kMaxCurveWords];
     Word y[kMaxCurveWords];
 };
-
-extern CurveRecord const kSecp160r1;
-extern CurveRecord const kSecp192r1;
-extern CurveRecord const kSecp224r1;
-extern CurveRecord const kSecp256r1;
-extern CurveRecord const kSecp256k1;
 
 // Words of a number below the order.
 inline int OrderWords(CurveRecord const& curve) {

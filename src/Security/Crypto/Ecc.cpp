@@ -1,6 +1,7 @@
 #include "Security/Crypto/Ecc.h"
 
 #include "Security/Crypto/CurveLadder.h"
+#include "Security/Crypto/Curves.h"
 #include "Security/Crypto/Random.h"
 #include "Security/Crypto/Secp256k1Wide.h"
 #include "Security/Crypto/Wipe.h"

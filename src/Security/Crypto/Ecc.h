@@ -1,4 +1,4 @@
-// Key pairs and ECDH secrets on the curves of CurveRecord.h. No allocation, no lock; thread-safe once the
+// Key pairs and ECDH secrets on the curves of Curves.h. No allocation, no lock; thread-safe once the
 // random function is settled. Time doesn't depend on a private key.
 //
 // Outside numbers are big-endian: a private key has (numNBits + 7) / 8 bytes, a public key 2 * numBytes (X,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Security/Crypto/Curves.h"
 #include "Security/Crypto/Ecc.h"
 #include "Security/Crypto/Hex.h"
 #include "Security/Crypto/Wipe.h"

@@ -1,5 +1,6 @@
 #include "Security/Crypto/Secp256k1Wide.h"
 
+#include "Security/Crypto/Curves.h"
 #include "Security/Crypto/Secp256k1Field.h"
 #include "Security/Crypto/Wipe.h"
 

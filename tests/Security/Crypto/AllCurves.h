@@ -1,7 +1,7 @@
 // Every curve that the key arithmetic knows, and the peer's number of it.
 #pragma once
 
-#include "Security/Crypto/CurveRecord.h"
+#include "Security/Crypto/Curves.h"
 #include "Support/PeerCurve.h"
 
 struct Curve {

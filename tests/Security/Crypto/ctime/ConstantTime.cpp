@@ -6,7 +6,7 @@
 #include <cstring>
 #include <initializer_list>
 
-#include "Security/Crypto/CurveRecord.h"
+#include "Security/Crypto/Curves.h"
 #include "Security/Crypto/Ecc.h"
 
 namespace {

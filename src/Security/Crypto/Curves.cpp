@@ -1,4 +1,4 @@
-#include "Security/Crypto/CurveRecord.h"
+#include "Security/Crypto/Curves.h"
 
 #include "Security/Crypto/CurveField.h"
 #include "Security/Crypto/CurveReduction.h"
