@@ -6,6 +6,7 @@
 #include "Platform/Mutex.h"
 #include "System/PlatformObject/IPlatformObject.h"
 #include "System/PlatformObject/IPlatformObjectCreator.h"
+#include "System/PlatformObject/SharedPlatformObjects.h"
 
 namespace Ubrix {
 
@@ -13,16 +14,22 @@ using Platform::ScopedLock;
 
 namespace {
 
-struct ClassMaps {
+struct CreatorMap {
     Platform::RecursiveMutex lock;
     std::map<std::string, IPlatformObjectCreator*> creators VC_GUARDED_BY(lock);
-    std::map<std::string, IPlatformObject*> sharedObjects VC_GUARDED_BY(lock);
 };
 
-// Never destroyed: objects may go with the process.
-ClassMaps& Maps() {
-    static ClassMaps& maps = *new ClassMaps;
-    return maps;
+// Never destroyed: threads may ask while the process exits.
+CreatorMap& TheCreators() {
+    static CreatorMap& map = *new CreatorMap;
+    return map;
+}
+
+IPlatformObjectCreator* FindCreator(std::string const& className) {
+    CreatorMap& map = TheCreators();
+    ScopedLock const lock(map.lock);
+    auto const found = map.creators.find(className);
+    return found != map.creators.end() ? found->second : nullptr;
 }
 
 }  // namespace
@@ -36,18 +43,16 @@ void CPlatformClassRegistry::RegisterCreator(char const* className, IPlatformObj
     if (className == nullptr || creator == nullptr) {
         return;
     }
-    ClassMaps& maps = Maps();
-    ScopedLock const lock(maps.lock);
-    maps.creators[className] = creator;
+    CreatorMap& map = TheCreators();
+    ScopedLock const lock(map.lock);
+    map.creators[className] = creator;
 }
 
 void CPlatformClassRegistry::RegisterSharedObject(char const* className, IPlatformObject* object) {
     if (className == nullptr || object == nullptr) {
         return;
     }
-    ClassMaps& maps = Maps();
-    ScopedLock const lock(maps.lock);
-    maps.sharedObjects[className] = object;
+    SharedPlatformObjects::Add(className, object);
 }
 
 IPlatformObject* CPlatformClassRegistry::Create(char const* className) {
@@ -65,27 +70,11 @@ IPlatformObject* CPlatformClassRegistry::Create(char const* className, char cons
     return CreateNamed(name);
 }
 
-void CPlatformClassRegistry::Forget(IPlatformObject const* object) {
-    ClassMaps& maps = Maps();
-    ScopedLock const lock(maps.lock);
-    auto& shared = maps.sharedObjects;
-    for (auto entry = shared.begin(); entry != shared.end();) {
-        entry = entry->second == object ? shared.erase(entry) : std::next(entry);
-    }
-}
-
 IPlatformObject* CPlatformClassRegistry::CreateNamed(std::string const& name) {
-    IPlatformObjectCreator* creator = nullptr;
-    {
-        ClassMaps& maps = Maps();
-        ScopedLock const lock(maps.lock);
-        auto const shared = maps.sharedObjects.find(name);
-        if (shared != maps.sharedObjects.end()) {
-            return shared->second;
-        }
-        auto const found = maps.creators.find(name);
-        creator = found != maps.creators.end() ? found->second : nullptr;
+    if (IPlatformObject* const shared = SharedPlatformObjects::Find(name)) {
+        return shared;
     }
+    IPlatformObjectCreator* const creator = FindCreator(name);
     if (creator == nullptr) {
         return nullptr;
     }

@@ -9,9 +9,9 @@ class IPlatformObject;
 class IPlatformObjectCreator;
 
 // Two process-wide maps by class name, empty in this library by itself: creators, and shared objects, which
-// are handed out themselves. Entries stay over the core's release. One lock guards both maps; it is a leaf
-// and never held while a creator runs. Any thread, except that a shared object isn't to be asked for while
-// its last id is removed on another thread.
+// are handed out themselves (SharedPlatformObjects.h). Entries stay over the core's release. Each map has a
+// lock; both are leaves and never held while a creator runs. Any thread, except that a shared object isn't to
+// be asked for while its last id is removed on another thread.
 class CPlatformClassRegistry {
 public:
     // The one instance, made at first use and never destroyed.
@@ -29,9 +29,6 @@ public:
     IPlatformObject* Create(char const* className);
     // The same for the name with `suffix` behind it; a null suffix adds nothing.
     IPlatformObject* Create(char const* className, char const* suffix);
-
-    // Takes out every entry of a shared object that dies.
-    void Forget(IPlatformObject const* object);
 
 private:
     CPlatformClassRegistry() = default;

@@ -2,12 +2,12 @@
 
 #include <cstring>
 
-#include "System/PlatformObject/CPlatformClassRegistry.h"
+#include "System/PlatformObject/SharedPlatformObjects.h"
 
 namespace Ubrix {
 
 IPlatformObject::~IPlatformObject() {
-    CPlatformClassRegistry::GetInstance().Forget(this);
+    SharedPlatformObjects::Forget(this);
     delete[] className;
 }
 
