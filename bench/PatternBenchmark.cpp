@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "Base/Configure/FilePattern.h"
+#include "Base/Configure/Pattern/FilePattern.h"
 
 namespace {
 

@@ -1,14 +1,14 @@
 // A pattern of the server's, up to the first line feed, on a file's name, behind it. What the library answers
 // is held against a matcher that tries every way, where that comes to an end.
-#include "Base/Configure/FilePattern.h"
+#include "Base/Configure/Pattern/FilePattern.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string_view>
 
-#include "Base/Configure/PatternElement.h"
-#include "Base/Configure/PatternTables.h"
+#include "Base/Configure/Pattern/PatternElement.h"
+#include "Base/Configure/Pattern/PatternTables.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Base/Configure/FilePattern.h"
+#include "Base/Configure/Pattern/FilePattern.h"
 #include "Base/Configure/UploadOrder.h"
 #include "Storage/Log/LineBudget.h"
 

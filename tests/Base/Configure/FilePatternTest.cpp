@@ -1,4 +1,4 @@
-#include "Base/Configure/FilePattern.h"
+#include "Base/Configure/Pattern/FilePattern.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
-#include "Base/Configure/PatternTables.h"
+#include "Base/Configure/Pattern/PatternTables.h"
 
 #include <algorithm>
 
-#include "Base/Configure/PatternElement.h"
+#include "Base/Configure/Pattern/PatternElement.h"
 
 namespace Velmor {
 

@@ -1,9 +1,9 @@
-#include "Base/Configure/PatternProgram.h"
+#include "Base/Configure/Pattern/PatternProgram.h"
 
 #include <algorithm>
 #include <climits>
 
-#include "Base/Configure/PatternElement.h"
+#include "Base/Configure/Pattern/PatternElement.h"
 
 namespace Velmor {
 

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "Base/Configure/FilePattern.h"
+#include "Base/Configure/Pattern/FilePattern.h"
 
 namespace Velmor {
 

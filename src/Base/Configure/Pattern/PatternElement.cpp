@@ -1,6 +1,6 @@
-#include "Base/Configure/PatternElement.h"
+#include "Base/Configure/Pattern/PatternElement.h"
 
-#include "Base/Configure/FilePattern.h"
+#include "Base/Configure/Pattern/FilePattern.h"
 
 namespace Velmor {
 

@@ -1,12 +1,12 @@
-#include "Base/Configure/FilePattern.h"
+#include "Base/Configure/Pattern/FilePattern.h"
 
 #include <algorithm>
 #include <climits>
 #include <cstdint>
 #include <vector>
 
-#include "Base/Configure/PatternElement.h"
-#include "Base/Configure/PatternProgram.h"
+#include "Base/Configure/Pattern/PatternElement.h"
+#include "Base/Configure/Pattern/PatternProgram.h"
 
 namespace Velmor {
 

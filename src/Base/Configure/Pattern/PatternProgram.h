@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Base/Configure/PatternTables.h"
+#include "Base/Configure/Pattern/PatternTables.h"
 
 namespace Velmor {
 
