@@ -4,32 +4,15 @@
 #include <memory>
 #include <string_view>
 
-namespace Velmor {
+#include "Base/Configure/Pattern/PatternResult.h"
 
-// What a match answers when it is no offset. Every one of them means that the name doesn't match.
-enum PatternResult : int {
-    kPatternNoMatch = -1,
-    kPatternNothingToRepeat = -2,
-    kPatternUnbalancedBrackets = -3,
-    kPatternInternalError = -4,  // pattern or name are longer than the limits below
-    kPatternBadSet = -5,
-    kPatternBadEscape = -6,
-    kPatternTooFewCaptures = -7,
-    kPatternTooManyBars = -8,
-    kPatternTooManyGroups = -9,
-};
+namespace Velmor {
 
 // Where a group of the pattern stands in the name; begin -1 for a group that took no part.
 struct PatternCapture {
     int begin;
     int length;
 };
-
-constexpr int kMaxPatternGroups = 99;
-constexpr int kMaxPatternBars = 100;
-// In bytes.
-constexpr int kMaxPatternLength = 4096;
-constexpr int kMaxPatternName = 4096;
 
 // A pattern, read once and matched with any number of names. It searches a name for the pattern, regardless
 // of the case of ASCII letters. An empty pattern matches anything. One thread at a time.

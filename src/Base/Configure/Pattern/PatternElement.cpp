@@ -1,6 +1,6 @@
 #include "Base/Configure/Pattern/PatternElement.h"
 
-#include "Base/Configure/Pattern/FilePattern.h"
+#include "Base/Configure/Pattern/PatternResult.h"
 
 namespace Velmor {
 

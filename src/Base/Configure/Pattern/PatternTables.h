@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "Base/Configure/Pattern/FilePattern.h"
+#include "Base/Configure/Pattern/PatternResult.h"
 
 namespace Velmor {
 
