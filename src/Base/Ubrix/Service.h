@@ -4,7 +4,7 @@
 #include <memory>
 #include <utility>
 
-#include "Base/Ubrix/IBase.h"
+#include "Base/Ubrix/ReleaseList.h"
 #include "Platform/Mutex.h"
 
 namespace Ubrix {
@@ -23,7 +23,7 @@ public:
 
     // `release` enters the release list with each state that is made. Null for a service that has its own
     // place in the teardown, or lasts as long as the process.
-    explicit Service(IBase::ReleaseCallback release) : _release(release) {}
+    explicit Service(ReleaseList::Callback release) : _release(release) {}
     Service(Service const&) = delete;
     Service& operator=(Service const&) = delete;
 
@@ -67,13 +67,13 @@ private:
     Pointer const& Standing() VC_REQUIRES(_lock) {
         if (_state == nullptr) {
             // First, since a state that stands must have its release.
-            IBase::AddReleaseCallback(_release);
+            ReleaseList::Add(_release);
             _state = std::make_shared<State>();
         }
         return _state;
     }
 
-    IBase::ReleaseCallback const _release;
+    ReleaseList::Callback const _release;
     Platform::RecursiveMutex _lock;
     Pointer _state VC_GUARDED_BY(_lock);
 };

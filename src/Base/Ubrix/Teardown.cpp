@@ -1,4 +1,5 @@
 // The library's one ordered teardown. It runs on the caller's thread.
+#include "Base/Ubrix/CoreParameters.h"
 #include "Base/Ubrix/IBase.h"
 #include "Platform/Boundary.h"
 #include "Storage/Log/LogMacros.h"
@@ -8,6 +9,19 @@
 #include "System/Thread/ATargetBase.h"
 
 namespace Ubrix {
+
+IBase* IBase::_instance = nullptr;
+
+IBase& IBase::GetInstance() {
+    if (_instance == nullptr) {
+        _instance = new IBase;
+    }
+    return *_instance;
+}
+
+IBase::~IBase() {
+    CoreParameters::Release();
+}
 
 void IBase::Release() {
     static char const* const func = "Ubrix::IBase::Release";
