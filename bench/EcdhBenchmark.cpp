@@ -18,7 +18,7 @@
 
 namespace {
 
-using namespace Ubrix;
+using namespace Ubrix::Crypto;
 
 struct Free {
     void operator()(BIGNUM* number) const { BN_clear_free(number); }

@@ -13,6 +13,7 @@
 namespace {
 
 using namespace Ubrix;
+using namespace Ubrix::Crypto;
 
 constexpr std::size_t kMemory = 153600;
 // Where the flusher would take the block.

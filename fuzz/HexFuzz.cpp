@@ -28,7 +28,8 @@ std::string AsHex(std::string const& bytes) {
 
 void CheckHex(std::string const& text) {
     std::string bytes(text.size() / 2 + 1, '?');
-    bool const isHex = Ubrix::HexToBytes(text.data(), static_cast<unsigned int>(text.size()), bytes.data());
+    bool const isHex =
+        Ubrix::Crypto::HexToBytes(text.data(), static_cast<unsigned int>(text.size()), bytes.data());
     bool const hasDigits = text.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;
     Require(isHex == (hasDigits || text.size() % 2 != 0) && bytes.back() == '?');
 }
@@ -37,7 +38,7 @@ void CheckHex(std::string const& text) {
 void CheckServerKey(std::string const& text) {
     unsigned char key[32] = {};
     unsigned char client[64] = {};
-    Ubrix::MakeEcdhKey(text.c_str(), key, sizeof key, client);
+    Ubrix::Crypto::MakeEcdhKey(text.c_str(), key, sizeof key, client);
     bool const isMade = std::string(reinterpret_cast<char*>(client), sizeof client).find_first_not_of('\0') !=
                         std::string::npos;
     std::string const seen = text.c_str();
@@ -51,7 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size) {
     CheckHex(input);
     std::string const hex = AsHex(input);
     std::string back(input.size(), '\0');
-    Require(Ubrix::HexToBytes(hex.data(), static_cast<unsigned int>(hex.size()), back.data()) &&
+    Require(Ubrix::Crypto::HexToBytes(hex.data(), static_cast<unsigned int>(hex.size()), back.data()) &&
             back == input);
     if (size < 200) {
         CheckServerKey(input);
@@ -59,8 +60,9 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size) {
     }
     static constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     std::string const leading = input.substr(0, input.find_first_not_of(kAlphabet));
-    std::string const decoded = Ubrix::Base64Decode(input);
-    Require(decoded == Ubrix::Base64Decode(leading) && decoded.size() == leading.size() * 3 / 4);
-    Require(Ubrix::Base64Decode(Ubrix::Base64Encode(data, static_cast<unsigned int>(size))) == input);
+    std::string const decoded = Ubrix::Crypto::Base64Decode(input);
+    Require(decoded == Ubrix::Crypto::Base64Decode(leading) && decoded.size() == leading.size() * 3 / 4);
+    Require(Ubrix::Crypto::Base64Decode(Ubrix::Crypto::Base64Encode(data, static_cast<unsigned int>(size))) ==
+            input);
     return 0;
 }

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 namespace {
 
 constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -59,4 +59,4 @@ std::string Base64Decode(std::string const& text) {
     return bytes;
 }
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 
 // Returns: the text, padded with "=" to a multiple of 4, without line breaks
 // In:      data: length bytes; may be null if length is 0
@@ -13,4 +13,4 @@ std::string Base64Encode(void const* data, unsigned int length);
 //          work silently. A last group of two or three characters gives one or two bytes, a single one none.
 std::string Base64Decode(std::string const& text);
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

@@ -1,6 +1,6 @@
 #include "Security/Crypto/CurveField.h"
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 
 void ModAdd(Word* result, Word const* left, Word const* right, CurveRecord const& curve) {
     Word reduced[kMaxCurveWords];
@@ -53,4 +53,4 @@ void ModInverse(Word* result, Word const* number, CurveRecord const& curve) {
     ModPower(result, number, exponent, curve);
 }
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

@@ -4,7 +4,7 @@
 
 #include "Security/Crypto/CurveRecord.h"
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 
 void ModAdd(Word* result, Word const* left, Word const* right, CurveRecord const& curve);
 void ModSubtract(Word* result, Word const* left, Word const* right, CurveRecord const& curve);
@@ -17,4 +17,4 @@ void ModPower(Word* result, Word const* base, Word const* exponent, CurveRecord 
 // The inverse of zero is zero.
 void ModInverse(Word* result, Word const* number, CurveRecord const& curve);
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

@@ -3,7 +3,7 @@
 #include "Security/Crypto/CurveField.h"
 #include "Security/Crypto/Wipe.h"
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 namespace {
 
 constexpr Word kZero[kMaxCurveWords] = {};
@@ -188,4 +188,4 @@ void LadderMultiply(CurvePoint& result, CurvePoint const& point, Word const* sca
     WordsSet(result.y, pair.second.y, curve.numWords);
 }
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

@@ -3,7 +3,7 @@
 
 #include "Security/Crypto/CurveRecord.h"
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 
 // A Montgomery ladder of additions that share one Z: the same steps for every scalar. Thread-safe.
 // In:  point:     coordinates below p; a point off the curve gives a result without meaning
@@ -15,4 +15,4 @@ namespace Ubrix {
 void LadderMultiply(CurvePoint& result, CurvePoint const& point, Word const* scalar, Word const* startingZ,
                     CurveRecord const& curve);
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

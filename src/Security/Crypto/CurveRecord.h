@@ -3,7 +3,7 @@
 
 #include "Security/Crypto/CurveWords.h"
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 
 // One curve y^2 = x^3 + ax + b over the integers modulo p. Immutable. Numbers are 32-bit words, least
 // significant first, zero above the curve's own word count.
@@ -41,4 +41,4 @@ inline int OrderWords(CurveRecord const& curve) {
     return (curve.numNBits + kWordBits - 1) / kWordBits;
 }
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

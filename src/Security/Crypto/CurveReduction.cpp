@@ -1,6 +1,6 @@
 #include "Security/Crypto/CurveReduction.h"
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 namespace {
 
 // (top, words) -= top * p; returns the new top.
@@ -120,4 +120,4 @@ void ReduceSecp256k1(Word* result, Word* product, CurveRecord const& curve) {
     ReduceByRemainder(result, product, {977, 1}, curve);
 }
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

@@ -3,7 +3,7 @@
 
 #include "Security/Crypto/CurveRecord.h"
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 
 void ReduceSecp160r1(Word* result, Word* product, CurveRecord const& curve);
 void ReduceSecp192r1(Word* result, Word* product, CurveRecord const& curve);
@@ -11,4 +11,4 @@ void ReduceSecp224r1(Word* result, Word* product, CurveRecord const& curve);
 void ReduceSecp256r1(Word* result, Word* product, CurveRecord const& curve);
 void ReduceSecp256k1(Word* result, Word* product, CurveRecord const& curve);
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

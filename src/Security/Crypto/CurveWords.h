@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 
 using Word = std::uint32_t;
 using DoubleWord = std::uint64_t;
@@ -131,4 +131,4 @@ inline void WordsToBytes(unsigned char* bytes, int numBytes, Word const* words) 
     }
 }
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

@@ -3,7 +3,7 @@
 #include "Security/Crypto/CurveField.h"
 #include "Security/Crypto/CurveReduction.h"
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 namespace {
 
 // The rest of a doubling, once half the slope's numerator is known. All of z, x, y at half, quarter and
@@ -198,4 +198,4 @@ CurveRecord const kSecp256k1 = {
     XSideForZero,
     ReduceSecp256k1};
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

@@ -3,7 +3,7 @@
 
 #include "Security/Crypto/CurveRecord.h"
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 
 extern CurveRecord const kSecp160r1;
 extern CurveRecord const kSecp192r1;
@@ -11,4 +11,4 @@ extern CurveRecord const kSecp224r1;
 extern CurveRecord const kSecp256r1;
 extern CurveRecord const kSecp256k1;
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

@@ -6,7 +6,7 @@
 #include "Security/Crypto/Secp256k1Wide.h"
 #include "Security/Crypto/Wipe.h"
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 namespace {
 
 constexpr int kMaxDraws = 64;
@@ -118,4 +118,4 @@ int EccSharedSecret(unsigned char const* publicKey, unsigned char const* private
     return IsFinite(point, *curve);
 }
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

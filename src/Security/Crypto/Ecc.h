@@ -7,7 +7,7 @@
 
 #include "Security/Crypto/CurveRecord.h"
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 
 using EccRandomFunction = bool (*)(void* bytes, unsigned int length);
 
@@ -40,4 +40,4 @@ int EccPublicKey(unsigned char const* privateKey, unsigned char* publicKey, Curv
 int EccSharedSecret(unsigned char const* publicKey, unsigned char const* privateKey, unsigned char* secret,
                     CurveRecord const* curve);
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

@@ -8,7 +8,7 @@
 #include "Security/Crypto/Hex.h"
 #include "Security/Crypto/Wipe.h"
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 namespace {
 
 constexpr unsigned int kCoordinate = 32;
@@ -43,4 +43,4 @@ void MakeEcdhKey(char const* serverPublicKeyHex, void* key, unsigned int keyLeng
     std::memcpy(key, secret, std::min(keyLength, kCoordinate));
 }
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

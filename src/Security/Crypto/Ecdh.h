@@ -1,7 +1,7 @@
 // One-sided key agreement on secp256k1: an own fresh key pair against a server's public key.
 #pragma once
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 
 // Makes a key pair and agrees on a key with the server: ECDH, X coordinate only. The private half is wiped
 // and never leaves the function. Its time doesn't depend on the private half. Thread-safe.
@@ -15,4 +15,4 @@ namespace Ubrix {
 // as the caller set them; nothing else tells it.
 void MakeEcdhKey(char const* serverPublicKeyHex, void* key, unsigned int keyLength, void* clientPublicKey);
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

@@ -1,6 +1,6 @@
 #include "Security/Crypto/Hex.h"
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 namespace {
 
 // The value of a digit, or -1.
@@ -35,4 +35,4 @@ bool HexToBytes(char const* text, unsigned int length, void* bytes) {
     return true;
 }
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

@@ -1,7 +1,7 @@
 // Hexadecimal text. Thread-safe.
 #pragma once
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 
 // Decodes pairs of digits, both cases.
 // Returns: false at the first character that is no digit; the pairs before it are then written, the rest of
@@ -11,4 +11,4 @@ namespace Ubrix {
 // Out:     bytes: length / 2 bytes
 bool HexToBytes(char const* text, unsigned int length, void* bytes);
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

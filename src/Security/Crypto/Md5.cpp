@@ -6,7 +6,7 @@
 #include <cstring>
 #include <memory>
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 namespace {
 
 constexpr std::size_t kBlock = 64;
@@ -169,4 +169,4 @@ std::string Md5FileHex(char const* path) {
     return text;
 }
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

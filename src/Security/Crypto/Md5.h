@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 
 // In:  data:   length bytes; may be null if length is 0
 // Out: digest: 16 bytes
@@ -21,4 +21,4 @@ void Md5Hex(void const* digest, char* text);
 // Returns: the 32 lower-case digits of Md5File; 32 zeros if the file can't be opened
 std::string Md5FileHex(char const* path);
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

@@ -2,10 +2,10 @@
 
 #include "Platform/Random.h"
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 
 bool FillRandom(void* bytes, unsigned int length) {
     return Platform::RandomBytes(bytes, length);
 }
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

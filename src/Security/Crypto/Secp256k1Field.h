@@ -12,7 +12,7 @@
 
 #if defined(__SIZEOF_INT128__)
 
-namespace Ubrix::Secp256k1 {
+namespace Ubrix::Crypto::Secp256k1 {
 
 using Limb = std::uint64_t;
 __extension__ using DoubleLimb = unsigned __int128;
@@ -225,6 +225,6 @@ void WriteField(Word* words, Field<kBound> const& number) {
     }
 }
 
-}  // namespace Ubrix::Secp256k1
+}  // namespace Ubrix::Crypto::Secp256k1
 
 #endif

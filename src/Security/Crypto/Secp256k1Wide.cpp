@@ -6,7 +6,7 @@
 
 #if defined(__SIZEOF_INT128__)
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 namespace Secp256k1 {
 namespace {
 
@@ -178,6 +178,6 @@ void Secp256k1Multiply(CurvePoint& result, CurvePoint const& point, Word const* 
     WriteField(result.y, chosenY);
 }
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto
 
 #endif

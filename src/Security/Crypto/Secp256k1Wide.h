@@ -3,7 +3,7 @@
 
 #include "Security/Crypto/CurveRecord.h"
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 
 // Whether this machine has products of 64-bit words, and so Secp256k1Multiply.
 #if defined(__SIZEOF_INT128__)
@@ -24,4 +24,4 @@ constexpr bool kHasWideWords = false;
 void Secp256k1Multiply(CurvePoint& result, CurvePoint const& point, Word const* scalar,
                        Word const* startingZ);
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

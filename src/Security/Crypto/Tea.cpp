@@ -8,7 +8,7 @@
 
 #include "Security/Crypto/Random.h"
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 namespace {
 
 constexpr std::uint32_t kDelta = 0x9E3779B9;
@@ -219,4 +219,4 @@ bool zk_symmetry_decrypt2(void const* in, int inLength, void const* key, void* o
     return std::all_of(tail, tail + kTail, [](unsigned char byte) { return byte == 0; });
 }
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

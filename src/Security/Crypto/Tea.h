@@ -8,7 +8,7 @@
 
 #include <cstddef>
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 
 // Enciphers one block.
 // In:  in:  8 bytes, two big-endian words
@@ -48,4 +48,4 @@ void zk_symmetry_encrypt2(void const* in, int inLength, void const* key, void* o
 // outLength bytes of out hold bytes without meaning.
 bool zk_symmetry_decrypt2(void const* in, int inLength, void const* key, void* out, int* outLength);
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 namespace {
 
 // Volatile, so that the compiler can't know what is called and must leave the call in place.
@@ -14,4 +14,4 @@ void Wipe(void* bytes, std::size_t length) {
     g_fill(bytes, 0, length);
 }
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-namespace Ubrix {
+namespace Ubrix::Crypto {
 
 // Sets length bytes to zero, also where nothing reads them afterwards and a plain fill would be left out.
 void Wipe(void* bytes, std::size_t length);
@@ -21,4 +21,4 @@ private:
     T& _secret;
 };
 
-}  // namespace Ubrix
+}  // namespace Ubrix::Crypto

@@ -19,8 +19,8 @@ std::string EarlierName(char const* file) {
 }  // namespace
 
 StoredKeys::~StoredKeys() {
-    Wipe(current.data(), current.size());
-    Wipe(earlier.data(), earlier.size());
+    Crypto::Wipe(current.data(), current.size());
+    Crypto::Wipe(earlier.data(), earlier.size());
 }
 
 SecurityStore* SecurityStore::GetInstance() {

@@ -77,7 +77,7 @@ void MakeEncipheredHead(void const* publicKey, void const* body, unsigned int bo
     Put(head + kPublicKeyLengthAt, kEncipheredPublicKeySize, 2);
     std::memcpy(head + kPublicKeyAt, publicKey, kEncipheredPublicKeySize);
     Put(head + kDigestLengthAt, kEncipheredDigestSize, 2);
-    Md5Digest(head + kDigestAt, body, bodySize);
+    Crypto::Md5Digest(head + kDigestAt, body, bodySize);
 }
 
 EncipheredContent CheckEnciphered(std::string_view bytes) {
@@ -93,7 +93,7 @@ EncipheredContent CheckEnciphered(std::string_view bytes) {
         return content;
     }
     unsigned char digest[kEncipheredDigestSize];
-    Md5Digest(digest, head + kEncipheredHeadSize, size);
+    Crypto::Md5Digest(digest, head + kEncipheredHeadSize, size);
     if (std::memcmp(digest, head + kDigestAt, sizeof digest) != 0) {
         content.fault = EncipheredFault::Digest;
         return content;

@@ -32,7 +32,7 @@ template <typename Bytes>
 class WipeContentAtExit {
 public:
     explicit WipeContentAtExit(Bytes& bytes) : _bytes(bytes) {}
-    ~WipeContentAtExit() { Wipe(_bytes.data(), _bytes.size()); }
+    ~WipeContentAtExit() { Crypto::Wipe(_bytes.data(), _bytes.size()); }
     WipeContentAtExit(WipeContentAtExit const&) = delete;
     WipeContentAtExit& operator=(WipeContentAtExit const&) = delete;
 
@@ -42,7 +42,7 @@ private:
 
 // A fresh key and what the server finds it again by. False if there is none to be had.
 struct FreshKey {
-    FreshKey() { MakeEcdhKey(VELMORCORE_SERVER_PUBLIC_KEY, bytes, kKeySize, publicKey); }
+    FreshKey() { Crypto::MakeEcdhKey(VELMORCORE_SERVER_PUBLIC_KEY, bytes, kKeySize, publicKey); }
     bool IsMade() const {
         return std::any_of(publicKey, publicKey + sizeof publicKey,
                            [](unsigned char byte) { return byte != 0; });
@@ -50,19 +50,19 @@ struct FreshKey {
 
     unsigned char bytes[kKeySize] = {};
     unsigned char publicKey[kEncipheredPublicKeySize] = {};
-    WipeAtExit<unsigned char[kKeySize]> const wiper{bytes};
+    Crypto::WipeAtExit<unsigned char[kKeySize]> const wiper{bytes};
 };
 
 // A missing or damaged text leaves zeros in the key, which the cipher refuses. `plain` has the body's size.
 bool DecipherWith(std::string const& keyText, std::string_view body, std::string& plain) {
     unsigned char key[kKeySize] = {};
-    WipeAtExit<unsigned char[kKeySize]> const keyWiper(key);
-    std::string decoded = Base64Decode(keyText);
+    Crypto::WipeAtExit<unsigned char[kKeySize]> const keyWiper(key);
+    std::string decoded = Crypto::Base64Decode(keyText);
     WipeContentAtExit<std::string> const wiper(decoded);
     std::copy_n(decoded.begin(), std::min(decoded.size(), kKeySize), key);
     plain.resize(body.size());
     int size = static_cast<int>(body.size());
-    if (!zk_symmetry_decrypt2(body.data(), size, key, plain.data(), &size)) {
+    if (!Crypto::zk_symmetry_decrypt2(body.data(), size, key, plain.data(), &size)) {
         return false;
     }
     plain.resize(static_cast<std::size_t>(size));
@@ -150,9 +150,9 @@ char const* EncryptedIniFileImpl::WriteFile() {
         return "no key can be agreed on";
     }
     int const plainSize = static_cast<int>(plain.size());
-    int size = zk_symmetry_encrypt2_length(plainSize);
+    int size = Crypto::zk_symmetry_encrypt2_length(plainSize);
     std::vector<unsigned char> body(static_cast<std::size_t>(size));
-    zk_symmetry_encrypt2(plain.data(), plainSize, key.bytes, body.data(), &size);
+    Crypto::zk_symmetry_encrypt2(plain.data(), plainSize, key.bytes, body.data(), &size);
     unsigned char head[kEncipheredHeadSize];
     MakeEncipheredHead(key.publicKey, body.data(), static_cast<unsigned int>(size), head);
 
@@ -160,7 +160,7 @@ char const* EncryptedIniFileImpl::WriteFile() {
     replacement.Write(head, sizeof head);
     replacement.Write(body.data(), body.size());
     StoredKeys keys;
-    keys.current = Base64Encode(key.bytes, kKeySize);
+    keys.current = Crypto::Base64Encode(key.bytes, kKeySize);
     return replacement.Finish() ? Exchange(store, replacement, keys) : replacement.Obstacle();
 }
 

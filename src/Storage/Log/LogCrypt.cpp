@@ -60,14 +60,14 @@ void PutBodyLength(char* data, std::uint32_t length) {
 }  // namespace
 
 LogCrypt::LogCrypt(char const* serverPublicKey) {
-    MakeEcdhKey(serverPublicKey, teaKey_, sizeof teaKey_, clientPublicKey_);
+    Crypto::MakeEcdhKey(serverPublicKey, teaKey_, sizeof teaKey_, clientPublicKey_);
     // No point of the curve has two zero coordinates: they stand only where no key was made.
     isCrypt_ = std::any_of(std::begin(clientPublicKey_), std::end(clientPublicKey_),
                            [](unsigned char byte) { return byte != 0; });
 }
 
 LogCrypt::~LogCrypt() {
-    Wipe(teaKey_, sizeof teaKey_);
+    Crypto::Wipe(teaKey_, sizeof teaKey_);
 }
 
 char LogCrypt::StartByte(bool compressed) const {
@@ -141,7 +141,7 @@ void LogCrypt::EncipherSpan(char const* data, std::size_t length, AutoBuffer& ou
     out.Write(data, length);
     tailLength = 0;
     if (isCrypt_ && length > 0) {
-        TeaEncryptLittleEndian(out.Ptr(), length / kUnit, teaKey_, out.Ptr());
+        Crypto::TeaEncryptLittleEndian(out.Ptr(), length / kUnit, teaKey_, out.Ptr());
         tailLength = static_cast<unsigned int>(length % kUnit);
     }
 }

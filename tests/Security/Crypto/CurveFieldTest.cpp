@@ -10,7 +10,7 @@
 
 namespace {
 
-using namespace Ubrix;
+using namespace Ubrix::Crypto;
 using namespace PeerCurve;
 
 BigNumber Number(Word const* words, int count) {

@@ -12,7 +12,7 @@
 
 namespace {
 
-using namespace Ubrix;
+using namespace Ubrix::Crypto;
 using namespace PeerCurve;
 
 Bytes FromHex(std::string const& hex) {

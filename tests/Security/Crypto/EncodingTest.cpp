@@ -7,7 +7,7 @@
 
 namespace {
 
-using namespace Ubrix;
+using namespace Ubrix::Crypto;
 
 TEST(Base64Test, PublishedVectorsBothWays) {
     // RFC 4648, section 10, and the two characters that other alphabets replace.

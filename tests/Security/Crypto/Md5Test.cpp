@@ -7,7 +7,7 @@
 
 namespace {
 
-using namespace Ubrix;
+using namespace Ubrix::Crypto;
 
 std::string HexOf(void const* digest) {
     char text[34];

@@ -9,7 +9,7 @@
 
 namespace {
 
-using namespace Ubrix;
+using namespace Ubrix::Crypto;
 
 std::string const kKey = "\x01\x92 a key\xFFof 16..";
 

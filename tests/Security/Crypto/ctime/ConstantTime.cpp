@@ -11,7 +11,7 @@
 
 namespace {
 
-using namespace Ubrix;
+using namespace Ubrix::Crypto;
 
 void MarkSecret(void* bytes, std::size_t length) {
     (void)VALGRIND_MAKE_MEM_UNDEFINED(bytes, length);
