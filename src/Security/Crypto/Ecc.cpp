@@ -1,8 +1,8 @@
 #include "Security/Crypto/Ecc.h"
 
+#include "Platform/Random.h"
 #include "Security/Crypto/CurveLadder.h"
 #include "Security/Crypto/Curves.h"
-#include "Security/Crypto/Random.h"
 #include "Security/Crypto/Secp256k1Wide.h"
 #include "Security/Crypto/Wipe.h"
 
@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kMaxDraws = 64;
 
-EccRandomFunction g_random = FillRandom;
+EccRandomFunction g_random = Platform::RandomBytes;
 
 int PrivateKeyBytes(CurveRecord const& curve) {
     return (curve.numNBits + 7) / 8;
@@ -25,7 +25,7 @@ bool DrawBelow(Word* number, Word const* bound, int bits) {
         return false;
     }
     for (int draw = 0; draw < kMaxDraws; ++draw) {
-        if (!g_random(number, static_cast<unsigned int>(count) * sizeof(Word))) {
+        if (!g_random(number, static_cast<std::size_t>(count) * sizeof(Word))) {
             return false;
         }
         number[count - 1] &= topMask;

@@ -5,14 +5,16 @@
 // then Y), a secret numBytes (the X coordinate).
 #pragma once
 
+#include <cstddef>
+
 #include "Security/Crypto/CurveRecord.h"
 
 namespace Ubrix::Crypto {
 
-using EccRandomFunction = bool (*)(void* bytes, unsigned int length);
+using EccRandomFunction = bool (*)(void* bytes, std::size_t length);
 
-// Replaces the process-wide random function, which starts as FillRandom. Null: no key can be
-// made, and secrets are computed without blinding. Not thread-safe: set it before any use.
+// Replaces the process-wide random function, which starts as Platform::RandomBytes. Null: no
+// key can be made, and secrets are computed without blinding. Not thread-safe: set it before any use.
 void EccSetRandom(EccRandomFunction random);
 
 // Draws a private key and computes its public half.

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <limits>
 
-#include "Security/Crypto/Random.h"
+#include "Platform/Random.h"
 
 namespace Ubrix::Crypto {
 namespace {
@@ -173,7 +173,7 @@ void zk_symmetry_encrypt2(void const* in, int inLength, void const* key, void* o
     // The padding only makes equal texts differ, so a failing source does no harm. The C library's own
     // generator is left alone: its sequence belongs to the game.
     unsigned char padding[1 + kBlock - 1 + kSalt] = {};
-    FillRandom(padding, static_cast<unsigned int>(head));
+    Platform::RandomBytes(padding, static_cast<std::size_t>(head));
     padding[0] = static_cast<unsigned char>((padding[0] & 0xF8) | pad);
 
     auto const* data = static_cast<unsigned char const*>(in);

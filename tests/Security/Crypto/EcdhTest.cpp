@@ -5,10 +5,10 @@
 #include <cstring>
 #include <string>
 
+#include "Platform/Random.h"
 #include "Security/Crypto/AllCurves.h"
 #include "Security/Crypto/Ecc.h"
 #include "Security/Crypto/Hex.h"
-#include "Security/Crypto/Random.h"
 
 namespace {
 
@@ -64,7 +64,7 @@ Bytes PeerSecretOf(int curve, Bytes const& scalar, Bytes const& point) {
 
 class EcdhTest : public testing::Test {
 protected:
-    void TearDown() override { EccSetRandom(FillRandom); }
+    void TearDown() override { EccSetRandom(Ubrix::Platform::RandomBytes); }
 };
 
 // Where windows, carries and the lengthening by the order could go wrong.
@@ -103,7 +103,7 @@ TEST_F(EcdhTest, EveryCurveAgreesWithThePeerAtEdgesAndDrawnKeys) {
             ASSERT_EQ(SecretOf(record, scalar, point), secret);
             EccSetRandom(nullptr);
             ASSERT_EQ(SecretOf(record, scalar, point), secret) << "unblinded";
-            EccSetRandom(FillRandom);
+            EccSetRandom(Ubrix::Platform::RandomBytes);
             Bytes const key = PublicKeyOf(record, scalar);
             ASSERT_EQ(key, PeerKeyOf(curve.id, scalar));
             point = key.empty() ? point : key;
@@ -160,7 +160,7 @@ char g_drawn = 0;
 TEST_F(EcdhTest, AFailingRandomFunctionLeavesTheOutputs) {
     EccSetRandom(nullptr);
     ExpectNoKey(kServerKey);
-    EccSetRandom([](void* bytes, unsigned int length) {
+    EccSetRandom([](void* bytes, std::size_t length) {
         std::memset(bytes, g_drawn, length);
         return ++g_draws <= g_goodDraws;
     });

@@ -22,7 +22,7 @@ void MarkPublic(void* bytes, std::size_t length) {
 }
 
 // Defined bytes: whether a draw is in range is public.
-bool FixedRandom(void* bytes, unsigned int length) {
+bool FixedRandom(void* bytes, std::size_t length) {
     std::memset(bytes, 0x35, length);
     return true;
 }
