@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "Base/Configure/ConfigureImpl.h"
-#include "Platform/HttpTransport.h"
+#include "Platform/BuiltInTransport.h"
 #include "Support/LogCapture.h"
 #include "Support/RawTlsServer.h"
 #include "Support/Sanitized.h"

@@ -3,7 +3,7 @@
 #include <VelmorCore/RemoteConfig.h>
 #include <VelmorCore/velmorcore.h>
 
-#include "Base/Configure/ConfigFile.h"
+#include "Base/Configure/BundleConfigFile.h"
 #include "Base/Ubrix/Service.h"
 #include "Platform/Boundary.h"
 #include "Storage/Bundle/PlatformMetadata.h"
@@ -20,7 +20,7 @@ struct GameRemoteConfig {
 };
 
 struct DefaultConfigFile {
-    Velmor::ConfigFile file{nullptr};
+    Velmor::BundleConfigFile file{nullptr};
 };
 
 // Both last as long as the process.
@@ -48,7 +48,7 @@ VelmorCoreConfigFile* VelmorCore_GetDefaultHandler() {
 
 VelmorCoreConfigFile* VelmorCore_NewConfigFile(char const* name) {
     return AtBoundary(static_cast<VelmorCoreConfigFile*>(nullptr),
-                      [name] { return new Velmor::ConfigFile(name); });
+                      [name] { return new Velmor::BundleConfigFile(name); });
 }
 
 void VelmorCore_DeleteConfigFile(VelmorCoreConfigFile** file) {

@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "Platform/Clock.h"
 #include "Platform/Posix/CurlErrors.h"
+#include "Platform/SystemClock.h"
 
 namespace Ubrix::Platform {
 

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "Platform/HttpTransport.h"
+#include "Platform/BuiltInTransport.h"
 
 namespace Ubrix::Platform {
 

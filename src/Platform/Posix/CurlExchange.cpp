@@ -8,10 +8,10 @@
 #include <new>
 #include <utility>
 
-#include "Platform/Clock.h"
 #include "Platform/Posix/CurlAdvice.h"
 #include "Platform/Posix/CurlErrors.h"
 #include "Platform/Posix/CurlRedirect.h"
+#include "Platform/SystemClock.h"
 
 namespace Ubrix::Platform {
 

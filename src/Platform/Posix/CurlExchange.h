@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "Platform/HttpTransport.h"
+#include "Platform/BuiltInTransport.h"
 #include "Platform/Posix/TlsStay.h"
 
 namespace Ubrix::Platform {

@@ -5,7 +5,7 @@
 #include <ctime>
 #include <new>
 
-#include "Platform/HttpTransport.h"
+#include "Platform/BuiltInTransport.h"
 #include "Platform/Posix/CurlExchange.h"
 #include "Platform/Posix/TlsStay.h"
 

@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "Platform/Clock.h"
 #include "Platform/Posix/Descriptor.h"
+#include "Platform/SystemClock.h"
 #include "Platform/Thread.h"
 
 namespace Ubrix::Platform {

@@ -4,9 +4,9 @@
 #include <map>
 #include <utility>
 
-#include "Platform/Clock.h"
 #include "Platform/Condition.h"
 #include "Platform/Mutex.h"
+#include "Platform/SystemClock.h"
 #include "Platform/Thread.h"
 
 namespace Ubrix::Platform {

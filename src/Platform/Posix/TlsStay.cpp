@@ -7,9 +7,9 @@
 #include <cstdlib>
 #include <ctime>
 
-#include "Platform/Clock.h"
 #include "Platform/Condition.h"
 #include "Platform/Mutex.h"
+#include "Platform/SystemClock.h"
 
 namespace Ubrix::Platform {
 

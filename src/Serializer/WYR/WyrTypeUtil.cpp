@@ -7,7 +7,7 @@
 #include <cstring>
 #include <tuple>
 
-#include "Platform/Clock.h"
+#include "Platform/SystemClock.h"
 #include "Serializer/WYR/WyrError.h"
 #include "Serializer/WYR/WyrSpace.h"
 #include "Serializer/WYR/WyrStrptime.h"

@@ -7,9 +7,9 @@
 #include <memory>
 #include <string>
 
-#include "Platform/Clock.h"
 #include "Platform/FileSystem.h"
 #include "Platform/Mutex.h"
+#include "Platform/SystemClock.h"
 
 namespace Ubrix {
 

@@ -2,8 +2,8 @@
 // their place.
 #pragma once
 
-#include "Platform/Clock.h"
 #include "Platform/Event.h"
+#include "Platform/SystemClock.h"
 
 namespace Ubrix {
 

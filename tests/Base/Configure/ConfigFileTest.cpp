@@ -1,4 +1,4 @@
-#include "Base/Configure/ConfigFile.h"
+#include "Base/Configure/BundleConfigFile.h"
 
 #include <VelmorCore/Bundle.h>
 #include <VelmorCore/File.h>
@@ -74,7 +74,7 @@ TEST(ConfigFile, TakesNoNameThatIsNotItsOwn) {
                                  "aux .y",       "\x7F",         longest + "n", "conin$", "\x1B[2J"};
     for (std::string const& name : names) {
         ::Test::LogCapture log;
-        Velmor::ConfigFile file(name.c_str());
+        Velmor::BundleConfigFile file(name.c_str());
         EXPECT_EQ(log.Count("Error", ": refused"), 1) << name;
         EXPECT_FALSE(file.SetAndSave("s", "k", 1)) << name;
         EXPECT_EQ(file.GetFromCache("s", "k", 7), 7) << name;
@@ -83,8 +83,8 @@ TEST(ConfigFile, TakesNoNameThatIsNotItsOwn) {
     }
     for (std::string const& name :
          {longest, std::string("nulls"), std::string("com10"), std::string("a [b]#.c ")}) {
-        Velmor::ConfigFile(name.c_str()).SetAndSave("s", "k", 1);
-        EXPECT_EQ(Velmor::ConfigFile(name.c_str()).GetFromCache("s", "k", 7), 1) << name;
+        Velmor::BundleConfigFile(name.c_str()).SetAndSave("s", "k", 1);
+        EXPECT_EQ(Velmor::BundleConfigFile(name.c_str()).GetFromCache("s", "k", 7), 1) << name;
     }
 }
 

@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "Platform/BuiltInTransport.h"
 #include "Platform/Event.h"
-#include "Platform/HttpTransport.h"
 #include "Support/LogCapture.h"
 #include "Support/RawTlsServer.h"
 #include "Support/ResolverStub.h"

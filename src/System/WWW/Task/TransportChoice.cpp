@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Platform/HttpTransport.h"
+#include "Platform/BuiltInTransport.h"
 #include "Platform/MemoryWant.h"
 #include "Platform/Mutex.h"
 

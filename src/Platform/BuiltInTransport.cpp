@@ -1,4 +1,4 @@
-#include "Platform/HttpTransport.h"
+#include "Platform/BuiltInTransport.h"
 
 #include "Platform/Mutex.h"
 

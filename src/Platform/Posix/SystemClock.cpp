@@ -1,4 +1,4 @@
-#include "Platform/Clock.h"
+#include "Platform/SystemClock.h"
 
 #include <pthread.h>
 

@@ -1,4 +1,4 @@
-#include "Base/Configure/ConfigFile.h"
+#include "Base/Configure/BundleConfigFile.h"
 
 #include <VelmorCore/File.h>
 
@@ -22,7 +22,7 @@ constexpr char kOwnName[] = "Velmor";
 }  // namespace
 
 template <class Result, class Call>
-Result ConfigFile::Forward(char const* function, Result neutral, Call const& call) {
+Result BundleConfigFile::Forward(char const* function, Result neutral, Call const& call) {
     if (_bundle == nullptr) {
         VC_LOG(Error, function, "_bundle is null");
         return neutral;
@@ -30,7 +30,7 @@ Result ConfigFile::Forward(char const* function, Result neutral, Call const& cal
     return Ubrix::AtBoundary(neutral, [this, &call] { return call(*_bundle); });
 }
 
-ConfigFile::ConfigFile(char const* name) {
+BundleConfigFile::BundleConfigFile(char const* name) {
     constexpr char kFunction[] = "Velmor::ConfigFile::ConfigFile";
     if (name == nullptr || std::strcmp(name, kOwnName) == 0) {
         VC_LOG(Info, kFunction, "using Velmor.config");
@@ -55,89 +55,89 @@ ConfigFile::ConfigFile(char const* name) {
     _bundle = &_hold.Take(path.c_str());
 }
 
-bool ConfigFile::SetCache(char const* section, char const* key, bool value) {
+bool BundleConfigFile::SetCache(char const* section, char const* key, bool value) {
     return Forward("Velmor::ConfigFile::SetCache", false,
                    [&](Bundle& bundle) { return bundle.SetNoSave(section, key, value); });
 }
 
-bool ConfigFile::SetCache(char const* section, char const* key, char const* value) {
+bool BundleConfigFile::SetCache(char const* section, char const* key, char const* value) {
     return Forward("Velmor::ConfigFile::SetCache", false,
                    [&](Bundle& bundle) { return bundle.SetNoSave(section, key, value); });
 }
 
-bool ConfigFile::SetCache(char const* section, char const* key, std::int64_t value) {
+bool BundleConfigFile::SetCache(char const* section, char const* key, std::int64_t value) {
     return Forward("Velmor::ConfigFile::SetCache", false, [&](Bundle& bundle) {
         return bundle.SetNoSave(section, key, static_cast<long long>(value));
     });
 }
 
-bool ConfigFile::SetCache(char const* section, char const* key, int value) {
+bool BundleConfigFile::SetCache(char const* section, char const* key, int value) {
     return Forward("Velmor::ConfigFile::SetCache", false,
                    [&](Bundle& bundle) { return bundle.SetNoSave(section, key, value); });
 }
 
-bool ConfigFile::RemoveValueForKey(char const* section, char const* key) {
+bool BundleConfigFile::RemoveValueForKey(char const* section, char const* key) {
     return Forward("Velmor::ConfigFile::RemoveValueForKey", false,
                    [&](Bundle& bundle) { return bundle.RemoveKeyNoSave(section, key); });
 }
 
-bool ConfigFile::RemoveSection(char const* section) {
+bool BundleConfigFile::RemoveSection(char const* section) {
     return Forward("Velmor::ConfigFile::RemoveSection", false,
                    [&](Bundle& bundle) { return bundle.RemoveSectionNoSave(section); });
 }
 
-bool ConfigFile::RemoveAll() {
+bool BundleConfigFile::RemoveAll() {
     return Forward("Velmor::ConfigFile::RemoveAll", false,
                    [](Bundle& bundle) { return bundle.ClearNoSave(); });
 }
 
-bool ConfigFile::SaveCacheToFile() {
+bool BundleConfigFile::SaveCacheToFile() {
     return Forward("Velmor::ConfigFile::SaveCacheToFile", false,
                    [](Bundle& bundle) { return bundle.Save(); });
 }
 
-bool ConfigFile::SetAndSave(char const* section, char const* key, bool value) {
+bool BundleConfigFile::SetAndSave(char const* section, char const* key, bool value) {
     return Forward("Velmor::ConfigFile::SetAndSave", false,
                    [&](Bundle& bundle) { return bundle.Set(section, key, value); });
 }
 
-bool ConfigFile::SetAndSave(char const* section, char const* key, char const* value) {
+bool BundleConfigFile::SetAndSave(char const* section, char const* key, char const* value) {
     return Forward("Velmor::ConfigFile::SetAndSave", false,
                    [&](Bundle& bundle) { return bundle.Set(section, key, value); });
 }
 
-bool ConfigFile::SetAndSave(char const* section, char const* key, std::int64_t value) {
+bool BundleConfigFile::SetAndSave(char const* section, char const* key, std::int64_t value) {
     return Forward("Velmor::ConfigFile::SetAndSave", false,
                    [&](Bundle& bundle) { return bundle.Set(section, key, static_cast<long long>(value)); });
 }
 
-bool ConfigFile::SetAndSave(char const* section, char const* key, int value) {
+bool BundleConfigFile::SetAndSave(char const* section, char const* key, int value) {
     return Forward("Velmor::ConfigFile::SetAndSave", false,
                    [&](Bundle& bundle) { return bundle.Set(section, key, value); });
 }
 
-bool ConfigFile::RemoveValueForKeyAndSave(char const* section, char const* key) {
+bool BundleConfigFile::RemoveValueForKeyAndSave(char const* section, char const* key) {
     return Forward("Velmor::ConfigFile::RemoveValueForKeyAndSave", false,
                    [&](Bundle& bundle) { return bundle.RemoveKey(section, key); });
 }
 
-bool ConfigFile::RemoveSectionAndSave(char const* section) {
+bool BundleConfigFile::RemoveSectionAndSave(char const* section) {
     return Forward("Velmor::ConfigFile::RemoveSectionAndSave", false,
                    [&](Bundle& bundle) { return bundle.RemoveSection(section); });
 }
 
-bool ConfigFile::RemoveAllAndSave() {
+bool BundleConfigFile::RemoveAllAndSave() {
     return Forward("Velmor::ConfigFile::RemoveAllAndSave", false,
                    [](Bundle& bundle) { return bundle.Clear(); });
 }
 
-bool ConfigFile::GetFromCache(char const* section, char const* key, bool defaultValue) {
+bool BundleConfigFile::GetFromCache(char const* section, char const* key, bool defaultValue) {
     return Forward("Velmor::ConfigFile::GetFromCache", defaultValue,
                    [&](Bundle& bundle) { return bundle.Get(section, key, defaultValue); });
 }
 
-bool ConfigFile::GetFromCache(char const* section, char const* key, char* value, int* size,
-                              char const* defaultValue) {
+bool BundleConfigFile::GetFromCache(char const* section, char const* key, char* value, int* size,
+                                    char const* defaultValue) {
     constexpr char kFunction[] = "Velmor::ConfigFile::GetFromCache";
     if (value == nullptr || size == nullptr || *size < 1) {
         VC_LOG(Error, kFunction, "len <= 0");
@@ -162,18 +162,18 @@ bool ConfigFile::GetFromCache(char const* section, char const* key, char* value,
     return fits && isRead;
 }
 
-int ConfigFile::GetFromCache(char const* section, char const* key, int defaultValue) {
+int BundleConfigFile::GetFromCache(char const* section, char const* key, int defaultValue) {
     return Forward("Velmor::ConfigFile::GetFromCache", defaultValue,
                    [&](Bundle& bundle) { return bundle.Get(section, key, defaultValue); });
 }
 
-std::int64_t ConfigFile::GetFromCache(char const* section, char const* key, std::int64_t defaultValue) {
+std::int64_t BundleConfigFile::GetFromCache(char const* section, char const* key, std::int64_t defaultValue) {
     return Forward("Velmor::ConfigFile::GetFromCache", defaultValue, [&](Bundle& bundle) {
         return static_cast<std::int64_t>(bundle.Get(section, key, static_cast<long long>(defaultValue)));
     });
 }
 
-bool ConfigFile::IsContainKey(char const* section, char const* key) {
+bool BundleConfigFile::IsContainKey(char const* section, char const* key) {
     return Forward("Velmor::ConfigFile::IsContainKey", false,
                    [&](Bundle& bundle) { return bundle.HasKey(section, key); });
 }

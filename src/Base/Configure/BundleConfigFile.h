@@ -9,16 +9,16 @@
 namespace Velmor {
 
 // Each call is as thread-safe as the bundle that it goes to.
-class ConfigFile : public IConfigFile {
+class BundleConfigFile : public IConfigFile {
 public:
     // `name` null or "Velmor": the kit's own configuration. Else "<name>.config" in the cache directory; a
     // name that CanNameConfigFile refuses, and a cache directory that is missing, leave the object without
     // storage.
-    explicit ConfigFile(char const* name);
+    explicit BundleConfigFile(char const* name);
     // Saves the file, but for the kit's own. It is closed with the last object on it.
-    ~ConfigFile() override = default;
-    ConfigFile(ConfigFile const&) = delete;
-    ConfigFile& operator=(ConfigFile const&) = delete;
+    ~BundleConfigFile() override = default;
+    BundleConfigFile(BundleConfigFile const&) = delete;
+    BundleConfigFile& operator=(BundleConfigFile const&) = delete;
 
     bool SetCache(char const* section, char const* key, bool value) override;
     bool SetCache(char const* section, char const* key, char const* value) override;
