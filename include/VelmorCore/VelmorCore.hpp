@@ -1,4 +1,5 @@
-// Everything that VelmorCore offers to callers in C++.
+/// @file
+/// Everything that VelmorCore offers to callers in C++.
 #pragma once
 
 #include <VelmorCore/Buffer.h>
