@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <tuple>
@@ -11,7 +10,6 @@
 #include "Platform/Event.h"
 #include "Platform/Thread.h"
 #include "Support/LogCapture.h"
-#include "Support/OnThreads.h"
 #include "System/PlatformObject/CPlatformClassRegistry.h"
 #include "System/PlatformObject/CPlatformObject.h"
 #include "System/PlatformObject/IPlatformObjectCreator.h"
@@ -20,9 +18,8 @@
 namespace Ubrix {
 namespace {
 
-std::mutex g_guard;
 std::string g_deleted;
-std::atomic<int> g_living{0};
+int g_living = 0;
 
 std::string TextOf(IPlatformObject const& object) {
     return (object.className != nullptr ? object.className : "?") + std::to_string(object.objectId);
@@ -32,7 +29,6 @@ class Twin : public CPlatformObject {
 public:
     Twin() { ++g_living; }
     ~Twin() override {
-        std::lock_guard<std::mutex> const lock(g_guard);
         g_deleted += TextOf(*this) + " ";
         --g_living;
     }
@@ -193,26 +189,6 @@ TEST_F(PlatformObjects, ASetterWaitsForACallOnAnotherThreadButNotInsideOne) {
     EXPECT_EQ(g_inside, 0);
     opener.join();
     sender.join();
-}
-
-TEST_F(PlatformObjects, ManyThreadsMayAddSendSetAndRemoveAtOnce) {
-    _registry.RegisterCreator("Busy.REQ", &g_twins);
-    Twin const twin;
-    ::Test::OnThreads(3, [&twin](int thread) {
-        for (int i = 0; i < 300; ++i) {
-            addPlatformObject(i * 3 + thread, "Busy");
-            twin.SendVoidMethod(1);
-            removePlatformObject(i * 3 + thread);
-            if (thread == 0) {
-                setSarnetSendVoidMethodCallback([](std::int64_t, CPlatformObject::Word) { ++g_inside; });
-                setSarnetSendVoidMethodCallback(nullptr);
-                g_inside = 0;
-                ReleasePlatformObjects();
-            }
-        }
-    });
-    EXPECT_EQ(g_inside, 0) << "nothing is called after it was withdrawn";
-    EXPECT_EQ(g_living, 1) << "none but the sender";
 }
 
 }  // namespace

@@ -11,7 +11,6 @@
 #include "Platform/Event.h"
 #include "Platform/MessageWindow.h"
 #include "Platform/Thread.h"
-#include "Support/OnThreads.h"
 #include "System/Thread/ATargetBase.h"
 #include "System/Thread/CSelectorManager.h"
 
@@ -204,25 +203,6 @@ TEST(SelectorsDeathTest, RoadOfAPostedCall) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT((WalkTheRoadOfAPostedCall(), std::exit(testing::Test::HasFailure() ? 1 : 0)),
                 testing::ExitedWithCode(0), "");
-}
-
-TEST_F(Selectors, PostPumpAndReleaseRunAtOnce) {
-    EnableUiUpdate();
-    static std::atomic<int> runs;
-    CSelector count;
-    count.function0 = [] { ++runs; };
-    ::Test::OnThreads(4, [&count](int role) {
-        for (int n = 0; n < 1000; ++n) {
-            Post(count);
-            role == 0 ? ReleaseHostUpdateQueue() : RunHostUpdateSelectors();
-        }
-    });
-    ReleaseHostUpdateQueue();
-    EXPECT_LE(runs, 4000);
-    runs = 0;
-    Post(count);
-    RunHostUpdateSelectors();
-    EXPECT_EQ(runs, 1);
 }
 
 }  // namespace
