@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 #include <openssl/bn.h>
 
+#include <cstring>
 #include <random>
+#include <vector>
 
 #include "Security/Crypto/AllCurves.h"
 #include "Security/Crypto/Secp256k1Field.h"
@@ -25,7 +27,7 @@ bool IsRest(Word const* words, BigNumber const& number, CurveRecord const& recor
     return BN_cmp(Number(words, record.numWords).get(), rest.get()) == 0;
 }
 
-TEST(CurveFieldTest, EveryReductionAgreesWithThePeerAndEveryEquationFits) {
+TEST(CurveField, EveryReductionAgreesWithThePeerAndEveryEquationFits) {
     std::mt19937 random(1);
     for (Curve const& curve : kCurves) {
         CurveRecord const& record = *curve.record;
@@ -59,7 +61,8 @@ TEST(CurveFieldTest, EveryReductionAgreesWithThePeerAndEveryEquationFits) {
             << curve.name;
         Word infinity[3][kMaxCurveWords] = {{7}, {9}};
         record.doubleJacobian(infinity[0], infinity[1], infinity[2], record);
-        EXPECT_EQ(infinity[0][0] * 100 + infinity[1][0] * 10 + infinity[2][0], 790U) << curve.name;
+        Word const same[3][kMaxCurveWords] = {{7}, {9}};
+        EXPECT_EQ(std::memcmp(infinity, same, sizeof same), 0) << curve.name;
     }
 }
 
@@ -100,7 +103,7 @@ void ExpectRest(Field<kBound> const& field, BigNumber const& expected) {
     ASSERT_TRUE(IsRest(words, expected, kSecp256k1));
 }
 
-TEST(CurveFieldTest, WideLimbsAgreeWithThePeerUpToTheirBounds) {
+TEST(CurveField, WideLimbsAgreeWithThePeerUpToTheirBounds) {
     std::mt19937 random(2);
     Context const context(BN_CTX_new());
     BigNumber const expected(BN_new());

@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "Platform/Random.h"
 #include "Security/Crypto/AllCurves.h"
@@ -62,7 +63,7 @@ Bytes PeerSecretOf(int curve, Bytes const& scalar, Bytes const& point) {
     return product;
 }
 
-class EcdhTest : public testing::Test {
+class Ecdh : public testing::Test {
 protected:
     void TearDown() override { EccSetRandom(Ubrix::Platform::RandomBytes); }
 };
@@ -85,7 +86,7 @@ std::vector<Bytes> EdgeScalars(CurveRecord const& record) {
     return scalars;
 }
 
-TEST_F(EcdhTest, EveryCurveAgreesWithThePeerAtEdgesAndDrawnKeys) {
+TEST_F(Ecdh, EveryCurveAgreesWithThePeerAtEdgesAndDrawnKeys) {
     EXPECT_EQ(PublicKeyOf(kSecp256k1, Small(kSecp256k1, 2)), FromHex(kServerKey)) << "as published";
     for (Curve const& curve : kCurves) {
         CurveRecord const& record = *curve.record;
@@ -111,7 +112,7 @@ TEST_F(EcdhTest, EveryCurveAgreesWithThePeerAtEdgesAndDrawnKeys) {
     }
 }
 
-TEST_F(EcdhTest, CoordinatesFromPOnCountModuloP) {
+TEST_F(Ecdh, CoordinatesFromPOnCountModuloP) {
     std::string const y = "4218F20AE6C646B363DB68605822FB14264CA8D2587FDD6FBC750D587E76A7EE";
     Bytes const point = FromHex(std::string(63, '0') + "1" + y);
     Bytes const wrapped = FromHex(std::string(55, 'F') + "EFFFFFC30" + y);
@@ -123,7 +124,7 @@ TEST_F(EcdhTest, CoordinatesFromPOnCountModuloP) {
     }
 }
 
-TEST_F(EcdhTest, ServerComesToTheSameKey) {
+TEST_F(Ecdh, ServerComesToTheSameKey) {
     for (unsigned int const length : {16U, 32U, 40U}) {
         Bytes key(48, '#');
         Bytes publicKey(65, '#');
@@ -143,7 +144,7 @@ void ExpectNoKey(char const* serverHex) {
     EXPECT_EQ(both, Bytes(96, '#')) << (serverHex != nullptr ? serverHex : "null");
 }
 
-TEST_F(EcdhTest, MalformedServerKeysLeaveTheOutputs) {
+TEST_F(Ecdh, MalformedServerKeysLeaveTheOutputs) {
     ExpectNoKey(nullptr);
     std::string const good = kServerKey;
     // Text that ends early, with nothing behind it to read; no digit at the end; the point at infinity.
@@ -157,7 +158,7 @@ int g_draws = 0;
 int g_goodDraws = 0;
 char g_drawn = 0;
 
-TEST_F(EcdhTest, AFailingRandomFunctionLeavesTheOutputs) {
+TEST_F(Ecdh, AFailingRandomFunctionLeavesTheOutputs) {
     EccSetRandom(nullptr);
     ExpectNoKey(kServerKey);
     EccSetRandom([](void* bytes, std::size_t length) {

@@ -4,12 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <string>
+#include <utility>
 
 namespace {
 
 using namespace Ubrix::Crypto;
 
-TEST(Base64Test, PublishedVectorsBothWays) {
+TEST(Base64, PublishedVectorsBothWays) {
     // RFC 4648, section 10, and the two characters that other alphabets replace.
     std::pair<char const*, char const*> const cases[] = {
         {"f", "Zg=="},         {"fo", "Zm8="},         {"foo", "Zm9v"},      {"foob", "Zm9vYg=="},
@@ -23,7 +25,7 @@ TEST(Base64Test, PublishedVectorsBothWays) {
     EXPECT_EQ(Base64Decode(Base64Encode("\0", 2)), std::string(2, '\0'));
 }
 
-TEST(Base64Test, DecodingEndsAtTheFirstForeignCharacter) {
+TEST(Base64, DecodingEndsAtTheFirstForeignCharacter) {
     std::pair<char const*, char const*> const cases[] = {
         {"Q", ""},    {"QUI", "AB"},     {"QU!I", "A"},      {"QUJDR", "ABC"},
         {"=QUI", ""}, {"QUJD-_", "ABC"}, {"QUI=QUI=", "AB"}, {"QUJDQ\xE9", "ABC"},
@@ -35,7 +37,7 @@ TEST(Base64Test, DecodingEndsAtTheFirstForeignCharacter) {
     EXPECT_EQ(Base64Decode("QUJD\nQUJD"), "ABC");
 }
 
-TEST(HexTest, DecodesPairsUpToTheFirstForeignCharacter) {
+TEST(Hex, DecodesPairsUpToTheFirstForeignCharacter) {
     char bytes[] = "####";
     EXPECT_TRUE(HexToBytes("09aFC0ff", 8, bytes));
     EXPECT_STREQ(bytes, "\x09\xAF\xC0\xFF");
@@ -44,8 +46,9 @@ TEST(HexTest, DecodesPairsUpToTheFirstForeignCharacter) {
         EXPECT_FALSE(HexToBytes(text, 4, bytes)) << text;
         EXPECT_EQ(std::string(bytes, 2), "\x01#");
     }
-    EXPECT_TRUE(HexToBytes(nullptr, 4, bytes) && HexToBytes("0102", 4, nullptr) &&
-                HexToBytes("zzz", 3, bytes));
+    EXPECT_TRUE(HexToBytes(nullptr, 4, bytes));
+    EXPECT_TRUE(HexToBytes("0102", 4, nullptr));
+    EXPECT_TRUE(HexToBytes("zzz", 3, bytes));
     EXPECT_EQ(bytes[0], '\x01');
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "Support/EncipheredFileDecoder.h"
 #include "Support/Files.h"
 
@@ -17,7 +19,7 @@ std::string HexOf(void const* digest) {
     return text;
 }
 
-TEST(Md5Test, MemoryAndFileAgreeWithThePeerAtEveryEdge) {
+TEST(Md5, MemoryAndFileAgreeWithThePeerAtEveryEdge) {
     EXPECT_EQ(HexOf(::Test::Md5("message digest").data()), "f96b697d7cb7938d525a2f31aaf161d0")
         << "RFC 1321, A.5";
     // Around the place of the length field, the block, the pieces of a file, and a bit count above 16 bits.

@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <set>
+#include <string>
 
 #include "Support/EncipheredFileDecoder.h"
 
@@ -34,7 +35,7 @@ bool Decrypt(std::string const& cipher, std::string const& key, int room, std::s
     return good;
 }
 
-TEST(TeaTest, EveryLengthComesBackIntoExactlyItsRoom) {
+TEST(Tea, EveryLengthComesBackIntoExactlyItsRoom) {
     std::string text;
     for (int length = 0; length <= 64; ++length) {
         std::string const cipher = Encrypt(text);
@@ -56,7 +57,7 @@ TEST(TeaTest, EveryLengthComesBackIntoExactlyItsRoom) {
     EXPECT_EQ(seen.size(), 100U) << "the padding is random";
 }
 
-TEST(TeaTest, RefusesBadLengths) {
+TEST(Tea, RefusesBadLengths) {
     EXPECT_EQ(zk_symmetry_encrypt2_length(-1), 0);
     EXPECT_EQ(zk_symmetry_encrypt2_length(INT_MAX - 16), 0);
     std::string plain;
@@ -72,7 +73,7 @@ TEST(TeaTest, RefusesBadLengths) {
     EXPECT_FALSE(Decrypt(cipher, kKey, 64, plain));
 }
 
-TEST(TeaTest, ChangedTextAndWrongKeysFail) {
+TEST(Tea, ChangedTextAndWrongKeysFail) {
     std::string const cipher = Encrypt("a text that fills some blocks of the cipher");
     std::string const whole = kKey + cipher;
     std::string plain;
