@@ -1,5 +1,6 @@
 #include "Platform/BuiltInTransport.h"
 
+#include "Platform/Immortal.h"
 #include "Platform/Mutex.h"
 
 namespace Ubrix::Platform {
@@ -14,7 +15,7 @@ struct SettingsRecord {
 };
 
 SettingsRecord& Record() {
-    static auto* const record = new SettingsRecord;
+    static Immortal<SettingsRecord> record;
     return *record;
 }
 

@@ -3,6 +3,7 @@
 #include <cassert>
 #include <utility>
 
+#include "Platform/Immortal.h"
 #include "Platform/LockDepth.h"
 
 namespace Ubrix::Platform {
@@ -16,7 +17,7 @@ thread_local unsigned int t_depthGivenUp = 0;
 
 // One lock for all turns: who waits for whom is looked up across them. Nothing is called out under it.
 RecursiveMutex& TheLock() {
-    static auto* const lock = new RecursiveMutex;
+    static Immortal<RecursiveMutex> lock;
     return *lock;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Platform/Boundary.h"
+#include "Platform/Immortal.h"
 #include "Platform/MemoryWant.h"
 #include "Platform/Thread.h"
 
@@ -51,8 +52,9 @@ private:
 ConfigureObservers::ConfigureObservers() : _ended(_lock) {}
 
 ConfigureObservers& ConfigureObservers::GetInstance() {
-    static auto& instance = *new ConfigureObservers;
-    return instance;
+    static Ubrix::Platform::Immortal<ConfigureObservers> instance(
+        [](void* room) { return new (room) ConfigureObservers; });
+    return *instance;
 }
 
 void ConfigureObservers::Add(char const* module, ConfigureObserver* observer) {

@@ -4,6 +4,7 @@
 #include "Base/Configure/ConfigureImpl.h"
 #include "Base/Ubrix/Service.h"
 #include "Platform/Boundary.h"
+#include "Platform/Immortal.h"
 
 namespace Velmor {
 
@@ -12,8 +13,8 @@ using Ubrix::AtBoundary;
 namespace {
 
 Ubrix::Service<ConfigureImpl>& TheService() {
-    static auto& service = *new Ubrix::Service<ConfigureImpl>(ConfigureImpl::ReleaseInstance);
-    return service;
+    static Ubrix::Platform::Immortal<Ubrix::Service<ConfigureImpl>> service(ConfigureImpl::ReleaseInstance);
+    return *service;
 }
 
 // Carries a call to the configuration that stands. One that a release overtook goes to the next as well: it
@@ -93,8 +94,8 @@ public:
 };
 
 ConfigureFront& TheFront() {
-    static auto& front = *new ConfigureFront;
-    return front;
+    static Ubrix::Platform::Immortal<ConfigureFront> front;
+    return *front;
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "Base/Configure/UploadSearch.h"
 #include "Base/Ubrix/Service.h"
 #include "Platform/Boundary.h"
+#include "Platform/Immortal.h"
 #include "Platform/MemoryWant.h"
 #include "Platform/Mutex.h"
 #include "Platform/Thread.h"
@@ -86,8 +87,8 @@ void UploadTurn::BeginUpload(std::string const& uploadId) {
 void StopOrders();
 
 Ubrix::Service<UploadStop>& Stops() {
-    static auto& stops = *new Ubrix::Service<UploadStop>(StopOrders);
-    return stops;
+    static Ubrix::Platform::Immortal<Ubrix::Service<UploadStop>> stops(StopOrders);
+    return *stops;
 }
 
 void StopOrders() {
@@ -201,8 +202,9 @@ FileUploader::FileUploader() : _body(new Body(*this)) {}
 FileUploader* FileUploader::GetInstance() {
     // Null without memory.
     return Ubrix::Platform::WithoutThrow([] {
-        static auto* const instance = new FileUploader;
-        return instance;
+        static Ubrix::Platform::Immortal<FileUploader> instance(
+            [](void* room) { return new (room) FileUploader; });
+        return &*instance;
     });
 }
 

@@ -1,7 +1,8 @@
 #include "Base/Container/AsText.h"
 
 #include <cassert>
-#include <new>
+
+#include "Platform/Immortal.h"
 
 namespace Ubrix {
 
@@ -26,9 +27,7 @@ AString const& AsAString(AObject const* object) {
 }
 
 AString const& EmptyString() {
-    // Never destroyed: callers keep references for as long as they like.
-    alignas(AString) static unsigned char room[sizeof(AString)];
-    static AString const* const empty = new (room) AString;
+    static Platform::Immortal<AString> empty;
     return *empty;
 }
 

@@ -1,6 +1,7 @@
 #include "Base/Ubrix/CoreParameters.h"
 
 #include "Base/Ubrix/Service.h"
+#include "Platform/Immortal.h"
 
 namespace Ubrix {
 
@@ -15,7 +16,7 @@ struct Record {
 
 // Innermost: nothing is called under its lock.
 Service<Record>& TheRecord() {
-    static auto* const record = new Service<Record>(nullptr);
+    static Platform::Immortal<Service<Record>> record(nullptr);
     return *record;
 }
 

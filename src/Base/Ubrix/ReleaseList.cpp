@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Platform/Boundary.h"
+#include "Platform/Immortal.h"
 #include "Platform/MemoryWant.h"
 #include "Platform/Mutex.h"
 
@@ -29,7 +30,7 @@ struct Walked {
 };
 
 Walked& TheList() {
-    static Walked* const list = new Walked;
+    static Platform::Immortal<Walked> list;
     return *list;
 }
 

@@ -7,6 +7,7 @@
 #include "Base/Ubrix/Service.h"
 #include "BuildConstants.h"
 #include "Platform/Boundary.h"
+#include "Platform/Immortal.h"
 #include "Storage/Log/LogMacros.h"
 
 namespace Ubrix {
@@ -26,7 +27,7 @@ struct CoreLife {
 };
 
 Service<CoreLife>& TheLife() {
-    static auto* const life = new Service<CoreLife>(nullptr);
+    static Platform::Immortal<Service<CoreLife>> life(nullptr);
     return *life;
 }
 
@@ -39,16 +40,14 @@ IVelmorCore& IVelmorCore::GetInstance() {
 }
 
 CVelmorCore& CVelmorCore::GetInstance() {
-    // Never destroyed, since callers may keep it over a release, and made without memory of its own.
-    alignas(CVelmorCore) static unsigned char room[sizeof(CVelmorCore)];
-    static auto& core = *new (room) CVelmorCore;
+    static Platform::Immortal<CVelmorCore> core([](void* room) { return new (room) CVelmorCore; });
     auto const greet = [](CoreLife& life) { return !std::exchange(life.isGreeted, true); };
     if (AtBoundary(false, [&greet] { return TheLife().With(greet); })) {
         VC_LOG(Event, "Ubrix::CVelmorCore::CVelmorCore",
                "Hello VelmorCore! OS_TYPE:%s, Version:%s, VersionHash:%s", kOsName, kVersion,
                VELMORCORE_VERSION_HASH);
     }
-    return core;
+    return *core;
 }
 
 void CVelmorCore::ReleaseInstance() {

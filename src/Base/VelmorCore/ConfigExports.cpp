@@ -6,6 +6,7 @@
 #include "Base/Configure/BundleConfigFile.h"
 #include "Base/Ubrix/Service.h"
 #include "Platform/Boundary.h"
+#include "Platform/Immortal.h"
 #include "Storage/Bundle/PlatformMetadata.h"
 #include "Storage/Log/LogMacros.h"
 
@@ -25,13 +26,13 @@ struct DefaultConfigFile {
 
 // Both last as long as the process.
 Velmor::RemoteConfig& TheGameRemoteConfig() {
-    static auto& config = *new Service<GameRemoteConfig>(nullptr);
-    return config.Share()->view;
+    static Ubrix::Platform::Immortal<Service<GameRemoteConfig>> config(nullptr);
+    return config->Share()->view;
 }
 
 VelmorCoreConfigFile* TheDefaultConfigFile() {
-    static auto& file = *new Service<DefaultConfigFile>(nullptr);
-    return &file.Share()->file;
+    static Ubrix::Platform::Immortal<Service<DefaultConfigFile>> file(nullptr);
+    return &file->Share()->file;
 }
 
 // What a read gives, or its default.

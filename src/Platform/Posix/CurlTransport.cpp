@@ -6,6 +6,7 @@
 #include <new>
 
 #include "Platform/BuiltInTransport.h"
+#include "Platform/Immortal.h"
 #include "Platform/Posix/CurlExchange.h"
 #include "Platform/Posix/TlsStay.h"
 
@@ -79,7 +80,7 @@ public:
 }  // namespace
 
 IHttpTransport& BuiltInHttpTransport() {
-    static auto* const transport = new CurlTransport;
+    static Immortal<CurlTransport> transport;
     TlsStay::WatchForExit();
     return *transport;
 }

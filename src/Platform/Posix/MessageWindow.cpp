@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Platform/Condition.h"
+#include "Platform/Immortal.h"
 #include "Platform/Mutex.h"
 #include "Platform/SystemClock.h"
 #include "Platform/Thread.h"
@@ -44,8 +45,8 @@ struct Desk {
 
 // Never destroyed: threads may end, and close their windows, after the process has begun to exit.
 Desk& TheDesk() {
-    static Desk& desk = *new Desk;
-    return desk;
+    static Immortal<Desk> desk;
+    return *desk;
 }
 
 bool HasSent(Window const& window) {

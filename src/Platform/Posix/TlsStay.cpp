@@ -8,6 +8,7 @@
 #include <ctime>
 
 #include "Platform/Condition.h"
+#include "Platform/Immortal.h"
 #include "Platform/Mutex.h"
 #include "Platform/SystemClock.h"
 
@@ -56,7 +57,7 @@ struct TlsStay::All {
 };
 
 TlsStay::All& TlsStay::TheStays() {
-    static auto* const all = new All;
+    static Immortal<All> all;
     return *all;
 }
 

@@ -3,6 +3,7 @@
 #include <VelmorCore/File.h>
 
 #include "Base/Ubrix/Service.h"
+#include "Platform/Immortal.h"
 #include "Security/Crypto/Wipe.h"
 #include "Storage/Log/LogMacros.h"
 
@@ -25,8 +26,8 @@ StoredKeys::~StoredKeys() {
 
 SecurityStore* SecurityStore::GetInstance() {
     // Lasts as long as the process.
-    static auto& store = *new Service<SecurityStoreImp>(nullptr);
-    return store.Share().get();
+    static Platform::Immortal<Service<SecurityStoreImp>> store(nullptr);
+    return store->Share().get();
 }
 
 SecurityStoreImp::SecurityStoreImp() {

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Platform/FileLock.h"
+#include "Platform/Immortal.h"
 #include "Security/SecurityStore/SecurityStore.h"
 #include "Storage/File/OwnDirectories.h"
 
@@ -22,7 +23,7 @@ struct Process {
 };
 
 Process& ThisProcess() {
-    static Process* const process = new Process();
+    static Platform::Immortal<Process> process;
     return *process;
 }
 

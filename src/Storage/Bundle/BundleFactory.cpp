@@ -8,6 +8,7 @@
 
 #include "Base/Ubrix/Service.h"
 #include "Platform/Boundary.h"
+#include "Platform/Immortal.h"
 #include "Storage/Bundle/BundleFactoryLoad.h"
 #include "Storage/Bundle/BundleHold.h"
 #include "Storage/Bundle/BundleImpl.h"
@@ -46,20 +47,20 @@ struct NamedBundles {
 };
 
 Service<NamedBundles>& TheBundles() {
-    static auto& bundles = *new Service<NamedBundles>(nullptr);
-    return bundles;
+    static Platform::Immortal<Service<NamedBundles>> bundles(nullptr);
+    return *bundles;
 }
 
 // Lasts as long as the process.
 Service<BundleImpl>& TheDefaultBundle() {
-    static auto& bundle = *new Service<BundleImpl>(nullptr);
-    return bundle;
+    static Platform::Immortal<Service<BundleImpl>> bundle(nullptr);
+    return *bundle;
 }
 
 // What a caller gets if there is no memory for a bundle.
 Bundle& NoBundle() {
-    static auto& bundle = *new BundleImpl(IniBundle::WithoutFile());
-    return bundle;
+    static Platform::Immortal<BundleImpl> bundle{IniBundle::WithoutFile()};
+    return *bundle;
 }
 
 }  // namespace
@@ -69,10 +70,8 @@ AString Bundle::GetMetaString(char const* section, char const* key, char const* 
 }
 
 BundleFactory& BundleFactory::GetInstance() {
-    // Never destroyed, and made without memory of its own.
-    alignas(BundleFactory) static unsigned char room[sizeof(BundleFactory)];
-    static auto& factory = *new (room) BundleFactory;
-    return factory;
+    static Platform::Immortal<BundleFactory> factory([](void* room) { return new (room) BundleFactory; });
+    return *factory;
 }
 
 void BundleFactory::ReleaseInstance() {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Platform/CallTurn.h"
+#include "Platform/Immortal.h"
 #include "Platform/LastError.h"
 #include "Platform/LockDepth.h"
 #include "Platform/MemoryWant.h"
@@ -59,7 +60,7 @@ std::atomic<bool> g_toldOfDepth{false};
 
 // All callbacks' one turn. Never destroyed: threads may log to the very end of the process.
 CallTurn& TheTurn() {
-    static auto* const turn = new CallTurn(CallTurn::WhileWaiting::GivenUp);
+    static Platform::Immortal<CallTurn> turn(CallTurn::WhileWaiting::GivenUp);
     return *turn;
 }
 

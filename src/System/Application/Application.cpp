@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "Platform/Immortal.h"
 #include "Platform/MemoryWant.h"
 #include "Storage/Log/LogMacros.h"
 
@@ -21,8 +22,8 @@ IApplicationObserver::~IApplicationObserver() {
 
 CApplication& CApplication::GetInstance() {
     // Never destroyed: observers may go with the process.
-    static CApplication& application = *new CApplication;
-    return application;
+    static Platform::Immortal<CApplication> application([](void* room) { return new (room) CApplication; });
+    return *application;
 }
 
 void CApplication::ReleaseInstance() {

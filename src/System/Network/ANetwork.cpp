@@ -3,6 +3,7 @@
 #include <new>
 
 #include "Platform/Boundary.h"
+#include "Platform/Immortal.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Network/NetworkObservers.h"
 #include "System/Thread/ATargetBase.h"
@@ -16,10 +17,8 @@ INetwork& INetwork::GetInstance() {
 }
 
 CNetwork& CNetwork::TheObject() {
-    // Made without memory of its own.
-    alignas(CNetwork) static unsigned char room[sizeof(CNetwork)];
-    static CNetwork& network = *new (room) CNetwork;
-    return network;
+    static Platform::Immortal<CNetwork> network([](void* room) { return new (room) CNetwork; });
+    return *network;
 }
 
 CNetwork& CNetwork::GetInstance() {

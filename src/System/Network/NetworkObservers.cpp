@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Platform/Boundary.h"
+#include "Platform/Immortal.h"
 #include "Platform/MemoryWant.h"
 
 namespace Ubrix {
@@ -52,8 +53,9 @@ private:
 NetworkObservers::NetworkObservers() : _lists(CNetwork::ReleaseInstance) {}
 
 NetworkObservers& NetworkObservers::GetInstance() {
-    static NetworkObservers& instance = *new NetworkObservers;
-    return instance;
+    static Platform::Immortal<NetworkObservers> instance(
+        [](void* room) { return new (room) NetworkObservers; });
+    return *instance;
 }
 
 bool NetworkObservers::Begin() {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Base/Ubrix/Service.h"
+#include "Platform/Immortal.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/NetworkChecker/ResultLines.h"
 #include "System/Thread/ATargetBase.h"
@@ -34,8 +35,8 @@ struct LinesOnTheirWay {
 };
 
 Service<LinesOnTheirWay>& TheLines() {
-    static auto& lines = *new Service<LinesOnTheirWay>(ANetworkChecker::ReleaseInstance);
-    return lines;
+    static Platform::Immortal<Service<LinesOnTheirWay>> lines(ANetworkChecker::ReleaseInstance);
+    return *lines;
 }
 
 // What a selector carries of the line, which waits among the others until it is taken.
@@ -71,8 +72,8 @@ INetworkChecker& INetworkChecker::GetInstance() {
 }
 
 ANetworkChecker& ANetworkChecker::TheObject() {
-    static ANetworkChecker& checker = *new ANetworkChecker;
-    return checker;
+    static Platform::Immortal<ANetworkChecker> checker([](void* room) { return new (room) ANetworkChecker; });
+    return *checker;
 }
 
 ANetworkChecker& ANetworkChecker::GetInstance() {

@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "Platform/Boundary.h"
+#include "Platform/Immortal.h"
 #include "Platform/Mutex.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Operation/OperationQueueImp.h"
@@ -26,8 +27,8 @@ struct OperationLinks {
 };
 
 OperationLinks& Links() {
-    static OperationLinks& links = *new OperationLinks;
-    return links;
+    static Platform::Immortal<OperationLinks> links;
+    return *links;
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "Base/Ubrix/CoreConfigReader.h"
 #include "Platform/Boundary.h"
+#include "Platform/Immortal.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Operation/OperationQueueImp.h"
 
@@ -34,11 +35,9 @@ private:
     }
 };
 
-// Never destroyed, and made without memory of its own.
 PoolFront& TheFront() {
-    alignas(PoolFront) static unsigned char room[sizeof(PoolFront)];
-    static auto& front = *new (room) PoolFront;
-    return front;
+    static Platform::Immortal<PoolFront> front;
+    return *front;
 }
 
 }  // namespace

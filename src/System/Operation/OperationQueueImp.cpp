@@ -5,6 +5,7 @@
 
 #include "Base/Ubrix/CoreConfigReader.h"
 #include "Base/Ubrix/Service.h"
+#include "Platform/Immortal.h"
 #include "Platform/Thread.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Operation/StaticOperation.h"
@@ -21,8 +22,8 @@ struct Pool {
 };
 
 Service<Pool>& ThePool() {
-    static auto& pool = *new Service<Pool>(OperationQueueImp::ReleaseInstance);
-    return pool;
+    static Platform::Immortal<Service<Pool>> pool(OperationQueueImp::ReleaseInstance);
+    return *pool;
 }
 
 // The alarm of the standing pool's manager, so that it can be rung at any time.
@@ -32,8 +33,8 @@ struct Alarm {
 };
 
 Alarm& TheAlarm() {
-    static auto& alarm = *new Alarm;
-    return alarm;
+    static Platform::Immortal<Alarm> alarm;
+    return *alarm;
 }
 
 void SetAlarm(Platform::Event* event) {

@@ -2,6 +2,7 @@
 
 #include <map>
 
+#include "Platform/Immortal.h"
 #include "Platform/MemoryWant.h"
 #include "Platform/Mutex.h"
 #include "System/PlatformObject/IPlatformObject.h"
@@ -21,8 +22,8 @@ struct CreatorMap {
 
 // Never destroyed: threads may ask while the process exits.
 CreatorMap& TheCreators() {
-    static CreatorMap& map = *new CreatorMap;
-    return map;
+    static Platform::Immortal<CreatorMap> map;
+    return *map;
 }
 
 IPlatformObjectCreator* FindCreator(std::string const& className) {
@@ -35,8 +36,9 @@ IPlatformObjectCreator* FindCreator(std::string const& className) {
 }  // namespace
 
 CPlatformClassRegistry& CPlatformClassRegistry::GetInstance() {
-    static CPlatformClassRegistry& instance = *new CPlatformClassRegistry;
-    return instance;
+    static Platform::Immortal<CPlatformClassRegistry> instance(
+        [](void* room) { return new (room) CPlatformClassRegistry; });
+    return *instance;
 }
 
 void CPlatformClassRegistry::RegisterCreator(char const* className, IPlatformObjectCreator* creator) {

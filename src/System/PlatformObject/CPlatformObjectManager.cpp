@@ -2,6 +2,7 @@
 
 #include <unordered_map>
 
+#include "Platform/Immortal.h"
 #include "Platform/MemoryWant.h"
 #include "System/PlatformObject/IPlatformObject.h"
 
@@ -19,8 +20,8 @@ struct Holders {
 };
 
 Holders& TheHolders() {
-    static Holders& holders = *new Holders;
-    return holders;
+    static Platform::Immortal<Holders> holders;
+    return *holders;
 }
 
 void Hold(IPlatformObject const* object) {

@@ -1,10 +1,12 @@
 #include "System/PlatformObject/ManagedCallbacks.h"
 
+#include "Platform/Immortal.h"
+
 namespace Ubrix {
 
 ManagedCallbacks& ManagedCallbacks::Get() {
-    static ManagedCallbacks& callbacks = *new ManagedCallbacks;
-    return callbacks;
+    static Platform::Immortal<ManagedCallbacks> callbacks;
+    return *callbacks;
 }
 
 }  // namespace Ubrix

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "Base/Ubrix/Service.h"
+#include "Platform/Immortal.h"
 #include "System/PlatformObject/CPlatformClassRegistry.h"
 #include "System/PlatformObject/CPlatformObject.h"
 
@@ -27,8 +28,8 @@ struct Managers {
 };
 
 Service<Managers>& TheManagers() {
-    static auto& managers = *new Service<Managers>(nullptr);
-    return managers;
+    static Platform::Immortal<Service<Managers>> managers(nullptr);
+    return *managers;
 }
 
 // True if an object was made.

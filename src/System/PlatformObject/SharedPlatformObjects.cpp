@@ -3,6 +3,7 @@
 #include <iterator>
 #include <map>
 
+#include "Platform/Immortal.h"
 #include "Platform/Mutex.h"
 
 namespace Ubrix {
@@ -18,8 +19,8 @@ struct SharedMap {
 
 // Never destroyed: objects may go with the process.
 SharedMap& TheMap() {
-    static SharedMap& map = *new SharedMap;
-    return map;
+    static Platform::Immortal<SharedMap> map;
+    return *map;
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "Platform/Boundary.h"
 #include "Platform/Guid.h"
+#include "Platform/Immortal.h"
 #include "Platform/Mutex.h"
 #include "Storage/File/IniFileImp.h"
 #include "Storage/Log/LogMacros.h"
@@ -25,8 +26,8 @@ std::atomic<char const*> g_udid{nullptr};
 // Lets one thread at a time look for the id. Held while the file is read and written, so that all first
 // callers get the same id. Never destroyed.
 Platform::RecursiveMutex& UdidMutex() {
-    static Platform::RecursiveMutex& mutex = *new Platform::RecursiveMutex;
-    return mutex;
+    static Platform::Immortal<Platform::RecursiveMutex> mutex;
+    return *mutex;
 }
 
 // A copy that nobody frees; null if there is no memory.

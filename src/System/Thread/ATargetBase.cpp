@@ -3,6 +3,7 @@
 #include <atomic>
 #include <memory>
 
+#include "Platform/Immortal.h"
 #include "Platform/MessageWindow.h"
 #include "Platform/Mutex.h"
 #include "System/Thread/CSelectorManager.h"
@@ -29,8 +30,8 @@ std::atomic<WindowHandle> g_uiWindow{WindowHandle::None};
 
 // Never destroyed: threads may post while the process exits.
 MainQueues& Queues() {
-    static MainQueues& queues = *new MainQueues;
-    return queues;
+    static Platform::Immortal<MainQueues> queues;
+    return *queues;
 }
 
 QueuePointer TakeOrMake(QueuePointer& queue) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <atomic>
 
+#include "Platform/Immortal.h"
+
 namespace Ubrix {
 
 namespace {
@@ -39,9 +41,9 @@ void ClockSource::WaitUntil(Platform::Event& event, long long moment) const {
 
 ClockSource const& ClockSource::Current() {
     // Never destroyed: timer threads read it while the process exits.
-    static ClockSource const& system = *new ClockSource;
+    static Platform::Immortal<ClockSource> system;
     ClockSource const* replacement = g_replacement.load(std::memory_order_acquire);
-    return replacement != nullptr ? *replacement : system;
+    return replacement != nullptr ? *replacement : *system;
 }
 
 void ClockSource::Replace(ClockSource const* source) {

@@ -9,6 +9,7 @@
 
 #include "Base/Container/Number/RealText.h"
 #include "Base/Container/Value/ValueMap.h"
+#include "Platform/Immortal.h"
 #include "Platform/MemoryWant.h"
 #include "Storage/Log/LogMacros.h"
 
@@ -28,8 +29,7 @@ Value const Value::Null{Value::Nothing()};
 
 Value& ScratchValue() {
     // Without a destructor: to have one called at the thread's end takes memory, and there may be none.
-    alignas(Value) thread_local unsigned char room[sizeof(Value)];
-    thread_local Value* const scratch = new (room) Value;
+    thread_local Platform::Immortal<Value> scratch;
     Value nothing;
     scratch->swap(nothing);
     return *scratch;

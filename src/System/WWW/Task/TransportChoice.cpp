@@ -3,6 +3,7 @@
 #include <string>
 
 #include "Platform/BuiltInTransport.h"
+#include "Platform/Immortal.h"
 #include "Platform/MemoryWant.h"
 #include "Platform/Mutex.h"
 
@@ -18,7 +19,7 @@ struct Choice {
 };
 
 Choice& TheChoice() {
-    static auto* const choice = new Choice;
+    static Platform::Immortal<Choice> choice;
     return *choice;
 }
 

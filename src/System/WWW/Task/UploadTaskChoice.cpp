@@ -2,6 +2,7 @@
 #include <VelmorCore/Http.h>
 #include <VelmorCore/UploadTask.h>
 
+#include "Platform/Immortal.h"
 #include "Platform/MemoryWant.h"
 #include "Platform/Mutex.h"
 #include "System/WWW/Task/OzkUploadTaskImpl.h"
@@ -18,7 +19,7 @@ struct Choice {
 };
 
 Choice& TheChoice() {
-    static auto* const choice = new Choice;
+    static Platform::Immortal<Choice> choice;
     return *choice;
 }
 

@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "Platform/Immortal.h"
 #include "Platform/MemoryWant.h"
 #include "Platform/Mutex.h"
 #include "Storage/Log/LogMacros.h"
@@ -16,7 +17,7 @@ struct TaskRegistry {
 };
 
 TaskRegistry& Registry() {
-    static auto* const registry = new TaskRegistry;
+    static Platform::Immortal<TaskRegistry> registry;
     return *registry;
 }
 
