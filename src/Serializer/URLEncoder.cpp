@@ -12,8 +12,8 @@ bool IsPlain(char character) {
            character == '~';
 }
 
-// The value of a letter or digit; -1 for any other byte.
-int DigitValue(char character) {
+// As of a hexadecimal digit, with letters past 'F' counting on from it; -1 for any other byte.
+int LetterOrDigitValue(char character) {
     if (character >= '0' && character <= '9') {
         return character - '0';
     }
@@ -49,8 +49,8 @@ std::string URLEncoder::Decode(std::string const& text) {
     decoded.reserve(text.size());
     for (size_t i = 0; i < text.size(); ++i) {
         bool const isEscape = text[i] == '%' && text.size() - i > 2;
-        int const high = isEscape ? DigitValue(text[i + 1]) : -1;
-        int const low = isEscape ? DigitValue(text[i + 2]) : -1;
+        int const high = isEscape ? LetterOrDigitValue(text[i + 1]) : -1;
+        int const low = isEscape ? LetterOrDigitValue(text[i + 2]) : -1;
         if (high >= 0 && low >= 0) {
             decoded += static_cast<char>(static_cast<unsigned char>(high * 16 + low));
             i += 2;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "Base/Container/AsciiText.h"
 #include "Storage/File/IniText.h"
 
 namespace Velmor {
@@ -20,16 +21,6 @@ bool IsForbidden(char character) {
            kReserved.find(character) != std::string_view::npos;
 }
 
-std::string UpperCase(std::string_view text) {
-    std::string upper(text);
-    for (char& character : upper) {
-        if (character >= 'a' && character <= 'z') {
-            character = static_cast<char>(character - 'a' + 'A');
-        }
-    }
-    return upper;
-}
-
 // Windows takes what stands in front of the first point, blanks at its end apart.
 bool NamesDevice(std::string_view upperName) {
     constexpr std::string_view kDevices[] = {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"};
@@ -43,7 +34,7 @@ bool NamesDevice(std::string_view upperName) {
 }  // namespace
 
 bool CanNameConfigFile(std::string_view name) {
-    std::string const upper = UpperCase(name);
+    std::string const upper = Ubrix::UpperAscii(std::string(name));
     // In any case: there are systems where that is the same file.
     bool const isOurs = upper == "REMOTECONFIG" || upper == "VELMOR";
     return name.size() <= kMaxLength && name != "." && name != ".." && !isOurs && !NamesDevice(upper) &&

@@ -1,23 +1,8 @@
 #include "Security/Crypto/Hex.h"
 
+#include "Base/Container/AsciiText.h"
+
 namespace Ubrix::Crypto {
-namespace {
-
-// The value of a digit, or -1.
-int DigitValue(char digit) {
-    if (digit >= '0' && digit <= '9') {
-        return digit - '0';
-    }
-    if (digit >= 'a' && digit <= 'f') {
-        return digit - 'a' + 10;
-    }
-    if (digit >= 'A' && digit <= 'F') {
-        return digit - 'A' + 10;
-    }
-    return -1;
-}
-
-}  // namespace
 
 bool HexToBytes(char const* text, unsigned int length, void* bytes) {
     if (text == nullptr || bytes == nullptr || length % 2 != 0) {
@@ -25,8 +10,8 @@ bool HexToBytes(char const* text, unsigned int length, void* bytes) {
     }
     auto* next = static_cast<unsigned char*>(bytes);
     for (unsigned int i = 0; i < length; i += 2) {
-        int const high = DigitValue(text[i]);
-        int const low = DigitValue(text[i + 1]);
+        int const high = HexDigitValue(text[i]);
+        int const low = HexDigitValue(text[i + 1]);
         if (high < 0 || low < 0) {
             return false;
         }

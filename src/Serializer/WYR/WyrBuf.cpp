@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "Base/Container/AsciiText.h"
 #include "Serializer/WYR/WyrError.h"
 
 namespace Ubrix {
@@ -12,15 +13,6 @@ namespace Ubrix {
 namespace {
 
 constexpr char kDigits[] = "0123456789ABCDEF";
-
-// -1 for what is no hexadecimal digit.
-int DigitValue(char c) {
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    char const upper = static_cast<char>(c & ~0x20);
-    return upper >= 'A' && upper <= 'F' ? upper - 'A' + 10 : -1;
-}
 
 }  // namespace
 
@@ -136,8 +128,8 @@ int WyrBuf::loadHex(char const* srcHexStr, size_t srcSize, size_t* usedSize) {
     size_t taken = 0;
     int result = WyrError::WYR_NO_ERROR;
     for (; taken < take; taken += 2) {
-        int const high = DigitValue(srcHexStr[taken]);
-        int const low = DigitValue(srcHexStr[taken + 1]);
+        int const high = HexDigitValue(srcHexStr[taken]);
+        int const low = HexDigitValue(srcHexStr[taken + 1]);
         if (high < 0 || low < 0) {
             result = WyrError::WYR_ERR_HEX_FORMAT;
             break;

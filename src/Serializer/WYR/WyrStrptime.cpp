@@ -4,6 +4,7 @@
 #include <climits>
 #include <cstdlib>
 
+#include "Base/Container/AsciiText.h"
 #include "Serializer/WYR/WyrSpace.h"
 
 namespace Ubrix {
@@ -17,10 +18,6 @@ constexpr char const* kMonths[] = {"January", "February", "March",     "April", 
                                    "Jan",     "Feb",      "Mar",       "Apr",     "May",      "Jun",
                                    "Jul",     "Aug",      "Sep",       "Oct",     "Nov",      "Dec"};
 constexpr char const* kHalves[] = {"am", "pm"};
-
-char Lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
-}
 
 int Clamped(long long value) {
     return static_cast<int>(std::min<long long>(std::max<long long>(value, INT_MIN), INT_MAX));
@@ -116,7 +113,7 @@ private:
         for (*place = 0; *place < kCount; ++*place) {
             char const* text = _input;
             char const* candidate = names[*place];
-            while (*candidate != '\0' && Lower(*text) == Lower(*candidate)) {
+            while (*candidate != '\0' && LowerAscii(*text) == LowerAscii(*candidate)) {
                 ++text;
                 ++candidate;
             }

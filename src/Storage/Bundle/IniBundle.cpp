@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "Base/Container/AsciiText.h"
 #include "Storage/File/IniText.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogMacros.h"
@@ -12,16 +13,6 @@
 namespace Ubrix {
 
 namespace {
-
-// Upper case of the Latin letters, in every locale.
-std::string UpperCase(std::string text) {
-    for (char& character : text) {
-        if (character >= 'a' && character <= 'z') {
-            character = static_cast<char>(character - 'a' + 'A');
-        }
-    }
-    return text;
-}
 
 std::string_view BareName(std::string_view path) {
     return path.substr(path.rfind('/') + 1);
@@ -133,7 +124,7 @@ long long IniBundle::Get(char const* /*key*/, long long defaultValue) {
 }
 
 bool IniBundle::Get(char const* section, char const* key, bool defaultValue, bool* found) {
-    std::string const text = UpperCase(Get(section, key, "", found).CString());
+    std::string const text = UpperAscii(Get(section, key, "", found).CString());
     // "1" is what a bool is stored as; "TRUE" stands in files of older writers.
     return text.empty() ? defaultValue : text == "TRUE" || text == "1";
 }

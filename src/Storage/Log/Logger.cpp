@@ -7,6 +7,7 @@
 #include <cstring>
 #include <new>
 
+#include "Base/Container/AsciiText.h"
 #include "Base/Ubrix/CoreConfigReader.h"
 #include "Platform/Console.h"
 #include "Platform/LastError.h"
@@ -19,10 +20,6 @@ namespace Ubrix {
 namespace {
 
 constexpr char const* kLevelNames[] = {"Debug", "Info", "Warning", "Event", "Error", "None"};
-
-char LowerAscii(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 bool EqualIgnoringCase(char const* a, char const* b) {
     while (*a != '\0' && LowerAscii(*a) == LowerAscii(*b)) {

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "Base/Container/AsciiText.h"
+
 namespace Ubrix {
 
 namespace {
@@ -13,10 +15,6 @@ struct Scheme {
 };
 
 constexpr Scheme kSchemes[] = {{"ftp", 1, 21}, {"gopher", 2, 70}, {"http", 3, 80}, {"https", 4, 443}};
-
-char LowerAscii(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
 
 Scheme const* FindScheme(std::string const& name) {
     std::string lower;
