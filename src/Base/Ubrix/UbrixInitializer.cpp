@@ -4,7 +4,6 @@
 #include "Base/Ubrix/CoreParameters.h"
 #include "Platform/Boundary.h"
 #include "Storage/Log/AFileLogger.h"
-#include "Storage/Log/LogThread.h"
 
 namespace Ubrix {
 

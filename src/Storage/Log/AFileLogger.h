@@ -72,4 +72,9 @@ private:
     int const _exceedOperation;
 };
 
+// Runs `start`, the sweep of old files for one, on a detached thread of its own, so that logging needs
+// nothing of the worker threads, and logs "CreateThread %s:%p" with `name` and the thread's handle, null if
+// the system refused.
+void LogCreateThread(void (*start)(), char const* name);
+
 }  // namespace Ubrix

@@ -1,4 +1,4 @@
-// The retention side of AFileLogger: which files a module's directory keeps.
+// The retention side of AFileLogger: which files a module's directory keeps, and the thread that looks.
 #include <VelmorCore/File.h>
 
 #include <algorithm>
@@ -8,6 +8,7 @@
 
 #include "Platform/Directory.h"
 #include "Platform/MemoryWant.h"
+#include "Platform/Thread.h"
 #include "Storage/Log/AFileLogger.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LineBudget.h"
@@ -91,7 +92,33 @@ std::vector<StampedFile> FilesByAge(std::vector<std::string> const& names, std::
     return files;
 }
 
+struct Plan {
+    void (*start)();
+    char const* name;
+};
+
+void RunPlan(void* argument) {
+    Plan const plan = *static_cast<Plan*>(argument);
+    delete static_cast<Plan*>(argument);
+    Platform::NameCurrentThread(plan.name);
+    try {
+        Platform::UnwindScope const scope;
+        plan.start();
+    } catch (std::bad_alloc const&) {
+        VC_LOG_CONSOLE(Error, "Ubrix::LogCreateThread", "no memory for the work of %s", plan.name);
+    }
+}
+
 }  // namespace
+
+void LogCreateThread(void (*start)(), char const* name) {
+    auto* const plan = new (std::nothrow) Plan{start, name};
+    void* handle = nullptr;
+    if (plan != nullptr && !Platform::StartThread(RunPlan, plan, &handle)) {
+        delete plan;
+    }
+    VC_LOG_CONSOLE(Info, "Ubrix::LogCreateThread", "CreateThread %s:%p", name, handle);
+}
 
 void AFileLogger::RemoveOldLogFiles(char const* name, int hours, int maxCount) {
     try {

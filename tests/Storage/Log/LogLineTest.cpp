@@ -10,9 +10,9 @@
 
 #include "Platform/Event.h"
 #include "Platform/Thread.h"
+#include "Storage/Log/AFileLogger.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LogFacade.h"
-#include "Storage/Log/LogThread.h"
 #include "Support/ConsoleCapture.h"
 #include "Support/FakeClock.h"
 
