@@ -5,10 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "System/NetworkChecker/NSLookupResult.h"
-#include "System/NetworkChecker/PingResult.h"
-#include "System/NetworkChecker/TraceRouteMessage.h"
-#include "System/NetworkChecker/TraceRouteResult.h"
+#include "System/NetworkChecker/DiagnosticResults.h"
 
 namespace {
 

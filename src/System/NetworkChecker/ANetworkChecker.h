@@ -3,10 +3,8 @@
 
 #include <VelmorCore/Target.h>
 
+#include "System/NetworkChecker/DiagnosticResults.h"
 #include "System/NetworkChecker/INetworkChecker.h"
-#include "System/NetworkChecker/NSLookupResult.h"
-#include "System/NetworkChecker/PingResult.h"
-#include "System/NetworkChecker/TraceRouteResult.h"
 
 namespace Ubrix {
 

@@ -1,7 +1,5 @@
 #include "System/NetworkChecker/ResultLines.h"
 
-#include "System/NetworkChecker/TraceRouteMessage.h"
-
 namespace Ubrix {
 
 namespace {

@@ -1,9 +1,7 @@
 // The lines in which a platform's tool tells the outcome of a diagnostic, cut at each "#".
 #pragma once
 
-#include "System/NetworkChecker/NSLookupResult.h"
-#include "System/NetworkChecker/PingResult.h"
-#include "System/NetworkChecker/TraceRouteResult.h"
+#include "System/NetworkChecker/DiagnosticResults.h"
 
 namespace Ubrix {
 
