@@ -10,13 +10,28 @@
 #include "Storage/Log/LogMacros.h"
 #include "System/WWW/Task/DataTaskExchange.h"
 #include "System/WWW/Task/TransportChoice.h"
-#include "System/WWW/Task/TransportError.h"
 
 namespace Ubrix {
 
 namespace {
 
 constexpr char const* kWorker = "Ubrix::DataTaskImpl::OnThreadProc";
+
+// What a listener is told of a request that failed with `transportError`.
+int DataTaskErrorCode(int transportError) {
+    switch (transportError) {
+        case HttpErrorTimeout:
+            return 2;
+        case HttpErrorNameNotResolved:
+            return 3;
+        case HttpErrorInvalidUrl:
+            return 4;
+        case HttpErrorCannotConnect:
+            return 5;
+        default:
+            return 1;
+    }
+}
 
 int Carry(DataTaskRequest const& request, CrackedUrl const& url, std::vector<std::string> const& lines,
           DataTaskExchange& exchange) {
