@@ -60,8 +60,9 @@ public:
         /// data        the body, `length` bytes and a NUL behind them; valid during the call. Null on failure
         /// length      bytes of the body, 0 on failure
         ///
-        /// While it runs, the task still counts as requesting, and the task's lock is held. The listener may
-        /// set or remove listeners and cancel or destroy the task.
+        /// While it runs, the task still counts as requesting, no lock of the library is held, and whoever
+        /// sets or removes the listener, cancels or destroys the task on another thread waits. The listener
+        /// itself may do all of that.
         virtual void OnDataTaskFinished(DataTask* task, int errorCode, int httpStatus, char const* data,
                                         std::uint64_t length) = 0;
 
@@ -139,7 +140,7 @@ public:
     /// Destroys a task; null is ignored.
     static void Destroy(DownloadFileTask* task);
     /// A new upload task, from the host's factory if it has set one; see UploadTask.h. The caller owns it
-    /// until it has called Upload. Null only if the host's factory gives null.
+    /// until it has called Upload. Null if the host's factory gives null, or without memory.
     static OzkCUploadTask* GetOzkUploadTask();
 
     WWW() = delete;

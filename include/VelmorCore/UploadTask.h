@@ -56,7 +56,8 @@ protected:
 namespace Ubrix {
 
 /// Makes a task with `new`, or gives null if it has none to give. Called on the thread that asks for a task,
-/// with no lock held; it must not throw.
+/// which for an order of the server is one of the library's, with no lock of the library held; it may take
+/// its time there, and must not throw.
 using OzkUploadTaskFactory = OzkCUploadTask* (*)(void* userData);
 
 /// Lets `factory` make the upload tasks from now on. Null brings the built-in one back, whose tasks keep what
