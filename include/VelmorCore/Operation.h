@@ -125,9 +125,9 @@ private:
 
 /// The pool: two threads that start with it, a third that comes after a second of full load and goes when it
 /// is over, and one that keeps the order. It is small and unhurried: a thread rests 10 ms after each
-/// operation, and an operation starts some 10 to 20 ms after it was added; the threads of a pool that was
-/// just made begin after 100 ms, and its first operation some 110 ms after it was added. First come, first
-/// started; with several threads, operations overlap. An idle pool costs nothing.
+/// operation, and an operation starts 10 to 20 ms after it was added, as a rule; the threads of a pool that
+/// was just made begin after 100 ms, and its first operation some 110 ms after it was added. First come,
+/// first started; with several threads, operations overlap. An idle pool costs nothing.
 ///
 /// Any thread may call it, also from within an operation and from a log callback.
 class VELMORCORE_API OperationQueue {
