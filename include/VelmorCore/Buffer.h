@@ -165,9 +165,9 @@ private:
 /// order in ReadFrom.
 class VELMORCORE_API _tagSarnetBufferBase : public AObject {
 public:
-    /// Copies no field: fields belong to the derived class.
+    /// Copies what AObject does; fields belong to the derived class.
     _tagSarnetBufferBase(_tagSarnetBufferBase const& other);
-    /// Copies no field: fields belong to the derived class.
+    /// Copies what AObject does; fields belong to the derived class.
     _tagSarnetBufferBase& operator=(_tagSarnetBufferBase const& other);
 
     /// Puts the encoded bytes in place of the content of `out`. True; false, with `out` as it was, if memory
