@@ -6,7 +6,7 @@
 #include "System/Application/Application.h"
 #include "System/PlatformObject/CPlatformObject.h"
 #include "System/PlatformObject/PlatformObjects.h"
-#include "System/Thread/ATargetBase.h"
+#include "System/Thread/GameThread.h"
 
 namespace Ubrix {
 

@@ -7,7 +7,7 @@
 
 #include "Platform/Boundary.h"
 #include "Storage/Log/LogMacros.h"
-#include "System/Thread/ATargetBase.h"
+#include "System/Thread/GameThread.h"
 
 using Ubrix::AtBoundary;
 

@@ -6,7 +6,7 @@
 #include "Platform/Immortal.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Network/NetworkObservers.h"
-#include "System/Thread/ATargetBase.h"
+#include "System/Thread/GameThread.h"
 
 namespace Ubrix {
 

@@ -9,7 +9,7 @@
 #include "Platform/Immortal.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/NetworkChecker/ResultLines.h"
-#include "System/Thread/ATargetBase.h"
+#include "System/Thread/GameThread.h"
 
 namespace Ubrix {
 

@@ -15,7 +15,8 @@ namespace Ubrix {
 // selector runs once, in no order across them. What waits at the end is dropped without being run.
 class CSelectorManager : public ISelectorCollection {
 public:
-    // The most that one pass runs, so that a frame's share of selector work stays small.
+    // The most calls that one pass, and so one frame of the game, runs: a frame's share of such work stays
+    // small.
     static constexpr int kMaxPerPass = 20;
 
     CSelectorManager() = default;

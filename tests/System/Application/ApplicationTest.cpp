@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "Base/Ubrix/IBase.h"
-#include "System/Thread/ATargetBase.h"
+#include "System/Thread/GameThread.h"
 
 namespace Ubrix {
 namespace {

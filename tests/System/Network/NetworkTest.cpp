@@ -10,7 +10,7 @@
 
 #include "Base/Ubrix/IBase.h"
 #include "System/Network/Nat64Address.h"
-#include "System/Thread/ATargetBase.h"
+#include "System/Thread/GameThread.h"
 
 namespace Ubrix {
 namespace {

@@ -10,7 +10,7 @@
 #include "Base/Ubrix/IBase.h"
 #include "Support/LogCapture.h"
 #include "System/NetworkChecker/ANetworkChecker.h"
-#include "System/Thread/ATargetBase.h"
+#include "System/Thread/GameThread.h"
 
 namespace Ubrix {
 namespace {

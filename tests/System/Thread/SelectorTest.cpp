@@ -11,8 +11,8 @@
 #include "Platform/Event.h"
 #include "Platform/MessageWindow.h"
 #include "Platform/Thread.h"
-#include "System/Thread/ATargetBase.h"
 #include "System/Thread/CSelectorManager.h"
+#include "System/Thread/GameThread.h"
 
 namespace Ubrix {
 namespace {

@@ -1,4 +1,4 @@
-#include "System/Thread/ATargetBase.h"
+#include "System/Thread/GameThread.h"
 
 #include <atomic>
 #include <memory>
@@ -100,33 +100,6 @@ void DiscardWindowMessage(unsigned int message, void* parameter) {
 }
 
 }  // namespace
-
-CTargetBase::CTargetBase(bool ownCollection) {
-    SetOwnCollection(ownCollection);
-}
-
-CTargetBase::~CTargetBase() {
-    SetOwnCollection(false);
-}
-
-void CTargetBase::SetOwnCollection(bool own) {
-    if (!own) {
-        delete _collection;
-        _collection = nullptr;
-    } else if (_collection == nullptr) {
-        _collection = new CSelectorManager;
-    }
-}
-
-void CTargetBase::RunOwnSelectors() {
-    if (_collection != nullptr) {
-        _collection->RunSelectors();
-    }
-}
-
-ISelectorCollection* CTargetBase::OwnCollection() const {
-    return _collection;
-}
 
 void EnableUiUpdate() {
     g_uiUpdateEnabled = true;

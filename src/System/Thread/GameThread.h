@@ -1,6 +1,7 @@
-// The road of a call to the game's thread: post, wait in a queue, at most 20 a pass.
+// Calls to the game's thread: they are posted, wait in a queue, and run there, at most
+// CSelectorManager::kMaxPerPass a frame.
 //
-// Two queues wait here. The host-update queue is drained by the host's own frame loop, once the host has said
+// There are two queues. The host-update queue is drained by the host's own frame loop, once the host has said
 // that it has one. Until then calls go to the window queue, which a message window drains, if a platform
 // integration has made one. One lock guards the making, taking and releasing of both; it is never held while
 // a selector runs.
@@ -28,8 +29,8 @@ void RunHostUpdateSelectors();
 void ReleaseHostUpdateQueue();
 
 // Puts a copy of `selector` into its target's own queue, or else into the host-update queue if the host has
-// one, or else into the window queue; in the last case a standing window is sent a pass, and the call returns
-// after it. Null is ignored. Any thread.
+// one, or else into the window queue; in the last case the window, if there is one, is sent a pass, and the
+// call returns after it. Null is ignored. Any thread.
 void PostSelectorToUiThread(CSelector const* selector);
 
 // Typed forms for a member of the target's own class.
