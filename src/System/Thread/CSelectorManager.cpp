@@ -8,6 +8,13 @@ namespace Ubrix {
 
 using Platform::ScopedLock;
 
+namespace {
+
+// The most that one pass runs, which on the game's thread is one frame: its share of such work stays small.
+constexpr int kMostCallsPerFrame = 20;
+
+}  // namespace
+
 // Takes a selector off the list of what runs, whichever way it was left.
 class CSelectorManager::RunningScope {
 public:
@@ -39,7 +46,7 @@ void CSelectorManager::AddSelector(CSelector const& selector) {
 
 void CSelectorManager::RunSelectors() {
     CSelector selector;
-    for (int count = 0; count < kMaxPerPass && TakeFront(selector); ++count) {
+    for (int count = 0; count < kMostCallsPerFrame && TakeFront(selector); ++count) {
         RunningScope const running(*this, selector.target);
         selector.Run();
     }

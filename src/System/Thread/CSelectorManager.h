@@ -15,17 +15,13 @@ namespace Ubrix {
 // selector runs once, in no order across them. What waits at the end is dropped without being run.
 class CSelectorManager : public ISelectorCollection {
 public:
-    // The most calls that one pass, and so one frame of the game, runs: a frame's share of such work stays
-    // small.
-    static constexpr int kMaxPerPass = 20;
-
     CSelectorManager() = default;
     CSelectorManager(CSelectorManager const&) = delete;
     CSelectorManager& operator=(CSelectorManager const&) = delete;
 
     void AddSelector(CSelector const& selector) override;
 
-    // Runs at most kMaxPerPass selectors; the rest waits for the next pass. What a selector posts here may
+    // Runs at most 20 selectors; the rest waits for the next pass. What a selector posts here may
     // run in the same pass.
     void RunSelectors() override;
 

@@ -1,5 +1,5 @@
-// Calls to the game's thread: they are posted, wait in a queue, and run there, at most
-// CSelectorManager::kMaxPerPass a frame.
+// Calls to the game's thread: they are posted, wait in a queue (CSelectorManager), and run there, at most 20
+// a frame.
 //
 // There are two queues. The host-update queue is drained by the host's own frame loop, once the host has said
 // that it has one. Until then calls go to the window queue, which a message window drains, if a platform
