@@ -29,7 +29,7 @@ public:
         _blockBuffer = new AutoBuffer(AutoBuffer::kUnit);
         _blockMemory = new PtrBuffer;
         OperationQueueImp::CreateLock();
-        WWWTaskBase::CreateRegistry();
+        WWWTaskBase::MakeLiveTasks();
         // An observer's destructor reaches these, which may not find memory short.
         NetworkObservers::GetInstance();
         CApplication::GetInstance();

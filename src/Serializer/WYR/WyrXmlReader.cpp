@@ -18,7 +18,7 @@
 namespace Ubrix {
 
 // On the heap, since the document brings along the room for its first nodes.
-struct WyrXmlReader::Tree {
+struct WyrXmlReader::Body {
     rapidxml::xml_document<char> document;
     rapidxml::xml_node<char>* currRoot = &document;  // where the cursor stands
     rapidxml::xml_node<char>* lastChild = nullptr;   // what it has just left
@@ -71,8 +71,8 @@ void WyrXmlReader::parse(char* text) {
         return;
     }
     try {
-        _tree = std::make_unique<Tree>();
-        _tree->document.parse<0>(text);
+        _body = std::make_unique<Body>();
+        _body->document.parse<0>(text);
     } catch (rapidxml::parse_error const&) {
         _state = WyrError::WYR_ERR_XML_PARSE;
     } catch (std::bad_alloc const&) {
@@ -83,27 +83,27 @@ void WyrXmlReader::parse(char* text) {
 int WyrXmlReader::enter(char const* name) {
     assert(WyrError::WYR_NO_ERROR == _state);
     assert(nullptr != name);
-    Tree& tree = *_tree;
-    bool const goesOn = tree.lastChild != nullptr && std::strcmp(tree.lastChild->name(), name) == 0;
-    Node* const child = Named(goesOn ? tree.lastChild->next_sibling() : tree.currRoot->first_node(), name);
+    Body& body = *_body;
+    bool const goesOn = body.lastChild != nullptr && std::strcmp(body.lastChild->name(), name) == 0;
+    Node* const child = Named(goesOn ? body.lastChild->next_sibling() : body.currRoot->first_node(), name);
     if (child == nullptr) {
         return 1;
     }
-    tree.currRoot = child;
-    tree.lastChild = nullptr;
+    body.currRoot = child;
+    body.lastChild = nullptr;
     return WyrError::WYR_NO_ERROR;
 }
 
 void WyrXmlReader::leave(char const* name) {
     assert(WyrError::WYR_NO_ERROR == _state);
     assert(nullptr != name);
-    assert(0 == strcmp(name, _tree->currRoot->name()));
+    assert(0 == strcmp(name, _body->currRoot->name()));
     static_cast<void>(name);
-    Node* const parent = _tree->currRoot->parent();
+    Node* const parent = _body->currRoot->parent();
     assert(nullptr != parent);
     if (parent != nullptr) {
-        _tree->lastChild = _tree->currRoot;
-        _tree->currRoot = parent;
+        _body->lastChild = _body->currRoot;
+        _body->currRoot = parent;
     }
 }
 
@@ -111,14 +111,14 @@ char const* WyrXmlReader::value(char const* name) {
     assert(WyrError::WYR_NO_ERROR == _state);
     assert(nullptr != name);
     if (_style == WYR_XML_ATTRIBUTES) {
-        rapidxml::xml_attribute<char> const* const attribute = _tree->currRoot->first_attribute(name);
+        rapidxml::xml_attribute<char> const* const attribute = _body->currRoot->first_attribute(name);
         return attribute == nullptr ? nullptr : trim(attribute->value(), attribute->value_size());
     }
     if (enter(name) != WyrError::WYR_NO_ERROR) {
         return nullptr;
     }
-    char* const head = _tree->currRoot->value();
-    size_t const size = _tree->currRoot->value_size();
+    char* const head = _body->currRoot->value();
+    size_t const size = _body->currRoot->value_size();
     leave(name);
     return trim(head, size);
 }

@@ -36,7 +36,7 @@ public:
     char const* value(char const* name);
 
 private:
-    struct Tree;
+    struct Body;
 
     void parse(char* text);
     static char const* trim(char* head, size_t size);
@@ -44,7 +44,7 @@ private:
     std::unique_ptr<char[]> _content;
     int _style;
     int _state;
-    std::unique_ptr<Tree> _tree;
+    std::unique_ptr<Body> _body;
 };
 
 }  // namespace Ubrix

@@ -7,7 +7,7 @@ namespace Ubrix {
 using Platform::ScopedLock;
 
 // A function, how many calls of it run, and whether another took its place; guarded by its gate's lock.
-struct CallbackGate::Pass::Kept {
+struct CallbackGate::Pass::Body {
     Function function;
     int running;
     bool withdrawn;
@@ -21,16 +21,16 @@ thread_local int t_depth = 0;
 }  // namespace
 
 void CallbackGate::Set(Function function) {
-    using Kept = Pass::Kept;
-    std::shared_ptr<Kept> kept;
+    using Body = Pass::Body;
+    std::shared_ptr<Body> body;
     if (function != nullptr) {
-        kept = std::make_shared<Kept>(Kept{function, 0, false});
+        body = std::make_shared<Body>(Body{function, 0, false});
     }
     ScopedLock const lock(_lock);
-    kept.swap(_kept);
-    if (kept != nullptr) {
-        kept->withdrawn = true;
-        _withdrawnRunning += kept->running;
+    body.swap(_body);
+    if (body != nullptr) {
+        body->withdrawn = true;
+        _withdrawnRunning += body->running;
     }
     while (_withdrawnRunning > 0 && t_depth == 0) {
         _idle.Wait();
@@ -39,27 +39,27 @@ void CallbackGate::Set(Function function) {
 
 CallbackGate::Pass::Pass(CallbackGate& gate) : _gate(gate) {
     ScopedLock const lock(gate._lock);
-    _kept = gate._kept;
-    if (_kept != nullptr) {
-        ++_kept->running;
+    _body = gate._body;
+    if (_body != nullptr) {
+        ++_body->running;
         ++t_depth;
     }
 }
 
 CallbackGate::Pass::~Pass() {
-    if (_kept == nullptr) {
+    if (_body == nullptr) {
         return;
     }
     --t_depth;
     ScopedLock const lock(_gate._lock);
-    --_kept->running;
-    if (_kept->withdrawn && --_gate._withdrawnRunning == 0) {
+    --_body->running;
+    if (_body->withdrawn && --_gate._withdrawnRunning == 0) {
         _gate._idle.Broadcast();
     }
 }
 
 CallbackGate::Function CallbackGate::Pass::GetFunction() const {
-    return _kept != nullptr ? _kept->function : nullptr;
+    return _body != nullptr ? _body->function : nullptr;
 }
 
 }  // namespace Ubrix

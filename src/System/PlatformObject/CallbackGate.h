@@ -36,10 +36,10 @@ public:
 
     private:
         friend class CallbackGate;
-        struct Kept;
+        struct Body;
 
         CallbackGate& _gate;
-        std::shared_ptr<Kept> _kept;
+        std::shared_ptr<Body> _body;
     };
 
 private:
@@ -47,7 +47,7 @@ private:
     Platform::Condition _idle{_lock};
     // Calls that run in functions which were replaced.
     int _withdrawnRunning VC_GUARDED_BY(_lock) = 0;
-    std::shared_ptr<Pass::Kept> _kept VC_GUARDED_BY(_lock);
+    std::shared_ptr<Pass::Body> _body VC_GUARDED_BY(_lock);
 };
 
 }  // namespace Ubrix

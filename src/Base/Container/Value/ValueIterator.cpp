@@ -16,9 +16,9 @@ bool IsAtEnd(ValueIteratorBase const* body) {
 }
 
 // A new body; null if there is no memory.
-template <class Body>
-ValueIteratorBase* NewBody(ValueMap& map, ValueMap::Entries::iterator current) {
-    return WithoutThrow([&]() -> ValueIteratorBase* { return new Body(map, current); });
+template <class Impl>
+ValueIteratorBase* NewImpl(ValueMap& map, ValueMap::Entries::iterator current) {
+    return WithoutThrow([&]() -> ValueIteratorBase* { return new Impl(map, current); });
 }
 
 ValueIteratorBase* CloneOf(ValueIteratorBase const* body) {
@@ -154,28 +154,28 @@ ValueConstIterator Value::begin() const {
     if (!HasMap()) {
         return ValueConstIterator();
     }
-    return ValueConstIterator(NewBody<ValueConstIteratorImpl>(*_value.map, _value.map->entries.begin()));
+    return ValueConstIterator(NewImpl<ValueConstIteratorImpl>(*_value.map, _value.map->entries.begin()));
 }
 
 ValueConstIterator Value::end() const {
     if (!HasMap()) {
         return ValueConstIterator();
     }
-    return ValueConstIterator(NewBody<ValueConstIteratorImpl>(*_value.map, _value.map->entries.end()));
+    return ValueConstIterator(NewImpl<ValueConstIteratorImpl>(*_value.map, _value.map->entries.end()));
 }
 
 ValueIterator Value::begin() {
     if (!HasMap()) {
         return ValueIterator();
     }
-    return ValueIterator(NewBody<ValueIteratorImpl>(*_value.map, _value.map->entries.begin()));
+    return ValueIterator(NewImpl<ValueIteratorImpl>(*_value.map, _value.map->entries.begin()));
 }
 
 ValueIterator Value::end() {
     if (!HasMap()) {
         return ValueIterator();
     }
-    return ValueIterator(NewBody<ValueIteratorImpl>(*_value.map, _value.map->entries.end()));
+    return ValueIterator(NewImpl<ValueIteratorImpl>(*_value.map, _value.map->entries.end()));
 }
 
 }  // namespace Ubrix

@@ -11,29 +11,29 @@ namespace Ubrix {
 
 namespace {
 
-struct TaskRegistry {
+struct LiveTasks {
     Platform::RecursiveMutex lock;
     std::set<WWWTaskBase const*> tasks VC_GUARDED_BY(lock);
 };
 
-TaskRegistry& Registry() {
-    static Platform::Immortal<TaskRegistry> registry;
-    return *registry;
+LiveTasks& TheLiveTasks() {
+    static Platform::Immortal<LiveTasks> live;
+    return *live;
 }
 
 }  // namespace
 
 WWWTaskBase::WWWTaskBase(char const* url) : _url(url != nullptr ? url : "") {
     VC_LOG(Debug, "Ubrix::WWWTaskBase::WWWTaskBase", "WWWTask %p", static_cast<void*>(this));
-    TaskRegistry& registry = Registry();
-    Platform::ScopedLock const lock(registry.lock);
-    registry.tasks.insert(this);
+    LiveTasks& live = TheLiveTasks();
+    Platform::ScopedLock const lock(live.lock);
+    live.tasks.insert(this);
 }
 
 WWWTaskBase::~WWWTaskBase() {
-    TaskRegistry& registry = Registry();
-    Platform::ScopedLock const lock(registry.lock);
-    registry.tasks.erase(this);
+    LiveTasks& live = TheLiveTasks();
+    Platform::ScopedLock const lock(live.lock);
+    live.tasks.erase(this);
 }
 
 void WWWTaskBase::SetHeader(char const* key, char const* value) {
@@ -52,13 +52,13 @@ void WWWTaskBase::SetUrl(char const* url) {
 bool WWWTaskBase::IsObjectRelease(WWWTaskBase const* task) {
     VC_LOG(Debug, "Ubrix::WWWTaskBase::IsObjectRelease", "WWWTask::IsObjectRelease %p",
            static_cast<void const*>(task));
-    TaskRegistry& registry = Registry();
-    Platform::ScopedLock const lock(registry.lock);
-    return registry.tasks.count(task) == 0;
+    LiveTasks& live = TheLiveTasks();
+    Platform::ScopedLock const lock(live.lock);
+    return live.tasks.count(task) == 0;
 }
 
-void WWWTaskBase::CreateRegistry() {
-    Registry();
+void WWWTaskBase::MakeLiveTasks() {
+    TheLiveTasks();
 }
 
 }  // namespace Ubrix

@@ -21,10 +21,11 @@ public:
     void SetUrl(char const* url) override;
     char const* GetUrl() override { return _url.c_str(); }
 
-    // True if no live task stands at `task`, which is not looked into.
+    // True if there is no live task at `task`, which is not looked into.
     static bool IsObjectRelease(WWWTaskBase const* task);
-    // Makes the registry if it doesn't stand yet. It is never destroyed: tasks may outlast everything else.
-    static void CreateRegistry();
+    // Makes the list of live tasks unless it is there. It is never destroyed: tasks may outlast everything
+    // else.
+    static void MakeLiveTasks();
 
 protected:
     std::map<std::string, std::string> const& Headers() const { return _headers; }
