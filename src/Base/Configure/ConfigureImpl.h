@@ -1,4 +1,5 @@
 // The remote configuration: fetch, cache, reads, refresh.
+// Sources: ConfigureImpl.cpp, ConfigureService.cpp, FetchEnd.cpp
 #pragma once
 
 #include <VelmorCore/Bundle.h>

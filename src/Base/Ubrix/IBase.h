@@ -1,4 +1,5 @@
-// The owner of the ordered teardown. Its source is Teardown.cpp.
+// The owner of the ordered teardown.
+// Sources: Teardown.cpp
 #pragma once
 
 #include "Base/Ubrix/ReleaseList.h"

@@ -1,5 +1,6 @@
 // The process-wide store of what the library's own protection of files needs: today, the cipher keys of each
 // enciphered INI file.
+// Sources: StoreTurn.cpp
 #pragma once
 
 #include <VelmorCore/Object.h>

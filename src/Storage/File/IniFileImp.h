@@ -1,4 +1,5 @@
 // The INI file on plain text.
+// Sources: IniFileImp.cpp, IniFileDisk.cpp
 #pragma once
 
 #include <string>

@@ -1,5 +1,6 @@
 // The log files on disk: one a module and local hour,
 // <cache>/VelmorSDKLog/<module>/<module>_<YYYYMMDDHH>.log.
+// Sources: AFileLogger.cpp, LogRetention.cpp
 #pragma once
 
 #include <VelmorCore/Object.h>

@@ -1,4 +1,4 @@
-// What the log facade asks of a logger. The engine on the roof implements it.
+// What the log facade asks of a logger. Logger, the engine, implements it.
 #pragma once
 
 #include <VelmorCore/Log.h>

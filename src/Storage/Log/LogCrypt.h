@@ -1,4 +1,5 @@
 // The head of a log block, the cipher of its body, and the search for blocks by hour.
+// Sources: LogCrypt.cpp, LogHourScan.cpp
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,5 @@
-// The facade's hooks for the roof: who the logger is, and from when on it takes lines.
+// The facade's hooks for layer 7: who the logger is, and from when on it takes lines.
+// Sources: XLog.cpp
 #pragma once
 
 #include "Storage/Log/ILogger.h"

@@ -1,4 +1,4 @@
-// The roof's side of the facade: which logger there is.
+// Which logger the facade has.
 #include <new>
 
 #include "Platform/MemoryWant.h"

@@ -1,4 +1,5 @@
 // The pool behind OperationQueue: its lists, its workers and their manager.
+// Sources: OperationQueueImp.cpp, OperationQueueThreads.cpp
 #pragma once
 
 #include <VelmorCore/Operation.h>
