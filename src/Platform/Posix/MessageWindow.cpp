@@ -14,7 +14,7 @@ namespace Ubrix::Platform {
 
 namespace {
 
-// A message whose sender waits; it stands on the sender's stack.
+// A message whose sender waits; it is on the sender's stack.
 struct SentMessage {
     unsigned int message;
     void* parameter;
@@ -36,7 +36,7 @@ struct Window {
 
 // All windows of the process. The one lock guards every window and every sent message, and is never held
 // while a procedure runs; each change wakes everybody, for windows and their messages are few.
-struct Desk {
+struct OpenWindows {
     RecursiveMutex mutex;
     Condition changed{mutex};
     std::map<WindowHandle, Window> windows VC_GUARDED_BY(mutex);
@@ -44,9 +44,9 @@ struct Desk {
 };
 
 // Never destroyed: threads may end, and close their windows, after the process has begun to exit.
-Desk& TheDesk() {
-    static Immortal<Desk> desk;
-    return *desk;
+OpenWindows& TheWindows() {
+    static Immortal<OpenWindows> all;
+    return *all;
 }
 
 bool HasSent(Window const& window) {
@@ -64,9 +64,9 @@ bool HasAny(Window const& window) {
 using WindowEntry = std::pair<WindowHandle const, Window>;
 
 // The calling thread's first window that `test` accepts, or null.
-WindowEntry* FindOwnWindow(Desk& desk, bool (*test)(Window const&)) VC_REQUIRES(desk.mutex) {
+WindowEntry* FindOwnWindow(OpenWindows& all, bool (*test)(Window const&)) VC_REQUIRES(all.mutex) {
     unsigned int const thread = CurrentThreadNumber();
-    for (WindowEntry& entry : desk.windows) {
+    for (WindowEntry& entry : all.windows) {
         if (entry.second.thread == thread && test(entry.second)) {
             return &entry;
         }
@@ -77,29 +77,29 @@ WindowEntry* FindOwnWindow(Desk& desk, bool (*test)(Window const&)) VC_REQUIRES(
 // Lets the sender go on, whichever way the procedure was left.
 class Answer {
 public:
-    Answer(Desk& desk, SentMessage& sent) : _desk(desk), _sent(sent) {}
+    Answer(OpenWindows& all, SentMessage& sent) : _all(all), _sent(sent) {}
     ~Answer() {
-        ScopedLock lock(_desk.mutex);
+        ScopedLock lock(_all.mutex);
         _sent.answered = true;
         _sent.handled = true;
-        _desk.changed.Broadcast();
+        _all.changed.Broadcast();
     }
     Answer(Answer const&) = delete;
     Answer& operator=(Answer const&) = delete;
 
 private:
-    Desk& _desk;
+    OpenWindows& _all;
     SentMessage& _sent;
 };
 
 // Handles the oldest message sent to a window of the calling thread. False if there is none.
-bool HandleSent(Desk& desk) {
+bool HandleSent(OpenWindows& all) {
     WindowHandle handle = WindowHandle::None;
     WindowProcedure procedure{};
     SentMessage* sent = nullptr;
     {
-        ScopedLock lock(desk.mutex);
-        WindowEntry* entry = FindOwnWindow(desk, HasSent);
+        ScopedLock lock(all.mutex);
+        WindowEntry* entry = FindOwnWindow(all, HasSent);
         if (entry == nullptr) {
             return false;
         }
@@ -108,19 +108,19 @@ bool HandleSent(Desk& desk) {
         sent = entry->second.sent.front();
         entry->second.sent.pop_front();
     }
-    Answer const answer(desk, *sent);
+    Answer const answer(all, *sent);
     procedure.handle(handle, sent->message, sent->parameter);
     return true;
 }
 
 // The same for posted messages.
-bool HandlePosted(Desk& desk) {
+bool HandlePosted(OpenWindows& all) {
     WindowHandle handle = WindowHandle::None;
     WindowProcedure procedure{};
     PostedMessage posted{};
     {
-        ScopedLock lock(desk.mutex);
-        WindowEntry* entry = FindOwnWindow(desk, HasPosted);
+        ScopedLock lock(all.mutex);
+        WindowEntry* entry = FindOwnWindow(all, HasPosted);
         if (entry == nullptr) {
             return false;
         }
@@ -134,29 +134,29 @@ bool HandlePosted(Desk& desk) {
 }
 
 // Waits until a message came to a window of the calling thread, or the time ran out.
-void AwaitMessage(Desk& desk, unsigned int milliseconds) {
+void AwaitMessage(OpenWindows& all, unsigned int milliseconds) {
     long long const end = MonotonicMilliseconds() + milliseconds;
-    ScopedLock lock(desk.mutex);
-    while (FindOwnWindow(desk, HasAny) == nullptr) {
+    ScopedLock lock(all.mutex);
+    while (FindOwnWindow(all, HasAny) == nullptr) {
         long long const left = end - MonotonicMilliseconds();
         if (left <= 0) {
             return;
         }
-        desk.changed.WaitFor(static_cast<unsigned int>(left));
+        all.changed.WaitFor(static_cast<unsigned int>(left));
     }
 }
 
 // Waits until the message was answered, and serves the calling thread's own windows meanwhile.
-bool AwaitAnswer(Desk& desk, SentMessage const& sent) {
+bool AwaitAnswer(OpenWindows& all, SentMessage const& sent) {
     for (;;) {
-        while (HandleSent(desk)) {
+        while (HandleSent(all)) {
         }
-        ScopedLock lock(desk.mutex);
+        ScopedLock lock(all.mutex);
         if (sent.answered) {
             return sent.handled;
         }
-        if (FindOwnWindow(desk, HasSent) == nullptr) {
-            desk.changed.Wait();
+        if (FindOwnWindow(all, HasSent) == nullptr) {
+            all.changed.Wait();
         }
     }
 }
@@ -171,11 +171,11 @@ struct ThreadEnd {
 
 private:
     static bool CloseOne() {
-        Desk& desk = TheDesk();
+        OpenWindows& all = TheWindows();
         WindowHandle window = WindowHandle::None;
         {
-            ScopedLock lock(desk.mutex);
-            WindowEntry const* entry = FindOwnWindow(desk, [](Window const&) { return true; });
+            ScopedLock lock(all.mutex);
+            WindowEntry const* entry = FindOwnWindow(all, [](Window const&) { return true; });
             window = entry != nullptr ? entry->first : WindowHandle::None;
         }
         return CloseMessageWindow(window);
@@ -188,34 +188,34 @@ thread_local ThreadEnd t_threadEnd;
 
 WindowHandle OpenMessageWindow(WindowProcedure const& procedure) {
     t_threadEnd.hasWindows = true;
-    Desk& desk = TheDesk();
-    ScopedLock lock(desk.mutex);
-    auto const handle = static_cast<WindowHandle>(++desk.lastHandle);
-    desk.windows.emplace(handle, Window{CurrentThreadNumber(), procedure, {}, {}});
+    OpenWindows& all = TheWindows();
+    ScopedLock lock(all.mutex);
+    auto const handle = static_cast<WindowHandle>(++all.lastHandle);
+    all.windows.emplace(handle, Window{CurrentThreadNumber(), procedure, {}, {}});
     return handle;
 }
 
 bool MessageWindowExists(WindowHandle window) {
-    Desk& desk = TheDesk();
-    ScopedLock lock(desk.mutex);
-    return desk.windows.count(window) != 0;
+    OpenWindows& all = TheWindows();
+    ScopedLock lock(all.mutex);
+    return all.windows.count(window) != 0;
 }
 
 bool CloseMessageWindow(WindowHandle window) {
-    Desk& desk = TheDesk();
+    OpenWindows& all = TheWindows();
     Window closed{};
     {
-        ScopedLock lock(desk.mutex);
-        auto const found = desk.windows.find(window);
-        if (found == desk.windows.end() || found->second.thread != CurrentThreadNumber()) {
+        ScopedLock lock(all.mutex);
+        auto const found = all.windows.find(window);
+        if (found == all.windows.end() || found->second.thread != CurrentThreadNumber()) {
             return false;
         }
         closed = std::move(found->second);
-        desk.windows.erase(found);
+        all.windows.erase(found);
         for (SentMessage* sent : closed.sent) {
             sent->answered = true;
         }
-        desk.changed.Broadcast();
+        all.changed.Broadcast();
     }
     for (PostedMessage const& posted : closed.posted) {
         closed.procedure.discard(posted.message, posted.parameter);
@@ -224,46 +224,46 @@ bool CloseMessageWindow(WindowHandle window) {
 }
 
 bool SendToMessageWindow(WindowHandle window, unsigned int message, void* parameter) {
-    Desk& desk = TheDesk();
+    OpenWindows& all = TheWindows();
     SentMessage sent{message, parameter};
     WindowProcedure procedure{};
     {
-        ScopedLock lock(desk.mutex);
-        auto const found = desk.windows.find(window);
-        if (found == desk.windows.end()) {
+        ScopedLock lock(all.mutex);
+        auto const found = all.windows.find(window);
+        if (found == all.windows.end()) {
             return false;
         }
         if (found->second.thread == CurrentThreadNumber()) {
             procedure = found->second.procedure;
         } else {
             found->second.sent.push_back(&sent);
-            desk.changed.Broadcast();
+            all.changed.Broadcast();
         }
     }
     if (procedure.handle == nullptr) {
-        return AwaitAnswer(desk, sent);
+        return AwaitAnswer(all, sent);
     }
     procedure.handle(window, message, parameter);
     return true;
 }
 
 bool PostToMessageWindow(WindowHandle window, unsigned int message, void* parameter) {
-    Desk& desk = TheDesk();
-    ScopedLock lock(desk.mutex);
-    auto const found = desk.windows.find(window);
-    if (found == desk.windows.end()) {
+    OpenWindows& all = TheWindows();
+    ScopedLock lock(all.mutex);
+    auto const found = all.windows.find(window);
+    if (found == all.windows.end()) {
         return false;
     }
     found->second.posted.push_back({message, parameter});
-    desk.changed.Broadcast();
+    all.changed.Broadcast();
     return true;
 }
 
 bool PumpMessages(unsigned int waitMilliseconds) {
-    Desk& desk = TheDesk();
-    AwaitMessage(desk, waitMilliseconds);
+    OpenWindows& all = TheWindows();
+    AwaitMessage(all, waitMilliseconds);
     bool handled = false;
-    while (HandleSent(desk) || HandlePosted(desk)) {
+    while (HandleSent(all) || HandlePosted(all)) {
         handled = true;
     }
     return handled;
