@@ -57,7 +57,7 @@ void CallTurn::Take(unsigned int depth) {
     Taker& self = Self();
     ScopedLock const lock(TheLock());
     while (_holder != nullptr && _holder != &self && !WaitsForThread(self)) {
-        // What was put off runs before this thread counts as one that stands still.
+        // What was put off runs before this thread counts as one that waits.
         if (!LockDepth::CatchUp(TheLock())) {
             self.awaited = this;
             _free.Wait();

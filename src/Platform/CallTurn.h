@@ -17,16 +17,15 @@ namespace Ubrix::Platform {
 // - Fields that are touched only inside the turn need no lock besides. They may change in any call out
 //   that is made inside it, logging included: a log callback runs there, and may come back.
 // - Turns may be taken inside one another in any order. A thread that would wait in a ring, for one that
-// waits,
-//   over others perhaps, for a turn that this thread has, is let in instead: all others in the ring stand
-//   still inside a call of their own until it is out, so it is as if their holder had called.
+//   waits, over others perhaps, for a turn that this thread has, is let in instead: all others in the ring
+//   wait inside a call of their own until it is out, so it is as if their holder had called.
 // - It doesn't count as a lock (LockDepth): a line that is logged inside the turn, without a lock,
 //   reaches the log callback at once.
 // What it asks for:
 // - Nobody waits for a turn with a lock held: the one who has it may want that lock in the game's code.
 // - A turn is left before the turns that were taken ahead of it (ScopedTurn sees to it).
-// - The fields that it keeps are in order whenever the library calls out, or waits for another turn, inside
-// it.
+// - The fields that it keeps are in order whenever the library calls out, or waits for another turn,
+//   inside it.
 class VC_CAPABILITY("turn") CallTurn {
 public:
     // What becomes of the turn while the thread that has it waits in the library (a condition, an event,

@@ -5,7 +5,7 @@
 
 namespace Ubrix::Platform {
 
-// Stands for what its file is named after, and keeps nobody out who doesn't ask for it. The file is made
+// Guards what its file is named after, and keeps nobody out who doesn't ask for it. The file is made
 // where it is missing, private to the user, stays empty and is never removed. A lock goes with its holder, or
 // with the holder's process, however that ends. Two holders in one process exclude each other as well; the
 // lock isn't recursive.

@@ -23,7 +23,7 @@ bool IsDirectory(char const* path);
 bool IsSameDirectory(char const* left, char const* right);
 // Makes one directory, private to the user. False if it exists or can't be made.
 bool MakeDirectory(char const* path);
-// Who can change what stands in a directory.
+// Who can change what is in a directory.
 enum class DirectoryTrust {
     Own,      // this user and the system's administrators, and those whom one of them let in by name or group
     Absent,   // nobody: no directory of that name can be seen
@@ -46,7 +46,7 @@ struct CloseFile {
 // A stream that is closed with its owner.
 using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
 
-// What stands behind a name in a directory once every link is followed.
+// What a name in a directory leads to once every link is followed.
 enum class FileReach {
     Readable,    // a regular file in that directory, or below it, that this process may read
     LeadsOut,    // something outside of that directory
@@ -59,13 +59,13 @@ struct ReachedFile {
     // If Readable: open for binary reading, by one thread, and not waited for when the process exits;
     // otherwise null.
     OpenFile stream;
-    // If Readable, where the file stands, every link followed: its whole path, and its bare name.
+    // If Readable, where the file is, every link followed: its whole path, and its bare name.
     std::string path;
     std::string name;
     // If Readable: bytes, when it was opened.
     long long size = 0;
 };
-// Opens what `name` in `directory` leads to. The answer is the open file's own: it stood below the directory
+// Opens what `name` in `directory` leads to. The answer is the open file's own: it was below the directory
 // while it was opened, and no link put in the way meanwhile was followed. Neither devices nor pipes are
 // opened.
 ReachedFile OpenWithin(char const* directory, char const* name);
@@ -76,9 +76,9 @@ bool IsOpenOn(std::FILE* stream, char const* path);
 enum class FileAnswer {
     Given,
     Absent,   // nothing of that name
-    Failing,  // something may stand there and can't be read now, for want of descriptors or memory, or
+    Failing,  // something may be there and can't be read now, for want of descriptors or memory, or
               // through a fault of the medium: a later attempt may succeed
-    Refused,  // what stands there isn't to be read, now or later: no regular file, larger than asked for, or
+    Refused,  // what is there isn't to be read, now or later: no regular file, larger than asked for, or
               // not this user's to read
 };
 // Opens a regular file of at most `maxSize` bytes for binary reading, links followed. Never waits, and opens
@@ -92,10 +92,10 @@ FileAnswer ReadWholeFile(char const* path, long long maxSize, std::string& conte
 // regular file that belongs to this user. Only the user may read or write the file afterwards; one that was
 // more widely readable is narrowed.
 //
-// Makes a file for binary output that nothing stood in the place of. While the stream is open,
+// Makes a file for binary output in a place where nothing was. While the stream is open,
 // DeleteAbandonedFile leaves the file alone.
 OpenFile CreatePrivateFile(char const* path);
-// For binary output, truncating what stands there.
+// For binary output, truncating what is there.
 OpenFile OpenPrivateForWriting(char const* path);
 // For binary output at the end, whatever was written meanwhile, and for reading.
 OpenFile OpenPrivateForAppending(char const* path);
@@ -111,7 +111,7 @@ bool DeleteAbandonedFile(char const* path);
 // Hands what was written to `stream` to the disk. False on failure.
 bool FlushToDisk(std::FILE* stream);
 
-// What stands between a directory and a name where the library builds its own directories: one character.
+// What separates a directory and a name where the library builds its own directories: one character.
 extern char const kPathSeparator;
 // What ends a line in a text file of this system.
 extern char const* const kLineEnd;

@@ -8,7 +8,7 @@
 namespace Ubrix::Platform {
 
 // A static object whose destructor never runs: the library's threads may outlive main, and callers keep what
-// an accessor gave them. It stands in the static itself, so only what its constructor asks for takes memory.
+// an accessor gave them. It is in the static itself, so only what its constructor asks for takes memory.
 // Made at its first use under the language's own lock, so its constructor neither logs nor calls out; from
 // then on it is as safe for threads as the object in it.
 template <class T>

@@ -8,7 +8,7 @@
 // thread leaves the text as it was; with one, the want passes through to that boundary. So whoever composes
 // what is stored, sent or used as a name needs no check of its own, as long as it runs below a boundary.
 //
-// Where the library calls out, a CallOut stands around the call: what the game does with a text in its
+// Where the library calls out, a CallOut is around the call: what the game does with a text in its
 // callback is the game's own once more.
 #pragma once
 
@@ -32,7 +32,7 @@ inline void PassOnWant() {
     }
 }
 
-// Stands in each `try` that answers for a want of memory.
+// Belongs into each `try` that answers for a want of memory.
 class UnwindScope {
 public:
     UnwindScope() { ++t_unwindScopes; }
@@ -41,7 +41,7 @@ public:
     UnwindScope& operator=(UnwindScope const&) = delete;
 };
 
-// Stands around a call into code that isn't the library's.
+// Belongs around a call into code that isn't the library's.
 class CallOut {
 public:
     CallOut() : _scopes(t_unwindScopes) { t_unwindScopes = 0; }

@@ -23,7 +23,7 @@ struct WindowProcedure {
 // Makes a window of the calling thread. `None` if the system refuses.
 WindowHandle OpenMessageWindow(WindowProcedure const& procedure);
 
-// True while the window stands.
+// True while the window exists.
 bool MessageWindowExists(WindowHandle window);
 
 // Closes a window of the calling thread: senders that wait for it come back, and its posted messages are

@@ -6,7 +6,7 @@
 namespace Ubrix::Platform {
 
 // Fills `length` bytes. False if the source fails; the bytes are then not to be used, and no weaker source
-// stands in. Thread-safe.
+// takes its place. Thread-safe.
 bool RandomBytes(void* bytes, std::size_t length);
 
 }  // namespace Ubrix::Platform

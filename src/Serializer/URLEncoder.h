@@ -16,7 +16,7 @@ public:
     static std::string Encode(std::string const& text);
 
     // The way back. Digits may be of either case; letters past 'F' count on from it, and the sum is cut to a
-    // byte. A '%' that two letters or digits don't follow is copied as it stands.
+    // byte. A '%' that two letters or digits don't follow is copied as it is.
     static std::string Decode(std::string const& text);
 };
 

@@ -21,7 +21,7 @@ bool IsForbidden(char character) {
            kReserved.find(character) != std::string_view::npos;
 }
 
-// Windows takes what stands in front of the first point, blanks at its end apart.
+// Windows takes what is in front of the first point, blanks at its end apart.
 bool NamesDevice(std::string_view upperName) {
     constexpr std::string_view kDevices[] = {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"};
     std::string_view stem = upperName.substr(0, upperName.find('.'));

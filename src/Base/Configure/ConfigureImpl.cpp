@@ -138,7 +138,7 @@ void ConfigureImpl::Start() {
     StartNextTimer();
 }
 
-// The old one goes when the new one stands: where there is no memory for it, refreshes go on as before.
+// The old one goes once there is the new one: where there is no memory for it, refreshes go on as before.
 void ConfigureImpl::StartNextTimer() {
     if (_isShut) {
         return;

@@ -21,7 +21,7 @@
 
 namespace Velmor {
 
-// What stands of the configuration between its first use and its release; the object that callers have
+// The configuration's state between its first use and its release; the object that callers have
 // forwards to it. Thread-safe. Callers' threads, timer threads, the network's fan-out and the transfer's
 // worker come here, and each shares it for as long as it works on it. Once it is shut it does nothing more
 // and answers with defaults.
@@ -35,7 +35,7 @@ class ConfigureImpl : public Configure,
 public:
     enum State { kUninitialized = 0, kReady = 1, kRequesting = 2, kFinished = 3, kFailed = 4 };
 
-    // The one that stands, made at first use with its cache open.
+    // The present one, made at first use with its cache open.
     static std::shared_ptr<ConfigureImpl> Instance();
     static void ReleaseInstance();
 

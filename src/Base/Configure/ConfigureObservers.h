@@ -54,7 +54,7 @@ private:
 
     Ubrix::Platform::RecursiveMutex _lock;
     Ubrix::Platform::Condition _ended;
-    // No module without a listener stands here.
+    // No module without a listener is in here.
     std::map<std::string, Listeners, std::less<>> _modules VC_GUARDED_BY(_lock);
     std::vector<Call> _calls VC_GUARDED_BY(_lock);
 };

@@ -1,4 +1,4 @@
-// The object behind Configure::GetInstance, which is never destroyed, and the holder of what it stands for.
+// The object behind Configure::GetInstance, which is never destroyed, and the holder of its state.
 #include <VelmorCore/Network.h>
 
 #include "Base/Configure/ConfigureImpl.h"
@@ -17,7 +17,7 @@ Ubrix::Service<ConfigureImpl>& TheService() {
     return *service;
 }
 
-// Carries a call to the configuration that stands. One that a release overtook goes to the next as well: it
+// Carries a call to the present configuration. One that a release overtook goes to the next as well: it
 // may have found nothing left to work on.
 template <class Call>
 void Carry(Call const& call) {
@@ -39,7 +39,7 @@ void CarryCall(Call const& call) {
     AtBoundary([&call] { Carry(call); });
 }
 
-// Also the ear of whichever configuration stands on the network.
+// Also hears the network for whichever configuration is the present one.
 class ConfigureFront final : public Configure, public Ubrix::CNetworkObserver {
 public:
     void Start() override {
@@ -86,9 +86,9 @@ public:
     }
 
     void OnNetworkStateChanged(Ubrix::ANetworkState state) override {
-        std::shared_ptr<ConfigureImpl> const standing = TheService().ShareIfStanding();
-        if (standing != nullptr) {
-            AtBoundary([&] { standing->OnNetworkStateChanged(state); });
+        std::shared_ptr<ConfigureImpl> const present = TheService().ShareIfMade();
+        if (present != nullptr) {
+            AtBoundary([&] { present->OnNetworkStateChanged(state); });
         }
     }
 };
@@ -110,7 +110,7 @@ std::shared_ptr<ConfigureImpl> ConfigureImpl::Instance() {
 }
 
 void ConfigureImpl::ReleaseInstance() {
-    if (TheService().ShareIfStanding() == nullptr) {
+    if (TheService().ShareIfMade() == nullptr) {
         return;
     }
     StopHearingNetwork();
@@ -130,16 +130,16 @@ void ConfigureImpl::StopHearingNetwork() {
 }
 
 void ConfigureImpl::OnNextTimer(unsigned int id, void* userData) {
-    std::shared_ptr<ConfigureImpl> const standing = TheService().ShareIfStanding();
-    if (standing.get() == userData) {
-        AtBoundary([&standing, id] { standing->Refresh(id); });
+    std::shared_ptr<ConfigureImpl> const present = TheService().ShareIfMade();
+    if (present.get() == userData) {
+        AtBoundary([&present, id] { present->Refresh(id); });
     }
 }
 
 void ConfigureImpl::OnRetryTimer(unsigned int /*id*/, void* userData) {
-    std::shared_ptr<ConfigureImpl> const standing = TheService().ShareIfStanding();
-    if (standing.get() == userData) {
-        AtBoundary([&standing] { standing->Retry(); });
+    std::shared_ptr<ConfigureImpl> const present = TheService().ShareIfMade();
+    if (present.get() == userData) {
+        AtBoundary([&present] { present->Retry(); });
     }
 }
 

@@ -16,12 +16,12 @@ std::size_t BehindString(std::string_view text, std::size_t at) {
         if (text[at] == '"') {
             return at + 1;
         }
-        // Whatever stands behind a backslash is passed over, a second one too.
+        // Whatever follows a backslash is passed over, a second one too.
         at += 2;
     }
 }
 
-// The place behind the comment whose slash stands in front of `at`; `at` if it is none.
+// The place behind the comment whose slash is just in front of `at`; `at` if it is none.
 std::size_t BehindComment(std::string_view text, std::size_t at) {
     if (at == text.size() || (text[at] != '*' && text[at] != '/')) {
         return at;

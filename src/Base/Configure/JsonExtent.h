@@ -11,7 +11,7 @@ struct JsonExtent {
     // comma. In a text that the parser takes, each empty array or object is one too many, and a name that
     // comes again in its object counts again.
     std::size_t values = 1;
-    // How many arrays and objects stand in one another.
+    // How deep arrays and objects are nested.
     std::size_t depth = 0;
 };
 

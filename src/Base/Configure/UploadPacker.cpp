@@ -56,7 +56,7 @@ bool UploadPacker::Pack(std::vector<UploadMatch> const& matches) {
     return isClosed;
 }
 
-// A link that stands there goes itself, not what it leads to.
+// A link there goes itself, not what it leads to.
 void UploadPacker::RemoveOlderArchive() {
     VC_LOG(Debug, kUploadOrderFunction, "determine whethe the file exists");
     if (Platform::IsNameTaken(_archivePath.c_str())) {

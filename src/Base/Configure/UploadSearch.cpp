@@ -20,7 +20,7 @@ using Ubrix::ForeignText;
 
 namespace {
 
-// What a search path means: a marker stands for a directory of log files, whatever follows it.
+// What a search path means: a marker means a directory of log files, whatever follows it.
 std::string ResolvePath(std::string const& path) {
     static constexpr struct {
         char const* marker;

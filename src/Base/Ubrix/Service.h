@@ -10,7 +10,7 @@
 namespace Ubrix {
 
 // A service is a thin object that is never destroyed, so that callers may keep what an accessor gave them.
-// What it needs between its first use and its release is its state, and that stands here. Whoever uses the
+// What it needs between its first use and its release is its state, and that is held here. Whoever uses the
 // state either shares it for the length of a call, so that a release on another thread takes nothing from
 // under them, or does short work on it under the lock, which then guards all of it.
 //
@@ -30,10 +30,10 @@ public:
     // The state, made at first use and again after a release.
     Pointer Share() {
         Platform::ScopedLock const lock(_lock);
-        return Standing();
+        return Made();
     }
-    // Null if none stands.
-    Pointer ShareIfStanding() {
+    // Null if there is none.
+    Pointer ShareIfMade() {
         Platform::ScopedLock const lock(_lock);
         return _state;
     }
@@ -41,16 +41,16 @@ public:
     template <class Work>
     decltype(auto) With(Work const& work) {
         Platform::ScopedLock const lock(_lock);
-        return work(*Standing());
+        return work(*Made());
     }
-    // The same if a state stands; `otherwise` without one.
+    // The same if there is a state; `otherwise` without one.
     template <class Result, class Work>
-    Result WithStanding(Result otherwise, Work const& work) {
+    Result WithIfMade(Result otherwise, Work const& work) {
         Platform::ScopedLock const lock(_lock);
         return _state != nullptr ? work(*_state) : otherwise;
     }
     // Lets go of the state and gives it to the caller, whose last share of it may be the end of it; null if
-    // none stood. `last` is done on it under the lock: no successor is made before.
+    // there was none. `last` is done on it under the lock: no successor is made before.
     template <class Last>
     Pointer Release(Last const& last) {
         Platform::ScopedLock const lock(_lock);
@@ -64,9 +64,9 @@ public:
     }
 
 private:
-    Pointer const& Standing() VC_REQUIRES(_lock) {
+    Pointer const& Made() VC_REQUIRES(_lock) {
         if (_state == nullptr) {
-            // First, since a state that stands must have its release.
+            // First, since a state must have its release.
             ReleaseList::Add(_release);
             _state = std::make_shared<State>();
         }

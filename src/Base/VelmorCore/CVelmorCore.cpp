@@ -54,7 +54,7 @@ void CVelmorCore::ReleaseInstance() {
     constexpr char kFunction[] = "Ubrix::CVelmorCore::~CVelmorCore";
     // A second teardown at a time, from inside the first or on another thread, has nothing to do.
     auto const end = [](CoreLife& life) { return std::exchange(life.isEnding, true); };
-    if (AtBoundary(true, [&end] { return TheLife().WithStanding(true, end); })) {
+    if (AtBoundary(true, [&end] { return TheLife().WithIfMade(true, end); })) {
         return;
     }
     VC_LOG(Event, kFunction, "CVelmorCore::~CVelmorCore(), start");

@@ -28,7 +28,7 @@ bool StartsWith(std::string const& line, char const* prefix) {
     return strncasecmp(line.c_str(), prefix, std::strlen(prefix)) == 0;
 }
 
-// What stands behind the colon, without the blanks around it.
+// What follows the colon, without the blanks around it.
 std::string ValueOf(std::string const& line) {
     char const* const blanks = " \t\r\n";
     std::size_t const begin = line.find_first_not_of(blanks, line.find(':') + 1);

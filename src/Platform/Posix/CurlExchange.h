@@ -25,7 +25,7 @@ public:
     int Run();
 
 private:
-    // Where the exchange stands, and with it which limit runs.
+    // How far the exchange is, and with it which limit runs.
     enum class Phase { Connecting, Handshaking, Exchanging };
 
     template <typename T>

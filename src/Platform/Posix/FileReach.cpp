@@ -38,7 +38,7 @@ Descriptor OpenRegularFileIn(int directory, char const* name) {
     return isRegular ? std::move(file) : Descriptor(-1);
 }
 
-// Walks down `path`, which is relative and free of links and dots, as it was found; a link that stands there
+// Walks down `path`, which is relative and free of links and dots, as it was found; a link there
 // by now ends the walk.
 Descriptor WalkTo(std::string const& root, std::string_view path) {
     Descriptor directory = OpenDirectoryIn(AT_FDCWD, root.c_str());

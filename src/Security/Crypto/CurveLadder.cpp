@@ -129,7 +129,7 @@ void Turn(Pair& pair, Word bit, CurveRecord const& curve) {
 void LastTurn(Pair& pair, Word bit, CurvePoint const& point, Word* inverseZ, CurveRecord const& curve) {
     ExchangeIf(bit ^ 1U, pair, curve.numWords);
     AddConjugateCoZ(pair.first, pair.second, curve);
-    // What stands in first is now the point itself or its opposite, and so tells the Z.
+    // The first is now the point itself or its opposite, and so tells the Z.
     CurvePoint const known = pair.first;
     ExchangeIf(bit ^ 1U, pair, curve.numWords);
     ModSubtract(inverseZ, pair.first.x, pair.second.x, curve);

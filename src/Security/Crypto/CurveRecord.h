@@ -21,7 +21,7 @@ struct CurveRecord {
     Word b[kMaxCurveWords];
     // Doubles a point in Jacobian form in place. A point whose z is zero doesn't change.
     void (*doubleJacobian)(Word* x, Word* y, Word* z, CurveRecord const& curve);
-    // Replaces a by a square root modulo p. If a has none, what stands there then is no root: square it to
+    // Replaces a by a square root modulo p. If a has none, what is there then is no root: square it to
     // know. For public numbers: its time depends on a.
     void (*modSqrt)(Word* a, CurveRecord const& curve);
     // The right-hand side of the curve equation for x, below p. result may be x.

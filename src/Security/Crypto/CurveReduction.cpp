@@ -57,7 +57,7 @@ void ReduceByRemainder(Word* result, Word* product, Remainder remainder, CurveRe
 }
 
 // One summand of a reduction modulo a generalised Mersenne prime (FIPS 186-4, D.2): a coefficient, and which
-// word of the product stands at each place, least significant first. -1: none.
+// word of the product is at each place, least significant first. -1: none.
 struct Summand {
     int coefficient;
     int word[kMaxCurveWords];

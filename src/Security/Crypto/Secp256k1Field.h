@@ -197,7 +197,7 @@ void WriteField(Word* words, Field<kBound> const& number) {
     constexpr Limb kTopMask = (Limb{1} << kTopBits) - 1;
     Field<kBound> rest = number;
     Limb* const limb = rest.limb;
-    // What stands above bit 256 is folded in, which may carry beyond it once more.
+    // What is above bit 256 is folded in, which may carry beyond it once more.
     Limb carry = (limb[4] >> kTopBits) * kFold256;
     limb[4] &= kTopMask;
     for (int i = 0; i < kLimbs - 1; ++i) {

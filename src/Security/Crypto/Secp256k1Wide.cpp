@@ -29,8 +29,8 @@ struct Affine {
     Field<1> y;
 };
 
-// Neither formula knows the curve's b. So a point (x, y) may stand for (x z^2, y z^3) on the curve with b z^6
-// throughout, and z comes back in at the end.
+// Neither formula knows the curve's b. So a point (x, y) may be taken for (x z^2, y z^3) on the curve with b
+// z^6 throughout, and z comes back in at the end.
 
 Jacobian Double(Jacobian const& point) {
     Field<1> const ySquared = Square(point.y);

@@ -11,7 +11,7 @@
 
 namespace Ubrix {
 
-// The store's file in the cache directory. Files whose names begin so stand beside it: its lock, and what is
+// The store's file in the cache directory. Files whose names begin so are beside it: its lock, and what is
 // being saved.
 constexpr char kSecurityStoreFile[] = "Store.ini";
 

@@ -8,7 +8,7 @@
 
 namespace Ubrix {
 
-// All entries stand in the section "Velmor": a file's current key under the file's bare name, the earlier one
+// All entries are in the section "Velmor": a file's current key under the file's bare name, the earlier one
 // under "earlier/" and that name, which is no file's. The file is read again at each operation. A thread
 // takes the store's turn for each, and the file's own lock under it.
 class SecurityStoreImp : public SecurityStore {

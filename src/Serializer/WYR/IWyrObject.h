@@ -15,7 +15,7 @@ namespace Ubrix {
 // modules are laid out by it; nobody deletes a record by this interface.
 //
 // A cut version says for which version of a record to write or read: fields that came later are left out. 0
-// stands for the current version. A record lets WyrPack choose it: -9 below the base version. What is
+// means the current version. A record lets WyrPack choose it: -9 below the base version. What is
 // unpacked with a version of its own in the message is checked by the same class: -20 outside of [base,
 // current].
 //
@@ -44,9 +44,9 @@ public:
 
     // The tagged form: a tag, a length and a value a field, so that a reader can pass over what it doesn't
     // know. The forms on a buffer carry the fields alone, the forms on memory begin with the mark of a tagged
-    // message. Wyr has no layout and no helpers for it: the mark, and how a tag and a length stand in bytes,
-    // are a choice of the record classes, which must be one for all that nest in each other. Whatever they
-    // choose,
+    // message. Wyr has no layout and no helpers for it: the mark, and how a tag and a length are put into
+    // bytes, are a choice of the record classes, which must be one for all that nest in each other. Whatever
+    // they choose,
     // - packing writes the fields that the cut version covers, and of a union the member that `selector`
     //   names; -37 for an array that is null but has a count;
     // - unpacking takes the `length` bytes from the position, and not one more. It passes over tags that it

@@ -48,7 +48,7 @@ public:
     // Fills the window from the position on with the bytes of a hexadecimal text of `srcSize` characters, as
     // many as have room; the length becomes the end of them, the position stays. `usedSize`, which may be
     // null, receives the characters taken. -17 for an odd size; -18 for a character that is no digit, with
-    // what stands before its pair stored and counted, and the length as it was.
+    // what was before its pair stored and counted, and the length as it was.
     int loadHex(char const* srcHexStr, size_t srcSize, size_t* usedSize);
 
 private:

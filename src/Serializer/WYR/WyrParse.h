@@ -75,7 +75,7 @@ public:
                                 double defaultValue);
 
     // Dates, times and addresses, as WyrTypeUtil reads them, with its codes. The default is a text of the
-    // same form, converted when it is needed; null stands for 0.
+    // same form, converted when it is needed; null means 0.
     static int parseDate(wyr_date_t* dest, char* src, unsigned* found, char const* defaultValue);
     static int parseDateArray(wyr_date_t* dest, unsigned count, char* src, unsigned* found,
                               char const* defaultValue);

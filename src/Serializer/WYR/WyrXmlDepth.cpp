@@ -36,7 +36,7 @@ char const* BehindDocumentType(char const* text) {
     return nullptr;
 }
 
-// `text` stands behind "<!".
+// `text` is behind "<!".
 char const* BehindDeclaration(char const* text) {
     if (Begins(text, "--")) {
         return Behind(text + 2, "-->");
@@ -89,7 +89,7 @@ char const* BehindAttribute(char const* text) {
     return text == nullptr ? nullptr : BehindSpace(text + 1);
 }
 
-// `text` stands at the name of a start tag. `change` becomes 1 for an element that stays open.
+// `text` is at the name of a start tag. `change` becomes 1 for an element that stays open.
 char const* BehindStartTag(char const* text, int* change) {
     text = BehindName(text);
     while (text != nullptr && !EndsAttributeName(*text)) {
@@ -102,7 +102,7 @@ char const* BehindStartTag(char const* text, int* change) {
     return text != nullptr && Begins(text, "/>") ? text + 2 : nullptr;
 }
 
-// `text` stands behind "</".
+// `text` is behind "</".
 char const* BehindEndTag(char const* text) {
     text = BehindName(text);
     return *text == '>' ? text + 1 : nullptr;

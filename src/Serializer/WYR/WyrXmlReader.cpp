@@ -20,7 +20,7 @@ namespace Ubrix {
 // On the heap, since the document brings along the room for its first nodes.
 struct WyrXmlReader::Body {
     rapidxml::xml_document<char> document;
-    rapidxml::xml_node<char>* currRoot = &document;  // where the cursor stands
+    rapidxml::xml_node<char>* currRoot = &document;  // where the cursor is
     rapidxml::xml_node<char>* lastChild = nullptr;   // what it has just left
 };
 

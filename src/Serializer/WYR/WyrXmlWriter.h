@@ -9,7 +9,7 @@ namespace Ubrix {
 
 // Records hold fields and further records; a field is open between its begin and its end, and holds nothing
 // but text. Each operation answers the state, and requires that it is 0 and that no name or text is null.
-// What stands inside of a tag is written with WyrOutput's printf: an attribute-style record adds its
+// What is inside of a tag is written with WyrOutput's printf: an attribute-style record adds its
 // attributes right after beginRecord.
 class WyrXmlWriter : public WyrOutput {
 public:

@@ -1,4 +1,4 @@
-// What the load calls to have the factory stand before the first export is served.
+// What the load calls to have the factory before the first export is served.
 #pragma once
 
 namespace Ubrix {

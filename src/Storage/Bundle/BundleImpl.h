@@ -58,7 +58,7 @@ public:
     bool ClearNoSave() override;
     bool RemoveKeyNoSave(char const* section, char const* key) override;
 
-    // Puts `lines` in place of the whole content, and saves; what stood there comes back in `lines`.
+    // Puts `lines` in place of the whole content, and saves; what was there comes back in `lines`.
     void Replace(IniLines& lines);
     // Whether there is content that couldn't be read yet.
     bool IsUnread() { return _ini->IsUnread(); }

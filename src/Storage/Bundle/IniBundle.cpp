@@ -125,7 +125,7 @@ long long IniBundle::Get(char const* /*key*/, long long defaultValue) {
 
 bool IniBundle::Get(char const* section, char const* key, bool defaultValue, bool* found) {
     std::string const text = UpperAscii(Get(section, key, "", found).CString());
-    // "1" is what a bool is stored as; "TRUE" stands in files of older writers.
+    // "1" is what a bool is stored as; "TRUE" is in files of older writers.
     return text.empty() ? defaultValue : text == "TRUE" || text == "1";
 }
 

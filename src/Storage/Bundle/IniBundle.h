@@ -48,7 +48,7 @@ public:
     virtual int Get(char const* key, int defaultValue);
     virtual long long Get(char const* key, long long defaultValue);
 
-    // `found` tells whether the key stands in the file.
+    // `found` tells whether the key is in the file.
     virtual bool Get(char const* section, char const* key, bool defaultValue, bool* found);
     virtual AString Get(char const* section, char const* key, char const* defaultValue, bool* found);
     virtual int Get(char const* section, char const* key, int defaultValue, bool* found);

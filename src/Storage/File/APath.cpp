@@ -69,8 +69,8 @@ char const* Keep(KeptText& kept, char const* text) {
 struct OwnDirectory {
     char const* name;
     KeptText path{nullptr};
-    // It was seen to stand. What fails before that is tried again at the next use.
-    std::atomic<bool> stands{false};
+    // It was seen to exist. What fails before that is tried again at the next use.
+    std::atomic<bool> exists{false};
     // It was told of as one that isn't trusted.
     std::atomic<bool> isToldOf{false};
 };
@@ -92,10 +92,10 @@ char const* PathOf(OwnDirectory& directory) {
     return Keep(directory.path, path.CString());
 }
 
-char const* Standing(OwnDirectory& directory) {
+char const* MadePath(OwnDirectory& directory) {
     char const* const path = PathOf(directory);
-    if (path != nullptr && !directory.stands.load(std::memory_order_relaxed)) {
-        directory.stands.store(CPath::CreatePath(path) || Platform::IsDirectory(path),
+    if (path != nullptr && !directory.exists.load(std::memory_order_relaxed)) {
+        directory.exists.store(CPath::CreatePath(path) || Platform::IsDirectory(path),
                                std::memory_order_relaxed);
     }
     return path;
@@ -271,11 +271,11 @@ char const* CPath::GetAppPath() {
 }
 
 char const* CPath::GetDocPath() {
-    return WithoutThrow([] { return Standing(g_doc); });
+    return WithoutThrow([] { return MadePath(g_doc); });
 }
 
 char const* CPath::GetCachePath() {
-    return WithoutThrow([] { return Standing(g_cache); });
+    return WithoutThrow([] { return MadePath(g_cache); });
 }
 
 bool IsSafeForValues(char const* path) {

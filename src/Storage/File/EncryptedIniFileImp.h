@@ -46,7 +46,7 @@ private:
     std::string EntryName() const;
     // Before this file's first save takes the entry of its name: a file elsewhere may have had it so far.
     void KeepForNamesake(SecurityStore& store, StoredKeys const& before) const;
-    // Takes in what stands on the disk. Of what is wrong with it, the body is empty.
+    // Takes in what is on the disk. Of what is wrong with it, the body is empty.
     EncipheredContent ReadFile() VC_REQUIRES(_lock);
     // The same, with std::bad_alloc for want of memory, which changes nothing.
     EncipheredContent ReadWithKeys() VC_REQUIRES(_lock);
@@ -56,7 +56,7 @@ private:
     EncipheredFault Open(std::string_view body) VC_REQUIRES(_lock);
     // The same, if one of these keys opens it.
     bool Decipher(std::string_view body, StoredKeys const& keys) VC_REQUIRES(_lock);
-    // Which of the keys opens what stands on the disk; the current one if that can't be told.
+    // Which of the keys opens what is on the disk; the current one if that can't be told.
     std::string KeyOfFile(StoredKeys const& keys) const VC_REQUIRES(_lock);
     std::string JoinedLines() const VC_REQUIRES(_lock);
     void LogFault(EncipheredContent const& content) const;

@@ -13,7 +13,7 @@ class IniLines;
 class IniFile {
 public:
     // Saves first what was edited, so that it reaches the disk at the latest when the object goes. Where
-    // nothing stands it makes the file.
+    // there is none it makes the file.
     virtual ~IniFile() = default;
 
     // Replaces the content by the file's. False if there is none or it can't be read; the content then stays.
@@ -22,7 +22,7 @@ public:
     // next save, after an Error line.
     virtual bool Save() = 0;
 
-    // The value of a key, and in `found`, which may be null, whether it stands in the file. The default,
+    // The value of a key, and in `found`, which may be null, whether it is in the file. The default,
     // which may be null for an empty text, answers for a missing key. A null section or key is logged and
     // gives an empty text.
     virtual AString ReadString(char const* section, char const* key, char const* defaultValue,
@@ -55,11 +55,11 @@ public:
     virtual bool Clear() = 0;
     // Exchanges the content in memory with `lines`; the disk sees it at the next save. Takes no memory.
     virtual void Swap(IniLines& lines) = 0;
-    // True while something stands on the disk that couldn't be read yet.
+    // True while something is on the disk that couldn't be read yet.
     virtual bool IsUnread() = 0;
 };
 
-// A new file object on plain text, or on an enciphered file. Both have read what stands at `path`. The caller
+// A new file object on plain text, or on an enciphered file. Both have read what is at `path`. The caller
 // deletes them.
 IniFile* CreateIniFile(char const* path);
 IniFile* CreateEncryptedIniFile(char const* path);

@@ -17,12 +17,12 @@ namespace Ubrix {
 // are not taken in. A save writes each line with the system's line end, on a file that only this user can
 // read.
 //
-// What stands on the disk and wasn't read is never deleted or overwritten:
+// What is on the disk and wasn't read is never deleted or overwritten:
 // - What can't be read now, for want of descriptors for one, is tried again at each operation. Until then the
 //   object works as an empty one and nothing is saved; edits made meanwhile are laid over what is read.
 // - What can't be taken in, now or later, is moved aside before a save, to the first free name of
 //   "<file>.unreadable-1" to 8, with an Error line. Only where all eight are taken the last one is replaced.
-// The object saves at its end only what was edited, or where nothing stands.
+// The object saves at its end only what was edited, or where there is nothing.
 //
 // The lock guards the lines and covers each operation in full. The disk is read and written under it.
 class CIniFileImpl : public IniFile {
@@ -54,7 +54,7 @@ public:
 
     // As Save, and tells whether the file has the content now.
     bool SaveChecked();
-    // As Load. False only if something stands on the disk that can't be read now, whatever was read before.
+    // As Load. False only if something is on the disk that can't be read now, whatever was read before.
     bool Refresh();
 
 protected:
@@ -62,9 +62,9 @@ protected:
     // that class's Reload.
     CIniFileImpl(char const* path, bool (*isOtherForm)(std::string_view content));
 
-    // Takes in what stands on the disk, without a message of its own. True if there was something.
+    // Takes in what is on the disk, without a message of its own. True if there was something.
     virtual bool Reload() VC_REQUIRES(_lock);
-    // Puts the lines on the disk. Gives null, or the reason why what stands there stays.
+    // Puts the lines on the disk. Gives null, or the reason why what is there stays.
     virtual char const* WriteFile() VC_REQUIRES(_lock);
     // For the destructor of each class that overrides WriteFile.
     void SaveAtEnd();
@@ -73,7 +73,7 @@ protected:
     Platform::FileAnswer ReadContent(std::string& content) VC_REQUIRES(_lock);
     // Makes `lines` the object's.
     void Take(IniLines& lines) VC_REQUIRES(_lock);
-    // What stands there can't be taken in now, but `mayBeLater`.
+    // What is there can't be taken in now, but `mayBeLater`.
     void Leave(bool mayBeLater) VC_REQUIRES(_lock);
     // For WriteFile, before it does anything: makes sure that nothing unread is overwritten. Gives null, or
     // the reason why something would be.
@@ -86,7 +86,7 @@ protected:
     bool _edited VC_GUARDED_BY(_lock) = false;
 
 private:
-    // What the object knows of what stands at its path.
+    // What the object knows of what is at its path.
     enum class Disk {
         Known,    // it was taken in, or there was nothing
         Unread,   // it can't be read now
@@ -101,7 +101,7 @@ private:
     Disk _disk VC_GUARDED_BY(_lock) = Disk::Unread;
     // To the latest look at the disk.
     Platform::FileAnswer _answer VC_GUARDED_BY(_lock) = Platform::FileAnswer::Absent;
-    // Nothing stood there when it was looked at.
+    // Nothing was there when it was looked at.
     bool _wasAbsent VC_GUARDED_BY(_lock) = false;
     // Cleared since it was unread: of what is there nothing is to be kept.
     bool _cleared VC_GUARDED_BY(_lock) = false;

@@ -1,9 +1,9 @@
 // The lines of an INI file, and the rules by which they are read and edited.
 //
-// Section header: a line that begins with "[" and contains a "]"; the name stands between the first of each.
+// Section header: a line that begins with "[" and contains a "]"; the name is between the first of each.
 // Any line that begins with "[" ends the section before it.
 // Key line: a line with an "="; the key is the text before the first one, so no key contains an "=". The
-// value stands behind it, up to a "#" or the end. Any other line just sits in the list. There are no comment
+// value follows it, up to a "#" or the end. Any other line just sits in the list. There are no comment
 // lines: "# a=b" holds the key "# a".
 //
 // Names and values are trimmed of spaces, and of spaces only. All comparisons are exact.

@@ -20,10 +20,10 @@ bool CanBeKey(std::string_view name);
 bool CanBeValue(std::string_view text);
 
 // Whether a value that can be one reads back as it was written: not so the empty text, which reads as absent,
-// what stands from a "#" on, and spaces at the ends.
+// what follows from a "#" on, and spaces at the ends.
 bool ComesBackWhole(std::string_view value);
 
-// What stands in front of the first line end or NUL: of any text, the part that can be a value.
+// What is in front of the first line end or NUL: of any text, the part that can be a value.
 std::string_view FirstLine(std::string_view text);
 
 }  // namespace Ubrix::IniText

@@ -26,12 +26,12 @@ long long LengthOf(std::FILE* file) {
     return std::fseek(file, 0, SEEK_END) == 0 ? std::ftell(file) : 0;
 }
 
-bool Stands(AString const& directory) {
+bool Exists(AString const& directory) {
     return Platform::Directory(directory.c_str()).IsOpen();
 }
 
 bool EnsureDirectoryAt(AString const& path) {
-    if (Stands(path) || Platform::MakeDirectory(path.c_str())) {
+    if (Exists(path) || Platform::MakeDirectory(path.c_str())) {
         return true;
     }
     VC_LOG_CONSOLE(Error, kLogFunction, "CreatePath %s failed!", ForeignText(path.c_str()).c_str());
@@ -81,9 +81,9 @@ void AFileLogger::Write(void const* data, unsigned int length, Platform::Calenda
     }
 }
 
-// A file that stands where it was opened has its directory: only a missing one asks for more.
+// A file that is where it was opened has its directory: only a missing one asks for more.
 bool AFileLogger::EnsureFile(bool newHour, Platform::CalendarTime const& now) {
-    if (!newHour && FileStands()) {
+    if (!newHour && FileExists()) {
         return true;
     }
     if (!EnsureDirectory()) {
@@ -94,7 +94,7 @@ bool AFileLogger::EnsureFile(bool newHour, Platform::CalendarTime const& now) {
         return false;
     }
     // Somebody may have deleted it again at once.
-    if (!FileStands()) {
+    if (!FileExists()) {
         VC_LOG_CONSOLE(Error, kLogFunction, "_logFile is null or file not exist");
         return false;
     }
@@ -102,7 +102,7 @@ bool AFileLogger::EnsureFile(bool newHour, Platform::CalendarTime const& now) {
 }
 
 bool AFileLogger::EnsureDirectory() {
-    if (!_directory.empty() && Stands(_directory)) {
+    if (!_directory.empty() && Exists(_directory)) {
         return true;
     }
     char const* cache = CPath::GetCachePath();
@@ -125,7 +125,7 @@ bool AFileLogger::EnsureDirectory() {
     return true;
 }
 
-bool AFileLogger::FileStands() const {
+bool AFileLogger::FileExists() const {
     return _file != nullptr && Platform::PathExists(_filePath.c_str());
 }
 
@@ -153,7 +153,7 @@ bool AFileLogger::OpenFileOfHour() {
     }
     _file = Platform::OpenPrivateForAppending(_filePath.c_str());
     if (_file != nullptr && _sync == 0) {
-        // A block goes out in one piece: less of a killed process's last one stands half written.
+        // A block goes out in one piece: less of a killed process's last one is half written.
         std::setvbuf(_file.get(), nullptr, _IONBF, 0);
     }
     if (_file != nullptr && EndHalfLine()) {

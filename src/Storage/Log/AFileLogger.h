@@ -54,7 +54,7 @@ private:
     void Write(void const* data, unsigned int length, Platform::CalendarTime const& now) VC_REQUIRES(_lock);
     bool EnsureDirectory() VC_REQUIRES(_lock);
     bool EnsureFile(bool newHour, Platform::CalendarTime const& now) VC_REQUIRES(_lock);
-    bool FileStands() const VC_REQUIRES(_lock);
+    bool FileExists() const VC_REQUIRES(_lock);
     bool EnsureRoom() VC_REQUIRES(_lock);
     bool OpenFileOfHour() VC_REQUIRES(_lock);
     bool FilePathByTime(AString& path) const VC_REQUIRES(_lock);

@@ -15,7 +15,7 @@ void RequireOfBuffer(bool holds, char const* condition);
 // The position that a seek leads to: never below 0 nor above `length`.
 std::size_t SeekTarget(std::size_t position, std::size_t length, long long offset, BufferOrigin origin);
 
-// Bytes with a position among them. Whose memory they stand in, and whether it grows, is up to the derived
+// Bytes with a position among them. Whose memory they are in, and whether it grows, is up to the derived
 // class. No lock: one thread at a time.
 class BufferContent {
 public:

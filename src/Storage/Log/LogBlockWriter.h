@@ -17,7 +17,7 @@ struct LogBlockOptions {
     bool isCompress = true;
     // 128 hexadecimal digits: whoever has the private half reads the blocks. Empty: anybody does.
     std::string serverPublicKey;
-    // LogBlockWriter::kBlockLength bytes of the caller's, which outlive the logger. A block that stands in
+    // LogBlockWriter::kBlockLength bytes of the caller's, which outlive the logger. A block that is in
     // them goes to the file before the first line: memory that survives a crash brings the crash's last
     // lines, all that Log had returned for, but for those that found no room (of enciphered blocks see
     // LogBuffer). A crash just behind a write of the file brings that block a second time. Null: the logger's
@@ -42,7 +42,7 @@ public:
     // The longest time that a line waits.
     static constexpr long long kFlushWaitMs = 86400000;
 
-    // Writes out what stands in the memory and starts the flusher. Null if the system refuses the thread;
+    // Writes out what is in the memory and starts the flusher. Null if the system refuses the thread;
     // std::bad_alloc if it refuses the memory. `lock` and `file` are the logger's, and stay until Stop has
     // returned.
     static std::shared_ptr<LogBlockWriter> Start(Platform::RecursiveMutex& lock, AFileLogger& file,

@@ -21,7 +21,7 @@ public:
     // At most this many lines of a thread wait. The callback loses what comes beyond that, and what there is
     // no memory for; a Warning line tells how many as soon as the rest is passed on.
     static constexpr unsigned int kMostWaiting = 256;
-    // How deep calls of the callback stand in each other on one thread, and how many lines one call may cause
+    // How deep calls of the callback are nested on one thread, and how many lines one call may cause
     // inside itself. A callback that logs without an end loses what comes beyond; the console tells it once.
     static constexpr unsigned int kDeepest = 16;
     static constexpr unsigned int kMostCaused = 1000;

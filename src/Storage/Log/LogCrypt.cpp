@@ -61,7 +61,7 @@ void PutBodyLength(char* data, std::uint32_t length) {
 
 LogCrypt::LogCrypt(char const* serverPublicKey) {
     Crypto::MakeEcdhKey(serverPublicKey, teaKey_, sizeof teaKey_, clientPublicKey_);
-    // No point of the curve has two zero coordinates: they stand only where no key was made.
+    // No point of the curve has two zero coordinates: they are there only where no key was made.
     isCrypt_ = std::any_of(std::begin(clientPublicKey_), std::end(clientPublicKey_),
                            [](unsigned char byte) { return byte != 0; });
 }

@@ -10,7 +10,7 @@
 
 namespace Ubrix {
 
-// Where what stands in a block's head. Numbers are little-endian.
+// Where what is in a block's head. Numbers are little-endian.
 struct LogBlockLayout {
     static constexpr std::size_t kStart = 0;
     static constexpr std::size_t kSequence = 1;

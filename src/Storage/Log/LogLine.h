@@ -14,7 +14,7 @@ constexpr std::size_t kLogTextSize = 4096;
 using LogText = char[kLogTextSize];
 
 // Prints a call's arguments into `text`. A format that can't be printed, since an argument of its can't be
-// converted, stands for itself: a strange message is better than none. Leaves the last error number alone.
+// converted, is the message itself: a strange one is better than none. Leaves the last error number alone.
 VELMORCORE_PRINTF(2, 0) void FormatMessage(LogText& text, char const* format, std::va_list arguments);
 
 // Builds the line of `message` at the present moment. `file` is cut to its base name.

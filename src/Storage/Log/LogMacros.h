@@ -7,6 +7,6 @@
 #define VC_LOG(level, func, ...) \
     ::Ubrix::XLog(::Velmor::ALogPriority##level, __FILE__, __LINE__, func, __VA_ARGS__)
 
-// A line for the console only, for code that the logger itself stands on.
+// A line for the console only, for code that the logger itself needs.
 #define VC_LOG_CONSOLE(level, func, ...) \
     ::Ubrix::PrintLogToConsoleFormat(::Velmor::ALogPriority##level, __FILE__, __LINE__, func, __VA_ARGS__)

@@ -23,7 +23,7 @@ namespace Ubrix {
 // synchronous.
 class Logger : public Velmor::ILogger {
 public:
-    // `module` stands in every line and names the log directory.
+    // `module` is in every line and names the log directory.
     explicit Logger(char const* module);
     // An asynchronous logger; Init starts its thread. If the system refuses that, or after StopBlocks, lines
     // reach the console and the callback only.

@@ -17,7 +17,7 @@ namespace Ubrix {
 //
 // The memory at any moment, also if the process dies there, holds a block that lacks but its end byte, with
 // all text that Write has answered for; only, of an enciphered one, a death inside a Write may spoil the last
-// 7 bytes that stood before it. Given the memory of an earlier run, the buffer starts with that block, and
+// 7 bytes that were before it. Given the memory of an earlier run, the buffer starts with that block, and
 // Flush hands it out. Text is added to it only if it is plain and uncompressed, as the buffer's own blocks
 // would be: its deflate stream and its key are gone. Until a Flush has closed another one, Write answers
 // false.

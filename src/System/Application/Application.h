@@ -11,7 +11,7 @@ namespace Ubrix {
 // Hears lifecycle events from its construction to its destruction. Called on the thread that reports the
 // event, in the turn of the fan-out, which is recursive: a callback may add and remove observers, this one
 // included, and release the application. Whoever constructs or destroys one while another thread reports an
-// event sees to it that the derived part stands whenever it is registered.
+// event sees to it that the derived part exists whenever it is registered.
 class IApplicationObserver {
 public:
     // Ends the registration; if an event is being told on another thread, after that.
@@ -19,7 +19,7 @@ public:
     IApplicationObserver(IApplicationObserver const&) = delete;
     IApplicationObserver& operator=(IApplicationObserver const&) = delete;
 
-    // What 1, 2 and 5 stand for is the platform integration's choice.
+    // What 1, 2 and 5 mean is the platform integration's choice.
     virtual void OnLifecycleEvent1() = 0;
     virtual void OnLifecycleEvent2() = 0;
     virtual void OnPause() = 0;
@@ -34,7 +34,7 @@ protected:
 // Thread-safe. Observers are called in the turn of the fan-out, one thread at a time, in their order of
 // registration: nobody leaves in the middle of a call from another thread. An observer that is added during a
 // fan-out isn't called in it; one that is removed isn't called any more. The object is never destroyed; who
-// observes stands until the release.
+// observes lasts until the release.
 class CApplication {
 public:
     // The one instance.
@@ -59,7 +59,7 @@ public:
 
 private:
     using Event = void (IApplicationObserver::*)();
-    // Where a fan-out stands, and where the observers end that it calls.
+    // How far a fan-out is, and where the observers end that it calls.
     struct Walk {
         std::size_t next;
         std::size_t end;

@@ -99,7 +99,7 @@ void NetworkObservers::Forget(CNetworkObserver* observer) {
 }
 
 void NetworkObservers::Erase(CNetworkObserver* observer) {
-    _lists.WithStanding(false, [observer](Lists& lists) {
+    _lists.WithIfMade(false, [observer](Lists& lists) {
         ObserverList& all = lists.observers;
         auto const found = std::find(all.begin(), all.end(), observer);
         return found != all.end() && all.erase(found) != all.end();
@@ -115,7 +115,7 @@ void* NetworkObservers::KeepChange(ANetworkState state) {
 }
 
 bool NetworkObservers::TakeChange(void* cell, ANetworkState& state) {
-    return _lists.WithStanding(false, [&](Lists& lists) {
+    return _lists.WithIfMade(false, [&](Lists& lists) {
         auto const found = std::find_if(lists.changes.begin(), lists.changes.end(),
                                         [cell](auto const& change) { return change.get() == cell; });
         if (found == lists.changes.end()) {
@@ -131,10 +131,9 @@ void NetworkObservers::TellChange(void* cell) {
     ScopedTurn const turn(_turn);
     ANetworkState state = ANetworkStateNotReachable;
     std::optional<Walk> walk;
-    // The calls stand outside: what observers throw is their own.
+    // The calls are outside: what observers throw is their own.
     bool const isReady = AtBoundary(false, [&]() VC_REQUIRES(_turn) {
-        walk.emplace(*this,
-                     _lists.WithStanding(ObserverList(), [](Lists& lists) { return lists.observers; }));
+        walk.emplace(*this, _lists.WithIfMade(ObserverList(), [](Lists& lists) { return lists.observers; }));
         return TakeChange(cell, state);
     });
     if (isReady && walk->Tell(state)) {
@@ -143,8 +142,8 @@ void NetworkObservers::TellChange(void* cell) {
 }
 
 void NetworkObservers::TellCallback(ANetworkState state) {
-    INetwork::Callback const callback = _lists.WithStanding(static_cast<INetwork::Callback>(nullptr),
-                                                            [](Lists& lists) { return lists.callback; });
+    INetwork::Callback const callback = _lists.WithIfMade(static_cast<INetwork::Callback>(nullptr),
+                                                          [](Lists& lists) { return lists.callback; });
     if (callback != nullptr) {
         Platform::CallOut const out;
         callback(state);

@@ -13,14 +13,14 @@ namespace Ubrix {
 
 // Thread-safe. Observers and callback are called in the turn of the fan-out: one thread at a time, so that
 // nobody can leave in the middle of a call from another thread. The turn is recursive, and they may come
-// back. Who hears stands from the network's first use to its release, under a lock that is held for list work
-// only, so that reporting a change never waits for an observer. The turn comes before the lock.
+// back. The list of who hears exists from the network's first use to its release, under a lock that is held
+// for list work only, so that reporting a change never waits for an observer. The turn comes before the lock.
 class NetworkObservers {
 public:
     // The one instance, never destroyed.
     static NetworkObservers& GetInstance();
 
-    // Makes the network stand. True if it didn't.
+    // Begins the network's use. False if it had begun.
     bool Begin();
     // Lets go of everybody, and of what has yet to be told: nobody hears of anything from here on, the change
     // in hand included. Waits for observers that are told on another thread.
@@ -32,7 +32,7 @@ public:
     // Takes out an observer that is being destroyed: it isn't even told of the change in hand.
     void Forget(CNetworkObserver* observer);
 
-    // Keeps a change until it is told, and gives the cell that stands for it.
+    // Keeps a change until it is told, and gives the cell that means it.
     void* KeepChange(ANetworkState state);
     // Tells the observers, in the order of registration, and then the callback of the change in `cell`, and
     // lets go of the cell. One that isn't kept here does nothing.
@@ -40,7 +40,7 @@ public:
 
 private:
     using ObserverList = std::vector<CNetworkObserver*>;
-    // What stands between the first use and the release.
+    // What there is between the first use and the release.
     struct Lists {
         bool hasBegun = false;
         ObserverList observers;

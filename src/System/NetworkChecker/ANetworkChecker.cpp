@@ -49,7 +49,7 @@ void* KeepOnItsWay(HeapText text) {
 
 HeapText TakeFromItsWay(void* text) {
     auto* const kept = static_cast<char*>(text);
-    return HeapText(TheLines().WithStanding(static_cast<char*>(nullptr), [kept](LinesOnTheirWay& onTheirWay) {
+    return HeapText(TheLines().WithIfMade(static_cast<char*>(nullptr), [kept](LinesOnTheirWay& onTheirWay) {
         return onTheirWay.lines.erase(kept) != 0 ? kept : nullptr;
     }));
 }

@@ -11,7 +11,7 @@ namespace Ubrix {
 // A platform's tool runs a diagnostic and hands its outcome over as a line of text; the checker reads the
 // line on the thread that drives the game and tells the callback. On this platform no tool is wired in.
 //
-// The object is never destroyed; what stands between its first use and its release is the lines on their way.
+// The object is never destroyed; its state between its first use and its release is the lines on their way.
 // No lock is held while a callback runs.
 class ANetworkChecker : public CTargetBase, public INetworkChecker {
 public:
@@ -32,7 +32,7 @@ public:
     void NSLookup(Word first, Word second, Word third) override;
 
     // A diagnostic has ended. `text` comes from malloc and is the checker's from here on, whatever happens;
-    // the forms of the lines stand in ResultLines.h. A null callback is logged. Null, or a line with too few
+    // the forms of the lines are in ResultLines.h. A null callback is logged. Null, or a line with too few
     // fields, calls nothing. Any thread.
     void NotifyPingFinish(char* text, PingCallback callback);
     void NotifyTraceRouteFinish(char* text, TraceRouteCallback callback);

@@ -15,7 +15,7 @@ namespace {
 // 0 until it has been read. Every mode leads to the same pool.
 std::atomic<int> g_operationMode{0};
 
-// What callers have for the pool that stands.
+// What callers have for the present pool.
 class PoolFront final : public OperationQueue {
 public:
     void AddOperation(Operation::Function function, void* data, bool repeat) override {

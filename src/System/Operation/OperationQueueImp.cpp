@@ -26,7 +26,7 @@ Service<Pool>& ThePool() {
     return *pool;
 }
 
-// The alarm of the standing pool's manager, so that it can be rung at any time.
+// The alarm of the present pool's manager, so that it can be rung at any time.
 struct Alarm {
     Platform::RecursiveMutex lock;
     Platform::Event* event VC_GUARDED_BY(lock) = nullptr;
@@ -116,15 +116,15 @@ void OperationQueueImp::Begin() {
         CreateWorker();
     }
     void* manager = nullptr;
-    bool stands = false;
+    bool runs = false;
     {
         ScopedLock lock(_mutex);
         manager = EnsureManager();
-        stands = _managerStands;
+        runs = _managerRuns;
     }
     if (manager != nullptr) {
         LogManager(manager);
-    } else if (!stands) {
+    } else if (!runs) {
         VC_LOG(Error, "Ubrix::OperationQueueImp::CreateThreads", "no thread for onThreadManageProc");
     }
 }
@@ -183,12 +183,12 @@ bool OperationQueueImp::StartThread(void (*body)(void* share), void** handle) {
     return true;
 }
 
-// Starts the manager unless it stands. The handle of one that was started, or null; the next addition tries
+// Starts the manager unless it runs. The handle of one that was started, or null; the next addition tries
 // again if the system had no thread to give.
 void* OperationQueueImp::EnsureManager() {
     void* handle = nullptr;
-    if (!_managerStands) {
-        _managerStands = StartThread(onThreadManageProc, &handle);
+    if (!_managerRuns) {
+        _managerRuns = StartThread(onThreadManageProc, &handle);
     }
     return handle;
 }

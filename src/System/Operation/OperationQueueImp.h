@@ -18,16 +18,16 @@ namespace Ubrix {
 // go.
 //
 // Locks, in this order: the holder's, held while a pool is set up; then the pool's, which guards its lists
-// and counters for list work only: nothing is run, deleted or logged under it. Beneath both stands the lock
+// and counters for list work only: nothing is run, deleted or logged under it. Beneath both is the lock
 // of the alarm, a leaf.
 class OperationQueueImp final : public OperationQueue,
                                 public std::enable_shared_from_this<OperationQueueImp> {
 public:
-    // The pool that stands, made at first use.
+    // The present pool, made at first use.
     static std::shared_ptr<OperationQueueImp> GetInstance();
     // The release callback: stops the pool and forgets it, without waiting.
     static void ReleaseInstance();
-    // Makes the holder with its lock, if it doesn't stand yet. It is never destroyed.
+    // Makes the holder with its lock, unless it is there. It is never destroyed.
     static void CreateLock();
     // An operation is due earlier than it was: has the manager look again. Any thread.
     static void WakeManager();
@@ -43,7 +43,7 @@ public:
     void AddOperation(OperationTargetBase* target, ObjectOperation::Member member, void* data,
                       bool repeat) override;
 
-    // How many workers stand, and how many of them have nothing to do.
+    // How many workers there are, and how many of them have nothing to do.
     struct Threads {
         int all;
         int idle;
@@ -94,7 +94,7 @@ private:
     long long _growCounterMs VC_GUARDED_BY(_mutex) = 0;
     // The manager sleeps beyond the next tick: whoever adds something wakes it.
     bool _managerRests VC_GUARDED_BY(_mutex) = false;
-    bool _managerStands VC_GUARDED_BY(_mutex) = false;
+    bool _managerRuns VC_GUARDED_BY(_mutex) = false;
     Platform::Event _managerAlarm;
 };
 

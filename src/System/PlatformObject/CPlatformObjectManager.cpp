@@ -12,7 +12,7 @@ using Platform::ScopedLock;
 
 namespace {
 
-// Under how many ids each object stands, over all managers. A shared object may stand under many, and must be
+// Under how many ids each object is kept, over all managers. A shared object may be under many, and must be
 // deleted once. Never destroyed: managers may go with the process.
 struct Holders {
     Platform::RecursiveMutex lock;

@@ -8,7 +8,7 @@
 
 namespace Ubrix {
 
-// An object that stands under several ids, or in several managers, is deleted when the last of them lets it
+// An object that is kept under several ids, or in several managers, is deleted when the last of them lets it
 // go. The lock guards the map, and takes the one of the count of holders inside itself; neither is held while
 // an object is deleted, so that a destructor may call any operation here. Any thread; but what GetObject gave
 // is only good as long as no other thread removes it.

@@ -67,7 +67,7 @@ void RemovePlatformObject(long long objectId) {
 }
 
 void ReleasePlatformObjects() {
-    std::shared_ptr<Managers> const managers = TheManagers().ShareIfStanding();
+    std::shared_ptr<Managers> const managers = TheManagers().ShareIfMade();
     if (managers == nullptr) {
         return;
     }

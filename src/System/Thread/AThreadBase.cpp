@@ -72,7 +72,7 @@ struct CThreadBase::Body {
     // Guards the two fields behind it.
     Platform::RecursiveMutex mutex;
     std::deque<CSelector> selectors VC_GUARDED_BY(mutex);
-    // What the thread finds when it wants to enter the object: it enters one that stands, and the destructor
+    // What the thread finds when it wants to enter the object: it enters one that exists, and the destructor
     // of one that it hasn't entered keeps it out.
     enum class Access { Open, Entered, Closed } access VC_GUARDED_BY(mutex) = Access::Open;
 };

@@ -67,12 +67,12 @@ unsigned int CTimer::StartTimer(unsigned long long intervalMs, bool repeat, Call
     ScopedLock lock(_timers->mutex);
     unsigned int const id = GetNextTimerId();
     CTimerImp* timer = nullptr;
-    bool const stands = AtBoundary([&]() VC_REQUIRES(_timers->mutex) {
-        // The entry first: nothing may fail once the thread stands.
+    bool const isMade = AtBoundary([&]() VC_REQUIRES(_timers->mutex) {
+        // The entry first: nothing may fail once there is the thread.
         CTimerImp*& entry = _timers->timers[id];
         entry = timer = new CTimerImp(id);
     });
-    if (!stands) {
+    if (!isMade) {
         _timers->timers.erase(id);
         return kNoTimer;
     }

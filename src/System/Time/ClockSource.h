@@ -1,4 +1,4 @@
-// Where the library reads time, and waits for it: the system's clocks, or a stand-in that a test puts in
+// Where the library reads time, and waits for it: the system's clocks, or those that a test puts in
 // their place.
 #pragma once
 

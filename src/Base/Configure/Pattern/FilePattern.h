@@ -8,7 +8,7 @@
 
 namespace Velmor {
 
-// Where a group of the pattern stands in the name; begin -1 for a group that took no part.
+// Where the name matched a group of the pattern; begin -1 for a group that took no part.
 struct PatternCapture {
     int begin;
     int length;

@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::string_view kMetacharacters = "^$().[]*+?|\\";
 constexpr std::string_view kClasses = "Ssd";
-// Letters of escapes, and the bytes they stand for in the same order.
+// Letters of escapes, and the bytes they mean in the same order.
 constexpr std::string_view kControlLetters = "bfnrtv";
 constexpr std::string_view kControlBytes = "\b\f\n\r\t\v";
 constexpr int kHexEscapeLength = 4;
@@ -29,14 +29,14 @@ bool IsBlank(unsigned char byte) {
     return byte == ' ' || (byte >= '\t' && byte <= '\r');
 }
 
-// One member of a set, or one end of a range: its length, and the folded byte it stands for, or -1 for a
+// One member of a set, or one end of a range: its length, and the folded byte it means, or -1 for a
 // class.
 struct Member {
     int length;
     int byte;
 };
 
-// The byte that a well-formed escape stands for, as it is; -1 for a class.
+// The byte that a well-formed escape means, as it is; -1 for a class.
 int EscapedByte(std::string_view escape) {
     char const kind = escape[1];
     if (Contains(kClasses, kind)) {

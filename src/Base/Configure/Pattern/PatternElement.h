@@ -1,4 +1,4 @@
-// The smallest pieces of a file pattern: what stands for one byte of a name.
+// The smallest pieces of a file pattern: what matches one byte of a name.
 #pragma once
 
 #include <string_view>

@@ -98,7 +98,7 @@ int PatternTables::AddBar(int offset) {
 }
 
 int PatternTables::GroupThatBeginsAt(int begin) const {
-    // Groups stand in the order of their opening brackets; the whole pattern, at 0, is no candidate.
+    // Groups are in the order of their opening brackets; the whole pattern, at 0, is no candidate.
     Group const* const found =
         std::lower_bound(_groups + 1, _groups + _groupCount, begin,
                          [](Group const& group, int wanted) { return group.begin < wanted; });

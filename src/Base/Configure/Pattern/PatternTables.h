@@ -1,4 +1,4 @@
-// Where the groups and alternatives of a file pattern stand.
+// Where the groups and alternatives of a file pattern are.
 #pragma once
 
 #include <string_view>

@@ -10,7 +10,8 @@ using Platform::WithoutThrow;
 
 namespace {
 
-// A handle without a body stands at the end: want of memory for one of the two must not make a loop endless.
+// A handle without an implementation is at the end: want of memory for one of the two must not make a loop
+// endless.
 bool IsAtEnd(ValueIteratorBase const* body) {
     return body == nullptr || &**body == &Value::Null;
 }

@@ -14,11 +14,11 @@ public:
 
     // 1 ftp, 2 gopher, 3 http, 4 https; 0 before the first success.
     int GetScheme() const { return _scheme; }
-    // An IPv6 address stands in its brackets.
+    // An IPv6 address is in its brackets.
     std::string const& GetHost() const { return _host; }
     // The port that the URL names, else its scheme's own.
     int GetPort() const { return _port; }
-    // Path and query, at least "/", without a fragment. Octets that may not stand on a request line are
+    // Path and query, at least "/", without a fragment. Octets that may not be on a request line are
     // percent-escaped; escapes in the URL are kept.
     std::string const& GetPath() const { return _path; }
 
