@@ -13,8 +13,6 @@ namespace Platform {
 class RecursiveMutex;
 }
 
-struct NetworkStateList;
-
 /// The state. The numbers cross to managed code. Observers take everything but 0 for a network that is up.
 enum ANetworkState : int {
     /// No network.
@@ -80,8 +78,11 @@ protected:
     int CountOfChangedStates();
 
 private:
-    NetworkStateList* _changedStates;
-    // Guards the list.
+    struct VELMORCORE_HIDDEN Body;
+
+    // The states that are kept.
+    Body* _body;
+    // Guards them.
     Platform::RecursiveMutex* _lock;
 };
 

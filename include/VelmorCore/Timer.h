@@ -6,8 +6,6 @@
 
 namespace Ubrix {
 
-struct TimerTable;
-
 /// Any number of timers, each with a thread of its own, precise to about half a second.
 ///
 /// A timer looks at the clock when it starts and then every 500 ms, and makes a call at the first look at or
@@ -44,9 +42,11 @@ public:
     void StopTimer(unsigned int id);
 
 private:
+    struct VELMORCORE_HIDDEN Body;
+
     unsigned int GetNextTimerId();
 
-    TimerTable* _timers;
+    Body* _body;
 };
 
 }  // namespace Ubrix

@@ -80,14 +80,14 @@ public:
 
 private:
     friend class AString;
-    struct VELMORCORE_HIDDEN Items;
+    struct VELMORCORE_HIDDEN Body;
 
     // The list, made when the first element comes.
-    Items& List();
+    Body& List();
     // Takes over the elements of `other`, all or none.
     void Take(AArray& other);
 
-    Items* _items;
+    Body* _body;
 };
 
 }  // namespace Ubrix

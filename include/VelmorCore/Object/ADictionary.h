@@ -102,7 +102,7 @@ public:
     void RemoveAll();
 
 private:
-    struct VELMORCORE_HIDDEN Entries;
+    struct VELMORCORE_HIDDEN Body;
 
     // Dictionaries can't be compared: always false.
     bool IsEqual(AObject const* other) const override;
@@ -110,9 +110,9 @@ private:
     // Puts `value` itself under a copy of `key`.
     void Put(AObject const& key, AObject* value, bool owned);
     // The entries, made when the first comes.
-    Entries& Content();
+    Body& Content();
 
-    Entries* _entries;
+    Body* _body;
 };
 
 }  // namespace Ubrix

@@ -12,10 +12,10 @@ namespace Ubrix {
 
 using Platform::WithoutThrow;
 
-struct AArray::Items : ContainerContent {
+struct AArray::Body : ContainerContent {
     std::vector<AObject*> list;
 
-    ~Items() override {
+    ~Body() override {
         for (AObject* object : list) {
             if (object->IsOwned()) {
                 delete object;
@@ -24,7 +24,7 @@ struct AArray::Items : ContainerContent {
     }
 };
 
-AArray::AArray() : AObject(TypeArray), _items(nullptr) {}
+AArray::AArray() : AObject(TypeArray), _body(nullptr) {}
 
 AArray::AArray(AArray const* other) : AArray() {
     Add(other);
@@ -36,11 +36,11 @@ AArray::~AArray() {
     RemoveAll();
 }
 
-AArray::Items& AArray::List() {
-    if (_items == nullptr) {
-        _items = new Items;
+AArray::Body& AArray::List() {
+    if (_body == nullptr) {
+        _body = new Body;
     }
-    return *_items;
+    return *_body;
 }
 
 void AArray::Add(AObject const* object, bool owned) {
@@ -80,7 +80,7 @@ void AArray::Add(AArray const* other) {
         // All copies first: the other array may be this one, and a copy may fail.
         AArray copies;
         for (int i = 0; i < other->Count(); ++i) {
-            copies.Add(*other->_items->list[static_cast<size_t>(i)]);
+            copies.Add(*other->_body->list[static_cast<size_t>(i)]);
         }
         Take(copies);
     });
@@ -89,7 +89,7 @@ void AArray::Add(AArray const* other) {
 void AArray::Take(AArray& other) {
     if (other.Count() > 0) {
         std::vector<AObject*>& list = List().list;
-        std::vector<AObject*>& taken = other._items->list;
+        std::vector<AObject*>& taken = other._body->list;
         list.insert(list.end(), taken.begin(), taken.end());
         taken.clear();
     }
@@ -100,7 +100,7 @@ AArray& AArray::operator=(AArray const& other) {
         WithoutThrow([&] {
             // The other array may be an element of this one: copy it before anything goes.
             AArray copy(other);
-            std::swap(_items, copy._items);
+            std::swap(_body, copy._body);
         });
     }
     return *this;
@@ -115,7 +115,7 @@ void AArray::RemoveObjectAtIndex(int index) {
     if (object == nullptr) {
         return;
     }
-    _items->list.erase(_items->list.begin() + index);
+    _body->list.erase(_body->list.begin() + index);
     if (object->_owned) {
         delete object;
     }
@@ -131,15 +131,15 @@ void AArray::RemoveLastObject() {
 
 void AArray::RemoveAll() {
     // Nothing is listed any more when the first of them goes.
-    Discard(std::exchange(_items, nullptr));
+    Discard(std::exchange(_body, nullptr));
 }
 
 int AArray::Count() const {
-    return _items != nullptr ? static_cast<int>(_items->list.size()) : 0;
+    return _body != nullptr ? static_cast<int>(_body->list.size()) : 0;
 }
 
 AObject* AArray::ObjectAtIndex(int index) const {
-    return index >= 0 && index < Count() ? _items->list[static_cast<size_t>(index)] : nullptr;
+    return index >= 0 && index < Count() ? _body->list[static_cast<size_t>(index)] : nullptr;
 }
 
 AObject* AArray::operator[](int index) const {

@@ -11,50 +11,50 @@ namespace Ubrix {
 
 using Platform::ScopedLock;
 
-struct NetworkStateList {
+struct CNetworkObserver::Body {
     std::deque<ANetworkState> states;
 };
 
-CNetworkObserver::CNetworkObserver() : _changedStates(nullptr), _lock(nullptr) {
+CNetworkObserver::CNetworkObserver() : _body(nullptr), _lock(nullptr) {
     AtBoundary([this] {
-        auto states = std::make_unique<NetworkStateList>();
+        auto body = std::make_unique<Body>();
         _lock = new Platform::RecursiveMutex;
-        _changedStates = states.release();
+        _body = body.release();
     });
 }
 
 CNetworkObserver::~CNetworkObserver() {
     NetworkObservers::GetInstance().Forget(this);
-    delete _changedStates;
+    delete _body;
     delete _lock;
 }
 
 void CNetworkObserver::OnNetworkStateChanged(ANetworkState state) {
-    if (_changedStates != nullptr) {
+    if (_body != nullptr) {
         ScopedLock const lock(*_lock);
-        AtBoundary([this, state] { _changedStates->states.push_back(state); });
+        AtBoundary([this, state] { _body->states.push_back(state); });
     }
 }
 
 bool CNetworkObserver::PopStateFromChangedList(ANetworkState& state) {
-    if (_changedStates == nullptr) {
+    if (_body == nullptr) {
         return false;
     }
     ScopedLock const lock(*_lock);
-    if (_changedStates->states.empty()) {
+    if (_body->states.empty()) {
         return false;
     }
-    state = _changedStates->states.front();
-    _changedStates->states.pop_front();
+    state = _body->states.front();
+    _body->states.pop_front();
     return true;
 }
 
 int CNetworkObserver::CountOfChangedStates() {
-    if (_changedStates == nullptr) {
+    if (_body == nullptr) {
         return 0;
     }
     ScopedLock const lock(*_lock);
-    return static_cast<int>(_changedStates->states.size());
+    return static_cast<int>(_body->states.size());
 }
 
 }  // namespace Ubrix

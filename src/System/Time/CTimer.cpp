@@ -14,7 +14,7 @@ using Platform::ScopedLock;
 using TimerMap = std::map<unsigned int, CTimerImp*>;
 
 // The timers of one CTimer, by id. The mutex guards the map.
-struct TimerTable {
+struct CTimer::Body {
     // Shared by all instances.
     static std::atomic<unsigned int> _uNextId;
 
@@ -22,7 +22,7 @@ struct TimerTable {
     TimerMap timers VC_GUARDED_BY(mutex);
 };
 
-std::atomic<unsigned int> TimerTable::_uNextId{1};
+std::atomic<unsigned int> CTimer::Body::_uNextId{1};
 
 namespace {
 
@@ -40,40 +40,40 @@ void StopAndDestroy(CTimerImp* timer) {
 
 }  // namespace
 
-CTimer::CTimer() : _timers(nullptr) {
-    AtBoundary([this] { _timers = new TimerTable; });
+CTimer::CTimer() : _body(nullptr) {
+    AtBoundary([this] { _body = new Body; });
 }
 
 CTimer::~CTimer() {
-    if (_timers == nullptr) {
+    if (_body == nullptr) {
         return;
     }
     TimerMap timers;
     {
-        ScopedLock lock(_timers->mutex);
-        timers.swap(_timers->timers);
+        ScopedLock lock(_body->mutex);
+        timers.swap(_body->timers);
     }
     for (auto const& entry : timers) {
         StopAndDestroy(entry.second);
     }
-    delete _timers;
+    delete _body;
 }
 
 unsigned int CTimer::StartTimer(unsigned long long intervalMs, bool repeat, Callback callback,
                                 void* userData) {
-    if (_timers == nullptr) {
+    if (_body == nullptr) {
         return kNoTimer;
     }
-    ScopedLock lock(_timers->mutex);
+    ScopedLock lock(_body->mutex);
     unsigned int const id = GetNextTimerId();
     CTimerImp* timer = nullptr;
-    bool const isMade = AtBoundary([&]() VC_REQUIRES(_timers->mutex) {
+    bool const isMade = AtBoundary([&]() VC_REQUIRES(_body->mutex) {
         // The entry first: nothing may fail once there is the thread.
-        CTimerImp*& entry = _timers->timers[id];
+        CTimerImp*& entry = _body->timers[id];
         entry = timer = new CTimerImp(id);
     });
     if (!isMade) {
-        _timers->timers.erase(id);
+        _body->timers.erase(id);
         return kNoTimer;
     }
     timer->StartTimer(intervalMs, repeat, callback, userData);
@@ -81,24 +81,24 @@ unsigned int CTimer::StartTimer(unsigned long long intervalMs, bool repeat, Call
 }
 
 void CTimer::StopTimer(unsigned int id) {
-    if (_timers == nullptr) {
+    if (_body == nullptr) {
         return;
     }
     CTimerImp* timer = nullptr;
     {
-        ScopedLock lock(_timers->mutex);
-        auto const found = _timers->timers.find(id);
-        if (found == _timers->timers.end()) {
+        ScopedLock lock(_body->mutex);
+        auto const found = _body->timers.find(id);
+        if (found == _body->timers.end()) {
             return;
         }
         timer = found->second;
-        _timers->timers.erase(found);
+        _body->timers.erase(found);
     }
     StopAndDestroy(timer);
 }
 
 unsigned int CTimer::GetNextTimerId() {
-    return TimerTable::_uNextId++;
+    return Body::_uNextId++;
 }
 
 }  // namespace Ubrix

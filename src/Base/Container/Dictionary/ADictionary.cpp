@@ -41,7 +41,7 @@ bool IsOurs(AObject const& key) {
 // The map is ordered by the keys' addresses. The index finds a plain string without a walk: it can equal one
 // plain string key at most, as long as no key is of a class from outside. The first such key ends it for
 // good, since that class may have found plain keys equal that the index tells apart.
-struct ADictionary::Entries : ContainerContent {
+struct ADictionary::Body : ContainerContent {
     using Map = std::map<AObject*, AObject*>;
 
     Map map;
@@ -51,7 +51,7 @@ struct ADictionary::Entries : ContainerContent {
     std::unordered_map<std::string_view, AObject*> texts;
     bool isIndexed = true;
 
-    ~Entries() override {
+    ~Body() override {
         texts.clear();
         for (auto const& entry : map) {
             delete entry.first;
@@ -145,7 +145,7 @@ struct ADictionary::Entries : ContainerContent {
     }
 };
 
-ADictionary::ADictionary() : AObject(TypeDictionary), _entries(nullptr) {}
+ADictionary::ADictionary() : AObject(TypeDictionary), _body(nullptr) {}
 
 ADictionary::ADictionary(ADictionary const& other) : ADictionary() {
     Set(other);
@@ -166,11 +166,11 @@ AObject* ADictionary::Clone() const {
     return WithoutThrow([this]() -> AObject* { return new ADictionary(*this); });
 }
 
-ADictionary::Entries& ADictionary::Content() {
-    if (_entries == nullptr) {
-        _entries = new Entries;
+ADictionary::Body& ADictionary::Content() {
+    if (_body == nullptr) {
+        _body = new Body;
     }
-    return *_entries;
+    return *_body;
 }
 
 void ADictionary::Set(ADictionary const& other) {
@@ -182,12 +182,12 @@ void ADictionary::Set(ADictionary const& other) {
         NestingLevel::Check();
         // The other dictionary may be a value of this one: copy it before anything goes.
         ADictionary copy;
-        if (other._entries != nullptr) {
-            for (auto const& entry : other._entries->map) {
+        if (other._body != nullptr) {
+            for (auto const& entry : other._body->map) {
                 copy.PutCopy(*entry.first, *entry.second);
             }
         }
-        std::swap(_entries, copy._entries);
+        std::swap(_body, copy._body);
     });
 }
 
@@ -208,12 +208,12 @@ void ADictionary::Put(AObject const& key, AObject* value, bool owned) {
             throw std::bad_alloc();
         }
         copy->_owned = true;
-        Entries& entries = Content();
-        auto const old = entries.Find(*copy);
-        if (old == entries.map.end()) {
-            entries.Insert(std::move(copy), value);
+        Body& body = Content();
+        auto const old = body.Find(*copy);
+        if (old == body.map.end()) {
+            body.Insert(std::move(copy), value);
         } else {
-            entries.Replace(old, std::move(copy), value);
+            body.Replace(old, std::move(copy), value);
         }
         value->_owned = owned;
     });
@@ -278,11 +278,11 @@ void ADictionary::Set(AObject* key, AObject* value) {
 }
 
 AObject* ADictionary::ObjectForKey(AObject const* key) const {
-    if (key == nullptr || _entries == nullptr) {
+    if (key == nullptr || _body == nullptr) {
         return nullptr;
     }
-    auto const entry = _entries->Find(*key);
-    return entry != _entries->map.end() ? entry->second : nullptr;
+    auto const entry = _body->Find(*key);
+    return entry != _body->map.end() ? entry->second : nullptr;
 }
 
 AObject* ADictionary::ObjectForKey(AObject const& key) const {
@@ -294,12 +294,12 @@ AObject* ADictionary::ObjectForKey(ANumber const& key) const {
 }
 
 AObject* ADictionary::ObjectForKey(char const* key) const {
-    if (key == nullptr || _entries == nullptr) {
+    if (key == nullptr || _body == nullptr) {
         return nullptr;
     }
-    if (_entries->isIndexed) {
-        auto const entry = _entries->FindText(key);
-        return entry != _entries->map.end() ? entry->second : nullptr;
+    if (_body->isIndexed) {
+        auto const entry = _body->FindText(key);
+        return entry != _body->map.end() ? entry->second : nullptr;
     }
     return WithoutThrow([&]() -> AObject* {
         AString const probe(key);
@@ -341,11 +341,11 @@ AString const& ADictionary::AStringForKey(char const* key) const {
 }
 
 int ADictionary::Count() const {
-    return _entries != nullptr ? static_cast<int>(_entries->keys.size()) : 0;
+    return _body != nullptr ? static_cast<int>(_body->keys.size()) : 0;
 }
 
 AObject const* ADictionary::KeyAt(int index) const {
-    return index >= 0 && index < Count() ? _entries->keys[static_cast<size_t>(index)] : nullptr;
+    return index >= 0 && index < Count() ? _body->keys[static_cast<size_t>(index)] : nullptr;
 }
 
 char const* ADictionary::CStringKeyAt(int index) const {
@@ -357,25 +357,25 @@ AString const& ADictionary::AStringKeyAt(int index) const {
 }
 
 void ADictionary::Remove(AObject const* key) {
-    if (key == nullptr || _entries == nullptr) {
+    if (key == nullptr || _body == nullptr) {
         return;
     }
-    auto const place = _entries->FindListed(*key);
-    if (place == _entries->keys.end()) {
+    auto const place = _body->FindListed(*key);
+    if (place == _body->keys.end()) {
         return;
     }
     // Deleted last: the caller's key may be this very one, from KeyAt, or the value.
     std::unique_ptr<AObject> const listed(*place);
-    _entries->keys.erase(place);
-    auto const entry = _entries->Find(*key);
-    if (entry == _entries->map.end()) {
+    _body->keys.erase(place);
+    auto const entry = _body->Find(*key);
+    if (entry == _body->map.end()) {
         return;
     }
     std::unique_ptr<AObject> const stored(entry->first);
     AObject* const value = entry->second;
-    _entries->Unindex(*stored);
-    _entries->map.erase(entry);
-    Entries::Release(value);
+    _body->Unindex(*stored);
+    _body->map.erase(entry);
+    Body::Release(value);
 }
 
 void ADictionary::Remove(ANumber const& key) {
@@ -384,7 +384,7 @@ void ADictionary::Remove(ANumber const& key) {
 
 void ADictionary::RemoveAll() {
     // Nothing is listed any more when the first of it goes.
-    Discard(std::exchange(_entries, nullptr));
+    Discard(std::exchange(_body, nullptr));
 }
 
 bool ADictionary::IsEqual(AObject const* /*other*/) const {
