@@ -5,6 +5,7 @@
 
 #include "Platform/Immortal.h"
 #include "Platform/LockDepth.h"
+#include "Platform/WaitPause.h"
 
 namespace Ubrix::Platform {
 
@@ -58,7 +59,7 @@ void CallTurn::Take(unsigned int depth) {
     ScopedLock const lock(TheLock());
     while (_holder != nullptr && _holder != &self && !WaitsForThread(self)) {
         // What was put off runs before this thread counts as one that waits.
-        if (!LockDepth::CatchUp(TheLock())) {
+        if (!TheLock().CatchUp()) {
             self.awaited = this;
             _free.Wait();
             self.awaited = nullptr;
@@ -67,6 +68,8 @@ void CallTurn::Take(unsigned int depth) {
     _holder = _holder == nullptr ? &self : _holder;
     _depth += depth;
     if (_whileWaiting == WhileWaiting::GivenUp) {
+        static constexpr WaitPause::Steps kSteps{&CallTurn::GiveUpYielding, &CallTurn::TakeBackYielding};
+        WaitPause::Use(kSteps);
         t_yielding = this;
         t_depthGivenUp = 0;
     }
@@ -93,18 +96,17 @@ void CallTurn::TakeBack() {
     t_yielding->Take(t_depthGivenUp);
 }
 
-CallTurn::Pause::Pause() : _gaveUp(t_yielding != nullptr && t_depthGivenUp == 0) {
-    if (_gaveUp) {
-        // Marked first: releasing the turn's own lock may run what was put off, which may wait as well.
-        CallTurn& turn = *t_yielding;
-        t_depthGivenUp = turn.GiveUp();
+bool CallTurn::GiveUpYielding() {
+    if (t_yielding == nullptr || t_depthGivenUp != 0) {
+        return false;
     }
+    // Marked first: releasing the turn's own lock may run what was put off, which may wait as well.
+    CallTurn& turn = *t_yielding;
+    t_depthGivenUp = turn.GiveUp();
+    return true;
 }
 
-CallTurn::Pause::~Pause() {
-    if (!_gaveUp) {
-        return;
-    }
+void CallTurn::TakeBackYielding() {
     if (LockDepth::HoldsLock()) {
         LockDepth::RunFirstWhenReleased(&CallTurn::TakeBack);
     } else {

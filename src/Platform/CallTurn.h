@@ -40,19 +40,6 @@ public:
     void Enter() VC_ACQUIRE();
     void Leave() VC_RELEASE();
 
-    // Around each wait of the library: gives up the thread's turn, if it has one of that kind, for the length
-    // of the scope.
-    class Pause {
-    public:
-        Pause();
-        ~Pause();
-        Pause(Pause const&) = delete;
-        Pause& operator=(Pause const&) = delete;
-
-    private:
-        bool _gaveUp;
-    };
-
 private:
     struct Taker;
     // What is known of the calling thread.
@@ -63,6 +50,9 @@ private:
     // Whether the turn's holder waits, over others perhaps, for a turn that `taker` has; or is `taker`.
     bool WaitsForThread(Taker const& taker) const;
     unsigned int GiveUp();
+    // What the thread does around its waits once it has had a turn that it gives up in them (WaitPause).
+    static bool GiveUpYielding();
+    static void TakeBackYielding();
     static void TakeBack();
 
     // These three under one lock for all turns. The holder is null while nobody has the turn.

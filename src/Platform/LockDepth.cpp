@@ -34,13 +34,8 @@ void LockDepth::RunFirstWhenReleased(Work work) {
     t_record.first = work;
 }
 
-bool LockDepth::CatchUp(RecursiveMutex& mutex) VC_NO_THREAD_SAFETY_ANALYSIS {
-    if (t_record.held != 1 || t_record.then == nullptr) {
-        return false;
-    }
-    mutex.Unlock();
-    mutex.Lock();
-    return true;
+bool LockDepth::IsLastBeforeWork() {
+    return t_record.held == 1 && t_record.then != nullptr;
 }
 
 void LockDepth::Taken() {

@@ -1,8 +1,6 @@
 // How many locks of the library a thread holds, and what it has put off until it holds none.
 #pragma once
 
-#include "Platform/Mutex.h"
-
 namespace Ubrix::Platform {
 
 // What concerns the calling thread alone; so any thread, without a lock. Nothing here allocates.
@@ -20,10 +18,8 @@ public:
     // The same, and ahead of it: whatever else was put off finds this done.
     static void RunFirstWhenReleased(Work work);
 
-    // For a thread that is about to wait with `mutex`: if that is its only lock and it has put something off,
-    // releases the mutex, by which that is run, takes it again, and answers true. The wait may then be long
-    // over, so the caller looks at its state again before it waits.
-    static bool CatchUp(RecursiveMutex& mutex);
+    // True if the thread holds one lock, once, and has put something off until it is released.
+    static bool IsLastBeforeWork();
 
     // What RecursiveMutex tells: a lock was taken; a lock was released.
     static void Taken();

@@ -1,4 +1,5 @@
 // The library's only kind of lock.
+// Sources: Mutex.cpp, Posix/MutexBody.h
 #pragma once
 
 #include "Platform/ThreadAnnotations.h"
@@ -16,6 +17,11 @@ public:
 
     void Lock() VC_ACQUIRE();
     void Unlock() VC_RELEASE();
+
+    // For a thread that has this mutex and is about to wait with it: if that is its only lock and it has put
+    // something off (LockDepth), releases the mutex, by which that is run, takes it again, and answers true.
+    // The wait may then be long over, so the caller looks at its state again before it waits.
+    bool CatchUp();
 
 private:
     friend class Condition;

@@ -2,10 +2,9 @@
 
 #include <cerrno>
 
-#include "Platform/CallTurn.h"
-#include "Platform/LockDepth.h"
 #include "Platform/Posix/MonotonicDeadline.h"
 #include "Platform/Posix/MutexBody.h"
+#include "Platform/WaitPause.h"
 
 namespace Ubrix::Platform {
 
@@ -24,18 +23,18 @@ Condition::~Condition() {
 }
 
 void Condition::Wait() {
-    if (!LockDepth::CatchUp(_body->mutex)) {
-        CallTurn::Pause const pause;
+    if (!_body->mutex.CatchUp()) {
+        WaitPause const pause;
         pthread_cond_wait(&_body->condition, &_body->mutex._body->mutex);
     }
 }
 
 bool Condition::WaitFor(unsigned int milliseconds) {
     timespec const deadline = MonotonicDeadline(milliseconds);
-    if (LockDepth::CatchUp(_body->mutex)) {
+    if (_body->mutex.CatchUp()) {
         return true;
     }
-    CallTurn::Pause const pause;
+    WaitPause const pause;
     return pthread_cond_timedwait(&_body->condition, &_body->mutex._body->mutex, &deadline) != ETIMEDOUT;
 }
 

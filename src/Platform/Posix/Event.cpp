@@ -2,8 +2,8 @@
 
 #include <cerrno>
 
-#include "Platform/CallTurn.h"
 #include "Platform/Posix/MonotonicDeadline.h"
+#include "Platform/WaitPause.h"
 
 namespace Ubrix::Platform {
 
@@ -53,7 +53,7 @@ void Event::Reset() {
 
 void Event::Wait() {
     if (!_body->TakeAtOnce()) {
-        CallTurn::Pause const pause;
+        WaitPause const pause;
         _body->Take([this] { return pthread_cond_wait(&_body->condition, &_body->mutex); });
     }
 }
@@ -63,7 +63,7 @@ bool Event::WaitFor(unsigned int milliseconds) {
     if (_body->TakeAtOnce()) {
         return true;
     }
-    CallTurn::Pause const pause;
+    WaitPause const pause;
     return _body->Take(
         [this, &deadline] { return pthread_cond_timedwait(&_body->condition, &_body->mutex, &deadline); });
 }
