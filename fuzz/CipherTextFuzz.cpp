@@ -1,4 +1,4 @@
-// Deciphering and decoding of stored text: any bytes may stand in a file.
+// Deciphering and decoding of stored text: any bytes may be in a file.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

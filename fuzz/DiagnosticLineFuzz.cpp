@@ -1,4 +1,4 @@
-// A line of a diagnostic's tool, as all three kinds: what is read from it is what stands in its fields, and
+// A line of a diagnostic's tool, as all three kinds: what is read from it is what is in its fields, and
 // comes back from its own encoding.
 #include <cstdint>
 #include <cstdlib>

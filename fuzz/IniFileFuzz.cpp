@@ -1,5 +1,5 @@
-// Any bytes may stand in the place of a plain and of an enciphered INI file: an edit survives its save, and
-// what couldn't be read stands aside.
+// Any bytes may be in the place of a plain and of an enciphered INI file: an edit survives its save, and
+// what couldn't be read is kept aside.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>

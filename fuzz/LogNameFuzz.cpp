@@ -50,10 +50,10 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size) {
     }
     std::fclose(file);
     Ubrix::AFileLogger::RemoveOldLogFiles(kModule, 240, 240);
-    bool const stands = access(path.c_str(), F_OK) == 0;
-    Require(stands || IsOwnName(name));
+    bool const exists = access(path.c_str(), F_OK) == 0;
+    Require(exists || IsOwnName(name));
     // Ten years and more ago.
-    Require(!stands || !IsOwnName(name) || stamp > 1400000000);
+    Require(!exists || !IsOwnName(name) || stamp > 1400000000);
     std::remove(path.c_str());
     return 0;
 }

@@ -58,7 +58,7 @@ std::string Cut(std::string const& text) {
     return text.substr(0, Ubrix::kLogTextSize - 1);
 }
 
-// What stands behind the last separator of a path.
+// What follows the last separator of a path.
 std::string BaseName(std::string const& path) {
     std::size_t const back = path.rfind('\\');
     return path.substr((back != std::string::npos ? back : path.rfind('/')) + 1);

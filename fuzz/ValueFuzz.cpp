@@ -89,7 +89,7 @@ public:
         bool const isSmall = Sum(&Model::Size) < kMostNodes && Sum(&Model::Height) < kMostLevels;
         switch (operation % 12) {
             case 0:
-                Stand(other);
+                PlaceAt(other);
                 break;
             case 1:
                 Enter(std::string(1, "ab1 "[operand % 4]) + (operand > 200 ? "long" : ""), -1);
@@ -125,13 +125,13 @@ public:
                 if (isSmall) {
                     _values[other] = value;
                     _models[other] = Model(model);
-                    Stand(other);
+                    PlaceAt(other);
                 }
                 break;
             case 9:
                 _values[other].swap(_values[operand / kRoots % kRoots]);
                 std::swap(_models[other], _models[operand / kRoots % kRoots]);
-                Stand(other);
+                PlaceAt(other);
                 break;
             case 10:
                 value = Value(static_cast<Ubrix::ValueType>(operand % 3 == 0 ? 0 : 5 + operand % 3));
@@ -165,7 +165,7 @@ private:
         return sum;
     }
 
-    void Stand(int root) {
+    void PlaceAt(int root) {
         _value = &_values[root];
         _model = &_models[root];
     }

@@ -11,7 +11,7 @@ using namespace Ubrix;
 
 namespace {
 
-// Whatever stands before them, more levels than any stack holds are refused: nothing hides them.
+// Whatever comes before them, more levels than any stack holds are refused: nothing hides them.
 void CheckDepth(std::string text) {
     if (text.find('\0') != std::string::npos) {
         return;

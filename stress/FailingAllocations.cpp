@@ -1,7 +1,7 @@
 // Fails each allocation of an operation in turn, once alone and once with all that follow it: no exception
 // may come out, and what the operation works on must be as it was or as it should be. Each row of the tables
 // below is one operation, in a process of its own; every symbol that the library exports has to be named by a
-// row, or stand in the list of those that take no memory. `quick` fails the first few of each,
+// row, or be in the list of those that take no memory. `quick` fails the first few of each,
 // `full` all.
 #include <VelmorCore/Buffer.h>
 #include <VelmorCore/Bundle.h>
@@ -578,7 +578,7 @@ std::string Slip() {
     return g_slip;
 }
 
-// What a service stands on is made anew at its first use.
+// What a service is built on is made anew at its first use.
 void ReleaseAll() {
     velmorcore_init();
     velmorcore_releaseInstance();
@@ -1018,7 +1018,7 @@ int CheckRow(std::size_t row, long most) {
     bool hasFailed = false;
     done = Fail(row, LONG_MAX, false, &hasFailed, &before);
     if (row >= kObjectCount) {
-        // What stood on the disk before: with nothing done.
+        // What was on the disk before: with nothing done.
         ServiceRow const& service = kServiceRows[row - kObjectCount];
         service.prepare();
         before = service.state();

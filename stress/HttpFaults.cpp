@@ -385,7 +385,7 @@ public:
 
 private:
     static bool IsCertificate(int line) { return line == 12037 || line == 12038 || line == 12045; }
-    // "..." in the place of a body stands for any.
+    // "..." in the place of a body means any.
     static bool IsAsTold(std::string const& outcome, std::string const& told) {
         std::size_t const open = told.find("...");
         return open == std::string::npos ? outcome == told : outcome.compare(0, open, told, 0, open) == 0;

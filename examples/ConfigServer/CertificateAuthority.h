@@ -36,7 +36,7 @@ class CertificateAuthority {
 public:
     explicit CertificateAuthority(std::string const& name);
 
-    // Makes a key and a certificate for `names`. A name of the form of an IPv4 or IPv6 address stands as an
+    // Makes a key and a certificate for `names`. A name of the form of an IPv4 or IPv6 address goes in as an
     // address, any other as a DNS name.
     ServerIdentity Issue(std::vector<std::string> const& names, Validity validity = {}) const;
 

@@ -8,7 +8,7 @@ namespace Example {
 
 struct SeenRequest {
     std::string method;
-    std::string target;  // path and query as they stood on the wire
+    std::string target;  // path and query as they were on the wire
     std::string path;
     std::multimap<std::string, std::string> headers;
     std::string body;

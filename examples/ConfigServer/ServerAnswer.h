@@ -18,7 +18,7 @@ struct ServerAnswer {
     bool silent = false;                 // nothing is sent; the connection stays open until the server stops
 };
 
-// The kinds that GarbageBody takes, a line each: the name and what it stands for.
+// The kinds that GarbageBody takes, a line each: the name and what it means.
 std::string GarbageKinds();
 
 // A body that no client may take for a configuration. Throws std::invalid_argument for an unknown kind.
