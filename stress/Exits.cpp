@@ -18,8 +18,8 @@
 #include <thread>
 #include <vector>
 
+#include "Sanitized.h"
 #include "Support/RawTlsServer.h"
-#include "Support/Sanitized.h"
 
 extern char** environ;
 
@@ -30,7 +30,7 @@ constexpr char kUrl[] = "https://game.example/x";
 constexpr char kCaFile[] = "authority.pem";
 constexpr char kExitFile[] = "exit-began";
 // A sanitizer's processes start slowly.
-constexpr int kQuick = ::Test::kIsSanitized ? 10 : 30;
+constexpr int kQuick = ::Stress::kIsSanitized ? 10 : 30;
 constexpr int kSlowest = 7000;  // ms from the exit's beginning to the process's end, on the busiest machine
 
 enum Host { SetsUpFirst, SetsUpLast, LeavesItAlone, kHosts };

@@ -16,9 +16,9 @@
 
 #include "Base/Configure/ConfigureImpl.h"
 #include "Platform/BuiltInTransport.h"
+#include "Sanitized.h"
 #include "Support/LogCapture.h"
 #include "Support/RawTlsServer.h"
-#include "Support/Sanitized.h"
 #include "Support/Watched.h"
 
 namespace {
@@ -380,7 +380,7 @@ public:
         getrusage(RUSAGE_SELF, &usage);
         std::printf("%d of %d HTTP faults went otherwise than told; at most %ld MiB of memory\n", _wrong,
                     _count, usage.ru_maxrss / 1024);
-        return _wrong == 0 && (::Test::kIsSanitized || usage.ru_maxrss < kMostMemoryKilobytes);
+        return _wrong == 0 && (::Stress::kIsSanitized || usage.ru_maxrss < kMostMemoryKilobytes);
     }
 
 private:

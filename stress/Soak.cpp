@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "OwnProcess.h"
-#include "Support/Sanitized.h"
+#include "Sanitized.h"
 
 namespace {
 
@@ -119,7 +119,7 @@ int main(int argc, char** argv) {
     ubrix_target_unity_enable_ui_update();
     velmorcore_init();
     // A sanitizer keeps what was freed, and its own notes: memory says nothing there.
-    long const memorySlack = ::Test::kIsSanitized ? LONG_MAX / 2 : full ? 2048 : 1024;
+    long const memorySlack = ::Stress::kIsSanitized ? LONG_MAX / 2 : full ? 2048 : 1024;
     Figure figures[] = {{"KiB resident", Stress::ResidentKiB, memorySlack, {}},
                         {"threads", [] { return static_cast<long>(Stress::CountOwn("task")); }, 0, {}},
                         {"open files", [] { return static_cast<long>(Stress::CountOwn("fd")); }, 0, {}}};

@@ -1,7 +1,7 @@
 // Whether this program was built with a sanitizer, which costs memory and time of its own.
 #pragma once
 
-namespace Test {
+namespace Stress {
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr bool kIsSanitized = true;
@@ -9,4 +9,4 @@ constexpr bool kIsSanitized = true;
 constexpr bool kIsSanitized = false;
 #endif
 
-}  // namespace Test
+}  // namespace Stress
