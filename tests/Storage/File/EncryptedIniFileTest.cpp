@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "Platform/FileLock.h"
 #include "Security/SecurityStore/SecurityStore.h"
@@ -100,56 +101,38 @@ TEST_F(EncryptedIniFile, EachSaveTakesAFreshKeyAndLoadsAgain) {
     EXPECT_TRUE(empty.Load());
 }
 
-TEST_F(EncryptedIniFile, AFileCutAnywhereIsRefused) {
-    for (std::size_t size = 0; size < _content.size(); ++size) {
-        SCOPED_TRACE(size);
-        std::string const part = size < 12          ? "headbase failed"
-                                 : size < kHeadSize ? "headext failed"
-                                                    : "body failed!";
-        ExpectRefusal(_content.substr(0, size), "config file read " + part);
-    }
-    WriteWholeFile(kPath, _content + "behind");
-    EXPECT_TRUE(_file->Load());
-}
-
-TEST_F(EncryptedIniFile, EachChangeOfAFieldGetsItsAnswer) {
-    struct {
-        std::size_t at;
-        int mask;
-        std::string message;  // empty: it's loaded nevertheless
-    } const changes[] = {
-        {0, 1, "config file magic not match file magic is 2277, program magic is 2276"},
-        {1, 1, "config file magic not match file magic is 2532, program magic is 2276"},
-        {2, 3, "config file version not match, file version is 1, program version is 2"},
-        {2, 1, ""},
-        {3, 1, ""},
-        {4, 1, "config file read headext failed"},
-        {7, 128, "config file read headext failed"},
-        {8, 1, "config file read body failed!"},
-        {8, 8, "config file md5 check failed!"},
-        {11, 255, "config file read body failed!"},
-        {12, 1, "config file Encytion is not TEA, encyption is 0"},
-        {13, 1, "config file Encytion is not TEA, encyption is 257"},
-        {14, 1, "config file PubKeyLen is not 64, PubKeyLen is 65"},
-        {15, 1, "config file PubKeyLen is not 64, PubKeyLen is 320"},
-        {16, 1, ""},
-        {80, 1, "config file Md5Len is not 16, Md5Len is 17"},
-        {81, 1, "config file Md5Len is not 16, Md5Len is 272"},
-        {82, 1, "config file md5 check failed!"},
-        {97, 1, "config file md5 check failed!"},
-        {98, 1, "config file md5 check failed!"},
-        {_content.size() - 1, 1, "config file md5 check failed!"},
+TEST_F(EncryptedIniFile, ACutOrChangedFileGetsItsAnswer) {
+    auto const changed = [this](std::size_t at, int mask) {
+        std::string content = _content;
+        content[at] = static_cast<char>(content[at] ^ mask);
+        return content;
     };
-    for (auto const& change : changes) {
-        SCOPED_TRACE(change.at);
-        std::string changed = _content;
-        changed[change.at] = static_cast<char>(changed[change.at] ^ change.mask);
-        if (change.message.empty()) {
-            WriteWholeFile(kPath, changed);
-            EXPECT_TRUE(_file->Load());
-        } else {
-            ExpectRefusal(changed, change.message);
-        }
+    std::size_t const last = _content.size() - 1;
+    std::pair<std::string, std::string> const refused[] = {
+        {"", "config file read headbase failed"},
+        {_content.substr(0, 11), "config file read headbase failed"},
+        {_content.substr(0, 12), "config file read headext failed"},
+        {_content.substr(0, 97), "config file read headext failed"},
+        {_content.substr(0, 98), "config file read body failed!"},
+        {_content.substr(0, last), "config file read body failed!"},
+        {changed(1, 1), "config file magic not match file magic is 2532, program magic is 2276"},
+        {changed(2, 3), "config file version not match, file version is 1, program version is 2"},
+        {changed(7, 128), "config file read headext failed"},
+        {changed(8, 1), "config file read body failed!"},
+        {changed(8, 8), "config file md5 check failed!"},
+        {changed(11, 255), "config file read body failed!"},
+        {changed(13, 1), "config file Encytion is not TEA, encyption is 257"},
+        {changed(15, 1), "config file PubKeyLen is not 64, PubKeyLen is 320"},
+        {changed(81, 1), "config file Md5Len is not 16, Md5Len is 272"},
+        {changed(97, 1), "config file md5 check failed!"},
+        {changed(last, 1), "config file md5 check failed!"},
+    };
+    for (auto const& [content, message] : refused) {
+        ExpectRefusal(content, message);
+    }
+    for (std::string const& taken : {changed(2, 1), changed(3, 1), changed(16, 1), _content + "behind"}) {
+        WriteWholeFile(kPath, taken);
+        EXPECT_TRUE(_file->Load());
     }
 }
 

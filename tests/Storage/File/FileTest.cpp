@@ -1,9 +1,11 @@
 #include <VelmorCore/File.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <climits>
 #include <filesystem>
 #include <string>
+#include <utility>
 
 #include "Support/Files.h"
 #include "Support/LogCapture.h"
@@ -12,8 +14,9 @@ namespace {
 
 using namespace Ubrix;
 using namespace Test;
+using testing::Each;
 
-TEST(FileTest, EachModeKeepsAndAllowsWhatItSays) {
+TEST(File, EachModeKeepsAndAllowsWhatItSays) {
     struct {
         int mode;
         char const* content;  // of an existing "0123456789" after a Write of "ab"
@@ -35,17 +38,20 @@ TEST(FileTest, EachModeKeepsAndAllowsWhatItSays) {
     }
 }
 
-TEST(FileTest, WritesAtTheBeginningAppendsAtTheEndReadsAndSeeksAnywhere) {
+TEST(File, WritesAtTheBeginningAppendsAtTheEndReadsAndSeeksAnywhere) {
     CFile file;
     EXPECT_EQ(file.Seek(3, FilePositionBegin), 0u);
     ASSERT_TRUE(file.Open("f", FileModeCreate));
-    EXPECT_TRUE(file.Write("abcd", 4) && file.Write("XY", 2));
-    EXPECT_TRUE(file.Append(std::string(1000, 'z').data(), 1000) && file.Append("", 0));
-    EXPECT_FALSE(file.Write(nullptr, 1) || file.Append(nullptr, 1));
+    bool const done[] = {file.Write("abcd", 4), file.Write("XY", 2),
+                         file.Append(std::string(1000, 'z').data(), 1000), file.Append("", 0)};
+    EXPECT_THAT(done, Each(true));
+    EXPECT_FALSE(file.Write(nullptr, 1));
+    EXPECT_FALSE(file.Append(nullptr, 1));
     char buffer[2000];
     EXPECT_EQ(file.Read(buffer, 1, 2000), 1003);
     EXPECT_EQ(std::string(buffer, 5), "Ycdzz");
-    EXPECT_EQ(file.Read(buffer, INT_MAX, 1) + file.Read(buffer, -1, 1) + file.Read(buffer, 0, 0), 0);
+    int const nothing[] = {file.Read(buffer, INT_MAX, 1), file.Read(buffer, -1, 1), file.Read(buffer, 0, 0)};
+    EXPECT_THAT(nothing, Each(0));
     EXPECT_EQ(file.Read(nullptr, 0, 1), -1);
 
     EXPECT_EQ(file.Seek(0x100000003ULL, FilePositionBegin), 3u) << "the low 32 bits";
@@ -56,22 +62,26 @@ TEST(FileTest, WritesAtTheBeginningAppendsAtTheEndReadsAndSeeksAnywhere) {
     EXPECT_EQ(file.Seek(0xFFFFFFFFULL, FilePositionBegin), 0u);
 }
 
-TEST(FileTest, KeepsThePathOfAFailedOpenAndSeesRemovals) {
+TEST(File, KeepsThePathOfAFailedOpenAndSeesRemovals) {
     CFile file;
     EXPECT_FALSE(file.Open("gone/f", FileModeCreate));
     ASSERT_TRUE(CPath::CreatePath("gone"));
     WriteWholeFile("gone/f", "x");
-    EXPECT_FALSE(file.Exist() || file.Open(nullptr, FileModeRead));
+    EXPECT_FALSE(file.Exist());
+    EXPECT_FALSE(file.Open(nullptr, FileModeRead));
     EXPECT_TRUE(file.Remove());
-    EXPECT_FALSE(CFile::Exist("gone/f") || CFile::Remove("gone"));
+    EXPECT_FALSE(CFile::Exist("gone/f"));
+    EXPECT_FALSE(CFile::Remove("gone"));
 
-    ASSERT_TRUE(file.Open("g", FileModeCreate));
-    EXPECT_TRUE(file.Exist() && CFile::Rename("g", "h"));
-    EXPECT_FALSE(file.Exist() || CFile::Rename("g", "h"));
-    EXPECT_TRUE(CFile::Remove("h") && CFile::IsDir("nowhere"));
+    bool const done[] = {file.Open("g", FileModeCreate), file.Exist(), CFile::Rename("g", "h"),
+                         CFile::IsDir("nowhere")};
+    EXPECT_THAT(done, Each(true));
+    EXPECT_FALSE(file.Exist());
+    EXPECT_FALSE(CFile::Rename("g", "h"));
+    EXPECT_TRUE(CFile::Remove("h"));
 }
 
-TEST(PathTest, JoinsAndTakesApart) {
+TEST(Path, JoinsAndTakesApart) {
     for (std::string const dir : {"", "d", "d/", "d\\"}) {
         AString out(dir.c_str());
         EXPECT_EQ(CPath::AppendSubPath(out, "s").CString(), (dir == "d" ? "d/" : dir) + "s");
@@ -89,27 +99,29 @@ TEST(PathTest, JoinsAndTakesApart) {
     }
 }
 
-TEST(PathTest, OwnDirectoriesArePrivateAndStay) {
+TEST(Path, OwnDirectoriesArePrivateAndStay) {
     std::string const app = CPath::GetAppPath();
     EXPECT_EQ(CPath::GetDocPath(), app + "/Doc/");
     EXPECT_EQ(CPath::GetDefaultConfigFile(), app + "/Cache/Velmor.ini");
     for (char const* directory : {"Doc", "Cache"}) {
         EXPECT_EQ(std::filesystem::status(directory).permissions(), std::filesystem::perms{0700});
     }
-    EXPECT_FALSE(CPath::CreatePath("Doc") || CPath::CreatePath("x/y"));
+    EXPECT_FALSE(CPath::CreatePath("Doc"));
+    EXPECT_FALSE(CPath::CreatePath("x/y"));
     EXPECT_TRUE(CPath::RemovePath("Doc"));
     EXPECT_TRUE(CFile::Exist("Doc"));
 }
 
-TEST(PathTest, ListsADirectory) {
-    ASSERT_TRUE(CPath::CreatePath("list"));
+TEST(Path, ListsADirectory) {
     AArray files;
-    EXPECT_TRUE(CPath::GetFiles("list", &files) && files.Count() == 0);
+    CPath::CreatePath("list");
     CPath::CreatePath("list/sub");
-    EXPECT_TRUE(CPath::GetFiles("list", &files) && files.Count() == 1);
+    EXPECT_TRUE(CPath::GetFiles("list", &files));
+    ASSERT_EQ(files.Count(), 1);
     EXPECT_STREQ(files.CStringAtIndex(0), "sub");
     LogCapture log;
-    EXPECT_FALSE(CPath::GetFiles("nowhere", &files) || CPath::GetFiles("list", nullptr));
+    EXPECT_FALSE(CPath::GetFiles("nowhere", &files));
+    EXPECT_FALSE(CPath::GetFiles("list", nullptr));
     EXPECT_TRUE(log.Has("Error", "|Ubrix::CPath::GetFiles| nowhere not found!")) << log.Text();
     EXPECT_TRUE(log.Has("Error", "|Ubrix::CPath::GetFiles| pszPath or files is NULL!"));
 }

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "Storage/File/IniFileImp.h"
+#include "Storage/File/IniLines.h"
 #include "Support/ConsoleCapture.h"
 #include "Support/FileSizeLimit.h"
 #include "Support/Files.h"
@@ -261,6 +262,26 @@ TEST(IniFile, ASaveClearsWhatDeadProcessesLeft) {
     EXPECT_TRUE(std::filesystem::exists("test.ini.89abcdef.tmp"));
     for (char const* other : others) {
         EXPECT_TRUE(std::filesystem::remove(other)) << other;
+    }
+}
+
+// Lookups that walk, or insertions that move what is behind them, would take minutes.
+TEST(IniLines, LargeBatchesTakeLittleTime) {
+    struct {
+        int sections, keys;
+        char const* prefix;
+    } const batches[] = {{1, 200000, "k"}, {100000, 1, "k"}, {1, 50000, "[b]"}};
+    for (auto const& batch : batches) {
+        IniLines lines;
+        lines.Write("0", "", "");
+        lines.Write("later", "", "");
+        int const count = batch.sections * batch.keys;
+        for (int i = 0; i < count; ++i) {
+            lines.Write(std::to_string(i % batch.sections), batch.prefix + std::to_string(i), "v");
+        }
+        int all = 0;
+        lines.ForEach([&](std::string const&) { ++all; });
+        EXPECT_EQ(all, 4 + count + 2 * batch.sections) << batch.prefix;
     }
 }
 
