@@ -1,6 +1,7 @@
 #include <VelmorCore/Bundle.h>
 #include <VelmorCore/File.h>
 #include <VelmorCore/Value.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -20,27 +21,33 @@ namespace {
 
 using namespace Ubrix;
 using namespace Test;
+using testing::Each;
 
 char const kPath[] = "bundle.config";
 
-TEST(BundleTest, KeepsTypedValuesAsTextAndFindsThemAgain) {
-    CFile::Remove(kPath);
+TEST(Bundle, KeepsTypedValuesAsTextAndFindsThemAgain) {
     {
         BundleImpl bundle(kPath);
-        EXPECT_TRUE(bundle.Set("s", "k", 5));
-        EXPECT_STREQ(bundle.Get("s", "k", "").CString(), "5");
-        EXPECT_TRUE(bundle.Set("s", "wide", LLONG_MIN));
-        EXPECT_TRUE(bundle.Set("s", "yes", true) && bundle.Set("s", "no", false) && bundle.Set("own", "kit"));
-        EXPECT_TRUE(bundle.Set("flag", true) && bundle.Set("int", 7) && bundle.Set("long", 1LL << 40));
+        bool const taken[] = {bundle.Set("s", "k", 5),      bundle.Set("s", "wide", LLONG_MIN),
+                              bundle.Set("s", "yes", true), bundle.Set("s", "no", false),
+                              bundle.Set("own", "kit"),     bundle.Set("flag", true),
+                              bundle.Set("int", 7),         bundle.Set("long", 1LL << 40)};
+        EXPECT_THAT(taken, Each(true));
         EXPECT_FALSE(bundle.Set("s", nullptr, 1));
     }
     BundleImpl bundle(kPath);
+    EXPECT_STREQ(bundle.Get("s", "k", "").CString(), "5");
     EXPECT_EQ(bundle.Get("s", "k", 0), 5);
     EXPECT_EQ(bundle.Get("s", "wide", 0LL), LLONG_MIN);
-    EXPECT_TRUE(bundle.Get("s", "yes", false) && !bundle.Get("s", "no", true) && bundle.Get("flag", false));
-    EXPECT_STREQ((bundle.Get("Velmor", "own", "") + bundle.Get("own", "")).CString(), "kitkit");
-    EXPECT_EQ(bundle.Get("int", 0) + bundle.Get("long", 0LL), 7 + (1LL << 40));
-    EXPECT_EQ(bundle.Get("s", "absent", 3) + bundle.Get("absent", 4), 7);
+    EXPECT_TRUE(bundle.Get("s", "yes", false));
+    EXPECT_FALSE(bundle.Get("s", "no", true));
+    EXPECT_TRUE(bundle.Get("flag", false));
+    EXPECT_STREQ(bundle.Get("Velmor", "own", "").CString(), "kit");
+    EXPECT_STREQ(bundle.Get("own", "").CString(), "kit");
+    EXPECT_EQ(bundle.Get("int", 0), 7);
+    EXPECT_EQ(bundle.Get("long", 0LL), 1LL << 40);
+    EXPECT_EQ(bundle.Get("s", "absent", 3), 3);
+    EXPECT_EQ(bundle.Get("absent", 4), 4);
     EXPECT_STREQ(bundle.Get("s", "absent", static_cast<char const*>(nullptr)).CString(), "");
     EXPECT_STREQ(bundle.GetMetaString("s", "k", "meta").CString(), "meta");
     EXPECT_TRUE(bundle.HasKey("s", "wi"));
@@ -49,7 +56,7 @@ TEST(BundleTest, KeepsTypedValuesAsTextAndFindsThemAgain) {
     EXPECT_EQ(keys.Count(), 4);
 }
 
-TEST(BundleTest, ReadsBoolsInBothForms) {
+TEST(Bundle, ReadsBoolsInBothForms) {
     BundleImpl bundle(kPath);
     // An empty text is the default.
     std::map<std::string, bool> const cases = {{"TRUE", true}, {"tRue", true}, {"1", true},    {"0", false},
@@ -60,9 +67,8 @@ TEST(BundleTest, ReadsBoolsInBothForms) {
     }
 }
 
-TEST(BundleTest, StoresObjectsMemberByMember) {
+TEST(Bundle, StoresObjectsMemberByMember) {
     BundleImpl bundle(kPath);
-    bundle.ClearNoSave();
     Value values;
     values["a"][0] = 1;
     values["a"][7] = 2;
@@ -76,21 +82,26 @@ TEST(BundleTest, StoresObjectsMemberByMember) {
     EXPECT_STREQ(bundle.Get("s", "a", "").CString(), "1,2");
 
     Value read;
-    EXPECT_TRUE(bundle.Get("s", read) && read.Size() == 4);
-    EXPECT_STREQ(read["a"][1].asCString(), "2") << "a number has no such text";
-    EXPECT_TRUE(read["c"] == Value(2.5) && read["d"] == Value("abc") && read["e"] == Value(25));
-
     Value array;
-    EXPECT_TRUE(bundle.Get("s", "a", array) && array == read["a"]);
     Value single;
-    EXPECT_TRUE(bundle.Get("s", "e", single) && single["e"] == Value(25LL));
-    EXPECT_FALSE(bundle.Get("s", "none", single) || bundle.Get("s", nullptr, single));
-    EXPECT_FALSE(bundle.Get("none", read) || bundle.Get(nullptr, read));
+    bool const given[] = {bundle.Get("s", read), bundle.Get("s", "a", array), bundle.Get("s", "e", single)};
+    EXPECT_THAT(given, Each(true));
+    EXPECT_EQ(read.Size(), 4U);
+    EXPECT_STREQ(read["a"][1].asCString(), "2") << "a number has no such text";
+    EXPECT_EQ(read["c"], Value(2.5));
+    EXPECT_EQ(read["d"], Value("abc"));
+    EXPECT_EQ(read["e"], Value(25));
+    EXPECT_EQ(array, read["a"]);
+    EXPECT_EQ(single["e"], Value(25LL));
+    bool const missed[] = {bundle.Get("s", "none", single), bundle.Get("s", nullptr, single),
+                           bundle.Get("none", read), bundle.Get(nullptr, read)};
+    EXPECT_THAT(missed, Each(false));
 
     // Which kind a text needs isn't the reader's to know.
     for (Value* wrong : {&single, &array, &(read = Value(1))}) {
         Value const before = *wrong;
-        EXPECT_FALSE(bundle.Get("s", wrong == &array ? "e" : "a", *wrong) || *wrong != before);
+        EXPECT_FALSE(bundle.Get("s", wrong == &array ? "e" : "a", *wrong));
+        EXPECT_EQ(*wrong, before);
         EXPECT_EQ(bundle.Get("s", *wrong), wrong == &single);
     }
 
@@ -98,13 +109,15 @@ TEST(BundleTest, StoresObjectsMemberByMember) {
     sections["x"]["k"] = Value(1);
     sections["y"] = Value(1);
     EXPECT_TRUE(bundle.Set(sections));
-    EXPECT_FALSE(bundle.Set(Value(1)) || bundle.Set("s", Value(1)));
+    EXPECT_FALSE(bundle.Set(Value(1)));
+    EXPECT_FALSE(bundle.Set("s", Value(1)));
     EXPECT_EQ(log.Count("Error", "|Ubrix::BundleImpl::Set| Value is not Object type"), 3);
     // What a line can't hold costs its neighbours nothing.
     sections["x"]["[n"] = Value(2);
     sections["x"]["t"] = "1\n[s]";
     sections["x"]["u"] = Value(3);
-    EXPECT_FALSE(bundle.Set(sections) || bundle.Set("x]", sections["x"]));
+    EXPECT_FALSE(bundle.Set(sections));
+    EXPECT_FALSE(bundle.Set("x]", sections["x"]));
     EXPECT_EQ(log.Count("Error", ": refused"), 3);
     EXPECT_EQ(bundle.Get("x", "u", 0), 3);
     EXPECT_TRUE(bundle.Set("s", Value()));
@@ -113,17 +126,18 @@ TEST(BundleTest, StoresObjectsMemberByMember) {
 }
 
 // The key of the one would stand in the place of another's.
-TEST(BundleTest, AFileWhoseKeyHasNoPlaceIsNotWritten) {
+TEST(Bundle, AFileWhoseKeyHasNoPlaceIsNotWritten) {
     for (char const* path : {"x=y.config", "x\nVelmor.config", "#x", "./[x"}) {
         LogCapture const log;
         BundleImpl bundle(path);
         EXPECT_EQ(log.Count("Error", ": refused"), 1) << path;
-        EXPECT_FALSE(bundle.Set("s", "k", 1) || bundle.Save() || CFile::Exist(path)) << path;
+        bool const answers[] = {bundle.Set("s", "k", 1), bundle.Save(), CFile::Exist(path)};
+        EXPECT_THAT(answers, Each(false)) << path;
     }
 }
 
 // What somebody else could have put there is not read, and nothing is given away; the run goes on in memory.
-TEST(BundleTest, TrustsNoDirectoryThatOthersCanChange) {
+TEST(Bundle, TrustsNoDirectoryThatOthersCanChange) {
     std::string const path = std::string(CPath::GetCachePath()) + "trusted.config";
     EXPECT_TRUE(BundleImpl(path.c_str()).Set("s", "k", 1));
     std::string const file = ReadWholeFile(path);
@@ -140,7 +154,9 @@ TEST(BundleTest, TrustsNoDirectoryThatOthersCanChange) {
             EXPECT_EQ(bundle.Get("s", "k", 0), 2);
             EXPECT_STREQ(SecurityStoreImp().Get("trusted.config", "none").CString(), "none");
         }
-        EXPECT_TRUE(plain->WriteInt("s", "k", 1) && plain->Save() && !CFile::Exist(plainPath.c_str()));
+        plain->WriteInt("s", "k", 1);
+        EXPECT_TRUE(plain->Save());
+        EXPECT_FALSE(CFile::Exist(plainPath.c_str()));
         EXPECT_EQ(log.Count("Error", "no keys or values are read from it or stored in it"), 1);
         EXPECT_EQ(ReadWholeFile(path), file);
         EXPECT_EQ(ReadWholeFile("Cache/Store.ini"), store);
@@ -149,7 +165,7 @@ TEST(BundleTest, TrustsNoDirectoryThatOthersCanChange) {
     }
 }
 
-TEST(BundleTest, ADirectoryThatIsMissingIsMadeAtTheNextSave) {
+TEST(Bundle, ADirectoryThatIsMissingIsMadeAtTheNextSave) {
     std::string const path = std::string(CPath::GetCachePath()) + "made.config";
     std::filesystem::remove_all("Cache");
     WriteWholeFile("Cache", "in the way");
@@ -160,35 +176,43 @@ TEST(BundleTest, ADirectoryThatIsMissingIsMadeAtTheNextSave) {
     EXPECT_EQ(BundleImpl(path.c_str()).Get("s", "k", 0), 2);
 }
 
-TEST(BundleTest, OnlyTheSavingFormsReachTheDisk) {
+TEST(Bundle, OnlyTheSavingFormsReachTheDisk) {
     BundleImpl bundle(kPath);
-    bundle.Clear();
-    std::string const before = ReadWholeFile(kPath);
-    EXPECT_TRUE(bundle.SetNoSave("s", "a", 1) && bundle.SetNoSave("s", "b", 2LL) &&
-                bundle.SetNoSave("t", "c", true));
-    EXPECT_TRUE(bundle.RemoveKeyNoSave("s", "b") && bundle.RemoveSectionNoSave("t"));
-    EXPECT_FALSE(bundle.RemoveKey("s", "b") || bundle.RemoveSection("t"));
-    EXPECT_EQ(ReadWholeFile(kPath), before);
-    EXPECT_TRUE(bundle.Save());
-    EXPECT_NE(ReadWholeFile(kPath), before);
-    EXPECT_TRUE(bundle.RemoveKey("s", "a") && bundle.RemoveSection("s"));
+    bool const done[] = {bundle.SetNoSave("s", "a", 1), bundle.SetNoSave("s", "b", 2LL),
+                         bundle.SetNoSave("t", "c", true), bundle.RemoveKeyNoSave("s", "b"),
+                         bundle.RemoveSectionNoSave("t")};
+    EXPECT_THAT(done, Each(true));
+    EXPECT_FALSE(bundle.RemoveKey("s", "b"));
+    EXPECT_FALSE(bundle.RemoveSection("t"));
+    EXPECT_FALSE(CFile::Exist(kPath));
+    bool const saved[] = {bundle.Save(), bundle.RemoveKey("s", "a"), bundle.RemoveSection("s")};
+    EXPECT_THAT(saved, Each(true));
+    EXPECT_TRUE(CFile::Exist(kPath));
 }
 
-TEST(BundleTest, WithoutAPathEverythingIsAnsweredNeutrally) {
+TEST(Bundle, WithoutAPathEverythingIsAnsweredNeutrally) {
     LogCapture const log;
     BundleImpl bundle("");
     EXPECT_TRUE(log.Has(
         "Info", "|Ubrix::IniBundle::IniBundle| CachePath is empty, do not use bundle in JNI_ONLoad!!!"));
-    EXPECT_FALSE(bundle.Set("s", "k", 1) || bundle.Save() || bundle.Clear() || bundle.HasKey("s", "k"));
-    EXPECT_FALSE(bundle.SetNoSave("s", "k", "v") || bundle.RemoveSection("s"));
-    EXPECT_TRUE(bundle.RemoveKey("s", "k") && bundle.Get("s", "k", true) && bundle.Get("s", "k", 3) == 3);
+    bool const answers[] = {bundle.Set("s", "k", 1),
+                            bundle.Save(),
+                            bundle.Clear(),
+                            bundle.HasKey("s", "k"),
+                            bundle.RemoveSection("s"),
+                            bundle.SetNoSave("s", "k", "v")};
+    EXPECT_THAT(answers, Each(false));
+    EXPECT_TRUE(bundle.RemoveKey("s", "k"));
+    EXPECT_TRUE(bundle.Get("s", "k", true));
+    EXPECT_EQ(bundle.Get("s", "k", 3), 3);
     EXPECT_STREQ(bundle.Get("s", "k", "d").CString(), "d");
 }
 
-TEST(BundleFactoryTest, OneBundleANameUntilItIsDestroyed) {
+TEST(BundleFactory, OneBundleANameUntilItIsDestroyed) {
     BundleFactory& factory = BundleFactory::GetInstance();
     Bundle& named = factory.GetBundle("named.config");
-    EXPECT_TRUE(&named == &factory.GetBundle("named.config") && &named != &factory.GetBundle("other.config"));
+    EXPECT_EQ(&named, &factory.GetBundle("named.config"));
+    EXPECT_NE(&named, &factory.GetBundle("other.config"));
     named.SetNoSave("s", "k", 1);
     EXPECT_FALSE(CFile::Exist("named.config"));
     factory.DestoryBundle("named.config");

@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <set>
 #include <string>
-#include <tuple>
 
 #include "Support/ConsoleCapture.h"
 #include "Support/FakeClock.h"
@@ -122,55 +121,44 @@ TEST(AFileLogger, AFileIsThisUsersAloneAndBeginsAtALinesHead) {
     EXPECT_TRUE(fs::is_empty("moved/Mod"));
 }
 
-TEST(AFileLogger, ReadsTheTimeOfAFileName) {
-    long long const stamp =
-        Platform::CalendarToEpoch({2036, 3, 5, 7, 0, 0, 0}, Platform::DaylightSaving::Standard);
-    std::tuple<std::string, long long, std::string> const rows[] = {
-        {"VelmorCore_2036030507.log", stamp, ""},
-        {"X_2036030507.xlog", stamp, ""},
-        {"VelmorCore_2036030507.txt", 0, "logFile Ext is invalid VelmorCore_2036030507.txt , ext txt\n"},
-        {"VelmorCore_203603050.log", 0, "logTime is invalid VelmorCore_203603050.log\n"},
-        {"VelmorCore_20360305a7.log", 0, "logTime is invalid VelmorCore_20360305a7.log\n"},
-        {"Velmor_Core_2036030507.log", 0, "logFile is invalid Velmor_Core_2036030507.log\n"},
-        {"", 0, "logFile is invalid \n"},
-    };
-    for (auto const& [name, time, message] : rows) {
-        ::Test::ConsoleCapture console;
-        EXPECT_EQ(AFileLogger::GetLogFileTimeStamp(name), time);
-        EXPECT_TRUE(console.Has(message)) << name;
-        EXPECT_EQ(console.Has("| Warning | "), time == 0) << name;
-    }
-}
-
 TEST(AFileLogger, SweepsByAgeAndByCount) {
     ::Test::FakeClock clock({2036, 3, 5, 7, 0, 0, 0});
-    // 241, 239, 3, 2 and 1 hours old, and one that is no log file.
-    std::string const names[] = {"Mod_2036022406.log", "Mod_2036022408.log", "Mod_2036030504.log",
-                                 "Mod_2036030505.log", "Mod_2036030506.log", "readme.txt"};
+    // 241, 239, 3, 2 and 1 hours old, and none of the module's log files.
+    std::string const names[] = {"Mod_2036022406.log", "Mod_2036022408.log", "Mod_2036030504.xlog",
+                                 "Mod_2036030505.log", "Mod_2036030506.log", "Mo_d_2036022406.log",
+                                 "Mod_203602240.log",  "Mod_20360224a6.log", "Mod_2036022406.txt",
+                                 "Link_2036022406.log"};
     fs::create_directories(kRoot + "Mod");
     for (std::string const& name : names) {
         ::Test::WriteWholeFile(kRoot + "Mod/" + name, "x");
     }
     ::Test::ConsoleCapture console;
     AFileLogger::RemoveOldLogFiles("Mod", 240, -1);
-    EXPECT_EQ(FilesOf("Mod"), std::set<std::string>(names + 1, names + 6));
-    EXPECT_TRUE(console.Has("|Ubrix::AFileLogger::RemoveOldLogFiles| RemoveOldLog log fileName " + names[0]));
+    EXPECT_EQ(FilesOf("Mod"), std::set<std::string>(names + 1, names + 10));
+    for (std::string const& told :
+         {"|Ubrix::AFileLogger::RemoveOldLogFiles| RemoveOldLog log fileName " + names[0],
+          "|GetLogFileTimeStamp| logFile is invalid " + names[5] + "\n",
+          "|GetLogFileTimeStamp| logTime is invalid " + names[6] + "\n",
+          "|GetLogFileTimeStamp| logTime is invalid " + names[7] + "\n",
+          "|GetLogFileTimeStamp| logFile Ext is invalid " + names[8] + " , ext txt\n"}) {
+        EXPECT_TRUE(console.Has(told)) << told;
+    }
+    EXPECT_EQ(AFileLogger::GetLogFileTimeStamp("X_2036030507.xlog"),
+              Platform::CalendarToEpoch({2036, 3, 5, 7, 0, 0, 0}, Platform::DaylightSaving::Standard));
     AFileLogger::RemoveOldLogFiles("Mod", 240, 2);
-    EXPECT_EQ(FilesOf("Mod"), std::set<std::string>(names + 3, names + 6));
+    EXPECT_EQ(FilesOf("Mod"), std::set<std::string>(names + 3, names + 10));
     AFileLogger::RemoveOldLogFiles("Mod", 240, 0);
-    EXPECT_EQ(FilesOf("Mod"), std::set<std::string>{names[5]});
     AFileLogger::RemoveOldLogFiles("Absent", 240, 0);
     // A module's directory that is a link is somebody else's.
-    fs::create_directory_symlink(fs::current_path() / kRoot / "Mod", kRoot + "readme.txt");
-    ::Test::WriteWholeFile(kRoot + "Mod/readme.txt_2036022406.log", "x");
-    AFileLogger::RemoveOldLogFiles("readme.txt", 240, 0);
-    EXPECT_EQ(FilesOf("Mod").size(), 2U);
+    fs::create_directory_symlink(fs::current_path() / kRoot / "Mod", kRoot + "Link");
+    AFileLogger::RemoveOldLogFiles("Link", 240, 0);
+    EXPECT_EQ(FilesOf("Mod"), std::set<std::string>(names + 5, names + 10));
     // So is one behind a link in the place of the directory of all modules.
     ::Test::WriteWholeFile(kRoot + "Mod/" + names[0], "x");
     fs::rename("Cache/VelmorSDKLog", "moved");
     fs::create_directory_symlink(fs::current_path() / "moved", "Cache/VelmorSDKLog");
     AFileLogger::RemoveOldLogFiles("Mod", 240, 0);
-    EXPECT_EQ(FilesOf("Mod").size(), 3U);
+    EXPECT_EQ(FilesOf("Mod").size(), 6U);
 }
 
 }  // namespace

@@ -50,6 +50,13 @@ protected:
         SetUbrixLogCallback(nullptr);
         SetConsoleOutput(true);
     }
+    static void OnMessage(char const* awaited, std::function<void()> const& work) {
+        s_inside = [awaited, work](std::string const& message) {
+            if (message == awaited) {
+                work();
+            }
+        };
+    }
     // Lines of other threads come as well; these are looked for by their text.
     static Messages Got() {
         return s_all.With([](Messages const& messages) { return messages; });
@@ -62,12 +69,10 @@ protected:
 TEST_F(LogCallback, ALineUnderALockComesWhenTheLastOneIsReleased) {
     RecursiveMutex outer;
     RecursiveMutex inner;
-    s_inside = [](std::string const& message) {
-        if (message == "1") {
-            errno = 5;
-            Say("caused by 1");
-        }
-    };
+    OnMessage("1", [] {
+        errno = 5;
+        Say("caused by 1");
+    });
     {
         ScopedLock const lock(outer);
         {
@@ -85,13 +90,15 @@ TEST_F(LogCallback, ALineUnderALockComesWhenTheLastOneIsReleased) {
 TEST_F(LogCallback, AWaitPassesItsLinesOnFirst) {
     RecursiveMutex mutex;
     Condition condition(mutex);
+    bool passed = false;
     s_inside = [&](std::string const&) {
         ScopedLock const lock(mutex);
+        passed = true;
         condition.Signal();
     };
     ScopedLock const lock(mutex);
     Say("before the wait");
-    while (Got().empty()) {
+    while (!passed) {
         EXPECT_TRUE(condition.WaitFor(60000));
     }
 }
@@ -100,13 +107,11 @@ TEST_F(LogCallback, ALockOfTheLibraryIsFreeForTheCallback) {
     RecursiveMutex mutex;
     Event held;
     Event inCallback;
-    s_inside = [&](std::string const& message) {
-        if (message == "here") {
-            inCallback.Set();
-            held.Wait();
-            ScopedLock const lock(mutex);
-        }
-    };
+    OnMessage("here", [&] {
+        inCallback.Set();
+        held.Wait();
+        ScopedLock const lock(mutex);
+    });
     std::thread other([&] {
         ScopedLock const lock(mutex);
         inCallback.Wait();
@@ -160,13 +165,11 @@ TEST_F(LogCallback, ACallbackThatWaitsLetsOtherLinesPass) {
     for (auto const& one : cases) {
         done = false;
         std::thread other;
-        s_inside = [&](std::string const& message) {
-            if (message == "here") {
-                other = std::thread(one.other);
-                one.wait();
-                Say("back");
-            }
-        };
+        OnMessage("here", [&] {
+            other = std::thread(one.other);
+            one.wait();
+            Say("back");
+        });
         Say("here");
         other.join();
         Messages const got = Got();
