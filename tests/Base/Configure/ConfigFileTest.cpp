@@ -5,7 +5,6 @@
 #include <VelmorCore/velmorcore.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <filesystem>
 #include <string>
 
@@ -93,11 +92,10 @@ TEST(ConfigFile, CutsATextToItsRoomAndSaysSo) {
     Velmor::IConfigFile* file = VelmorCore_NewConfigFile("Cut");
     file->SetCache("s", "k", "123456789");
     for (int const room : {10, 9, 1}) {
-        char text[16];
-        std::memset(text, '?', sizeof text);
+        char text[] = "???????????";
         int size = room;
         EXPECT_EQ(file->GetFromCache("s", "k", text, &size, ""), room == 10);
-        EXPECT_EQ(text, std::string("123456789").substr(0, static_cast<std::size_t>(room) - 1));
+        EXPECT_EQ(text, std::string("123456789", static_cast<std::size_t>(room) - 1));
         EXPECT_EQ(size, room - 1);
         EXPECT_EQ(text[room], '?');
     }
