@@ -42,13 +42,15 @@ TEST(FilePattern, AnswersTheOffsetBehindTheMatch) {
         EXPECT_EQ(MatchPattern(pattern, name), result) << pattern << " on " << name;
     }
     EXPECT_TRUE(rows.eof());
-    std::tuple<char const*, char const*, int> const blanks[] = {{"", "", 0},
-                                                                {"^$", "", 0},
-                                                                {"a.c", "a\nc", 3},
-                                                                {"\xC4", "\xE4", -1},
-                                                                {"[^\\s]", " \t", -1},
-                                                                {"\\S\\s\\d", "a 7", 3},
-                                                                {"\\b\\f\\n\\r\\t\\v", "\b\f\n\r\t\v", 6}};
+    std::tuple<char const*, char const*, int> const blanks[] = {
+        {"", "", 0},
+        {"^$", "", 0},
+        {"a.c", "a\nc", 3},
+        {"\xC4", "\xE4", -1},
+        {"[^\\s]", " \t", -1},
+        {"\\S\\s\\d", "a 7", 3},
+        {"\\b\\f\\n\\r\\t\\v", "\b\f\n\r\t\v", 6},
+    };
     for (auto const& [spaced, text, end] : blanks) {
         EXPECT_EQ(MatchPattern(spaced, text), end) << spaced << " on " << text;
     }
