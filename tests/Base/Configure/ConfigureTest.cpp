@@ -91,7 +91,7 @@ protected:
     // Fetches this answer and waits for its end.
     void Fetch(std::string const& body, int status = 200) {
         _server.Answer(body, status);
-        Impl().SetUrl(kUrl);
+        EXPECT_TRUE(velmorcore_configure_seturl(kUrl));
         AwaitState(ConfigureImpl::kFinished);
     }
     void AwaitState(ConfigureImpl::State state) {
