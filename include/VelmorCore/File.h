@@ -8,9 +8,11 @@
 #include <VelmorCore/Export.h>
 #include <VelmorCore/Object.h>
 
-#include <cstdio>
-
 namespace Ubrix {
+
+namespace Platform {
+class File;
+}
 
 /// How a file is opened. The content of a truncated file is gone at once. Any other number reads.
 enum FileMode : int {
@@ -90,7 +92,7 @@ public:
     void SeekToEnd();
 
 private:
-    std::FILE* _stream;
+    Platform::File* _file;
     AString _path;
     FileMode _mode;
     bool _hasRead;

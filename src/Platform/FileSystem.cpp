@@ -5,21 +5,21 @@
 namespace Ubrix::Platform {
 
 FileAnswer ReadWholeFile(char const* path, long long maxSize, std::string& content) {
-    OpenFile stream;
-    FileAnswer const answer = OpenForReading(path, maxSize, stream);
+    File file;
+    FileAnswer const answer = OpenForReading(path, maxSize, file);
     if (answer != FileAnswer::Given) {
         return answer;
     }
     try {
         std::string read;
         char block[4096];
-        while (std::size_t const count = std::fread(block, 1, sizeof block, stream.get())) {
+        while (std::size_t const count = file.Read(block, sizeof block)) {
             if (static_cast<long long>(read.size()) + static_cast<long long>(count) > maxSize) {
                 return FileAnswer::Refused;  // It grew since it was opened.
             }
             read.append(block, count);
         }
-        if (std::ferror(stream.get()) != 0) {
+        if (file.HasFailed()) {
             return FileAnswer::Failing;
         }
         content.swap(read);

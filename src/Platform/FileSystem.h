@@ -6,10 +6,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <memory>
 #include <string>
 #include <vector>
+
+#include "Platform/File.h"
 
 namespace Ubrix::Platform {
 
@@ -40,11 +40,6 @@ bool RenamePath(char const* from, char const* to);
 bool ListDirectory(char const* path, std::vector<std::string>& names, std::size_t most = SIZE_MAX);
 // The current working directory. False on failure, which leaves `path` unchanged and sets the last error.
 bool WorkingDirectory(std::string& path);
-struct CloseFile {
-    void operator()(std::FILE* stream) const { std::fclose(stream); }
-};
-// A stream that is closed with its owner.
-using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
 
 // What a name in a directory leads to once every link is followed.
 enum class FileReach {
@@ -56,9 +51,8 @@ enum class FileReach {
 // A file that was reached by its name in a directory.
 struct ReachedFile {
     FileReach reach = FileReach::Unreadable;
-    // If Readable: open for binary reading, by one thread, and not waited for when the process exits;
-    // otherwise null.
-    OpenFile stream;
+    // If Readable: open for reading, and not waited for when the process exits; otherwise not open.
+    File file;
     // If Readable, where the file is, every link followed: its whole path, and its bare name.
     std::string path;
     std::string name;
@@ -69,8 +63,6 @@ struct ReachedFile {
 // while it was opened, and no link put in the way meanwhile was followed. Neither devices nor pipes are
 // opened.
 ReachedFile OpenWithin(char const* directory, char const* name);
-// True if `stream` is open on the file at `path`, whatever its name was.
-bool IsOpenOn(std::FILE* stream, char const* path);
 
 // How an attempt to read a file went, as far as the caller's next step hangs on it.
 enum class FileAnswer {
@@ -81,35 +73,31 @@ enum class FileAnswer {
     Refused,  // what is there isn't to be read, now or later: no regular file, larger than asked for, or
               // not this user's to read
 };
-// Opens a regular file of at most `maxSize` bytes for binary reading, links followed. Never waits, and opens
-// neither pipes nor devices. `stream` is set if the answer is Given, and null otherwise.
-FileAnswer OpenForReading(char const* path, long long maxSize, OpenFile& stream);
+// Opens a regular file of at most `maxSize` bytes for reading, links followed. Never waits, and opens neither
+// pipes nor devices. `file` is open if the answer is Given, and not otherwise.
+FileAnswer OpenForReading(char const* path, long long maxSize, File& file);
 // Reads such a file whole. `content` is unchanged unless the answer is Given; a read that breaks off is
 // Failing. Want of memory is Failing too.
 FileAnswer ReadWholeFile(char const* path, long long maxSize, std::string& content);
 
-// The following three never wait, follow no link at the end of `path`, and give null for anything but a
+// The following three never wait, follow no link at the end of `path`, and give none for anything but a
 // regular file that belongs to this user. Only the user may read or write the file afterwards; one that was
 // more widely readable is narrowed.
 //
-// Makes a file for binary output in a place where nothing was. While the stream is open,
-// DeleteAbandonedFile leaves the file alone.
-OpenFile CreatePrivateFile(char const* path);
-// For binary output, truncating what is there.
-OpenFile OpenPrivateForWriting(char const* path);
-// For binary output at the end, whatever was written meanwhile, and for reading.
-OpenFile OpenPrivateForAppending(char const* path);
+// Makes a file for writing in a place where nothing was. While it is open, DeleteAbandonedFile leaves
+// it alone.
+File CreatePrivateFile(char const* path);
+// For writing, truncating what is there.
+File OpenPrivateForWriting(char const* path);
+// For writing at the end, whatever was written meanwhile, and for reading.
+File OpenPrivateForAppending(char const* path);
 
-// Hands what was written to the system. True if it has every byte; a later close has nothing left to report.
-bool FinishWriting(std::FILE* stream);
-// Renames a file that CreatePrivateFile made and whose stream is still open; an existing target is replaced
+// Renames a file that CreatePrivateFile made and that is still open; an existing target is replaced
 // in one step. False on failure, which leaves both as they were.
-bool RenameOpenFile(std::FILE* stream, char const* from, char const* to);
-// Deletes a file that CreatePrivateFile made, here or in another process, and whose stream isn't open any
-// more, in most cases because its process died. False if it stays.
+bool RenameOpenFile(File& file, char const* from, char const* to);
+// Deletes a file that CreatePrivateFile made, here or in another process, and that isn't open any more, in
+// most cases because its process died. False if it stays.
 bool DeleteAbandonedFile(char const* path);
-// Hands what was written to `stream` to the disk. False on failure.
-bool FlushToDisk(std::FILE* stream);
 
 // What separates a directory and a name where the library builds its own directories: one character.
 extern char const kPathSeparator;

@@ -56,34 +56,34 @@ TEST_F(FileSystem, ReadsRegularFilesOfABoundedSizeAndNeverWaits) {
     getrlimit(RLIMIT_NOFILE, &before);
     rlimit const none{0, before.rlim_max};
     setrlimit(RLIMIT_NOFILE, &none);
-    OpenFile stream;
-    EXPECT_EQ(OpenForReading("file", 10, stream), FileAnswer::Failing) << "no descriptor is left";
+    File file;
+    EXPECT_EQ(OpenForReading("file", 10, file), FileAnswer::Failing) << "no descriptor is left";
     setrlimit(RLIMIT_NOFILE, &before);
 }
 
 TEST_F(FileSystem, PrivateFilesFollowNoLinkAndAreNarrowed) {
     chmod("file", 0644);
     for (char const* path : {"link", "dangling", "device", "pipe", "directory", "absent/file"}) {
-        EXPECT_EQ(OpenPrivateForWriting(path), nullptr) << path;
-        EXPECT_EQ(OpenPrivateForAppending(path), nullptr) << path;
-        EXPECT_EQ(CreatePrivateFile(path), nullptr) << path;
+        EXPECT_FALSE(OpenPrivateForWriting(path).IsOpen()) << path;
+        EXPECT_FALSE(OpenPrivateForAppending(path).IsOpen()) << path;
+        EXPECT_FALSE(CreatePrivateFile(path).IsOpen()) << path;
     }
-    EXPECT_EQ(CreatePrivateFile("file"), nullptr);
+    EXPECT_FALSE(CreatePrivateFile("file").IsOpen());
     EXPECT_EQ(fs::status("file").permissions(), fs::perms{0644});
-    std::fputs("ab", OpenPrivateForAppending("file").get());
+    EXPECT_TRUE(OpenPrivateForAppending("file").Write("ab", 2));
     EXPECT_EQ(::Test::ReadWholeFile("file"), "0123456789ab");
     EXPECT_EQ(fs::status("file").permissions(), fs::perms{0600});
-    std::fputs("c", OpenPrivateForWriting("file").get());
+    EXPECT_TRUE(OpenPrivateForWriting("file").Write("c", 1));
     EXPECT_EQ(::Test::ReadWholeFile("file"), "c");
 }
 
 TEST_F(FileSystem, AFileCountsAsAbandonedOnceItsStreamIsClosed) {
-    OpenFile stream = CreatePrivateFile("new");
-    ASSERT_NE(stream, nullptr);
+    File file = CreatePrivateFile("new");
+    ASSERT_TRUE(file.IsOpen());
     EXPECT_FALSE(DeleteAbandonedFile("new"));
-    EXPECT_TRUE(RenameOpenFile(stream.get(), "new", "file"));
+    EXPECT_TRUE(RenameOpenFile(file, "new", "file"));
     EXPECT_FALSE(DeleteAbandonedFile("file"));
-    stream.reset();
+    file.Close();
     for (char const* path : {"link", "pipe", "directory", "absent"}) {
         EXPECT_FALSE(DeleteAbandonedFile(path)) << path;
     }

@@ -21,8 +21,7 @@ namespace {
 
 bool HoldsKeys(ReachedFile const& file) {
     std::string const store = std::string(CPath::GetCachePath()) + Ubrix::kSecurityStoreFile;
-    return file.name.rfind(Ubrix::kSecurityStoreFile, 0) == 0 ||
-           Platform::IsOpenOn(file.stream.get(), store.c_str());
+    return file.name.rfind(Ubrix::kSecurityStoreFile, 0) == 0 || file.file.IsOn(store.c_str());
 }
 
 bool MayGoOn(void const* stop) {
@@ -80,7 +79,7 @@ char const* UploadPacker::ObjectionTo(ReachedFile const& file) {
     if (HoldsKeys(file)) {
         return "holds keys";
     }
-    if (Platform::IsOpenOn(file.stream.get(), _archivePath.c_str())) {
+    if (file.file.IsOn(_archivePath.c_str())) {
         return "is the archive itself";
     }
     if (file.size > _bytesLeft) {
@@ -99,8 +98,8 @@ void UploadPacker::AddFile(UploadMatch const& match) {
         return;
     }
     _bytesLeft -= file.size;
-    _archive.AddStreamToZip(file.stream.get(), match.name.c_str(), static_cast<unsigned long long>(file.size),
-                            MayGoOn, &_stop);
+    _archive.AddStreamToZip(file.file.Stream(), match.name.c_str(),
+                            static_cast<unsigned long long>(file.size), MayGoOn, &_stop);
 }
 
 }  // namespace Velmor

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <utility>
 
+#include "Platform/File.h"
+
 namespace Ubrix::Platform {
 
 // A file descriptor that is closed with its owner; negative for none.
@@ -25,13 +27,13 @@ public:
     int Get() const { return _descriptor; }
     bool IsOpen() const { return _descriptor >= 0; }
     int Release() { return std::exchange(_descriptor, -1); }
-    // The stream takes the descriptor over, unless it can't be made.
-    std::FILE* MoveToStream(char const* mode) {
+    // The file takes the descriptor over, unless it can't be made: then it isn't open.
+    File MoveToFile(char const* mode) {
         std::FILE* const stream = fdopen(_descriptor, mode);
         if (stream != nullptr) {
             Release();
         }
-        return stream;
+        return File(stream);
     }
 
 private:

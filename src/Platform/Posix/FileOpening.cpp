@@ -74,8 +74,8 @@ Descriptor OpenPrivate(char const* path, int flags) {
     return file.IsOpen() && MakePrivate(file.Get()) ? std::move(file) : Descriptor(-1);
 }
 
-FileAnswer OpenForReading(char const* path, long long maxSize, OpenFile& stream) {
-    stream.reset();
+FileAnswer OpenForReading(char const* path, long long maxSize, File& opened) {
+    opened.Close();
     struct stat status {};
     // Looks before it opens: opening a device may do something.
     if (stat(path, &status) != 0) {
@@ -91,46 +91,37 @@ FileAnswer OpenForReading(char const* path, long long maxSize, OpenFile& stream)
     if (!IsReadable(status, maxSize)) {
         return FileAnswer::Refused;
     }
-    stream.reset(file.MoveToStream("rb"));
-    return stream != nullptr ? FileAnswer::Given : FileAnswer::Failing;
+    opened = file.MoveToFile("rb");
+    return opened.IsOpen() ? FileAnswer::Given : FileAnswer::Failing;
 }
 
 // The lock on the file shows that somebody still writes it. Whoever deletes abandoned files may have come in
 // between the making and the locking: then the name is gone.
-OpenFile CreatePrivateFile(char const* path) {
+File CreatePrivateFile(char const* path) {
     Descriptor file = OpenPrivate(path, O_WRONLY | O_EXCL);
     if (!file.IsOpen()) {
-        return nullptr;
+        return File();
     }
-    OpenFile stream;
+    File made;
     if (flock(file.Get(), LOCK_EX | LOCK_NB) == 0 && IsNamed(file.Get(), path)) {
-        stream.reset(file.MoveToStream("wb"));
+        made = file.MoveToFile("wb");
     }
-    if (stream == nullptr) {
+    if (!made.IsOpen()) {
         unlink(path);
     }
-    return stream;
+    return made;
 }
 
-OpenFile OpenPrivateForWriting(char const* path) {
+File OpenPrivateForWriting(char const* path) {
     Descriptor file = OpenPrivate(path, O_WRONLY);
-    return OpenFile(file.IsOpen() && ftruncate(file.Get(), 0) == 0 ? file.MoveToStream("wb") : nullptr);
+    return file.IsOpen() && ftruncate(file.Get(), 0) == 0 ? file.MoveToFile("wb") : File();
 }
 
-OpenFile OpenPrivateForAppending(char const* path) {
-    return OpenFile(OpenPrivate(path, O_RDWR | O_APPEND).MoveToStream("ab+"));
+File OpenPrivateForAppending(char const* path) {
+    return OpenPrivate(path, O_RDWR | O_APPEND).MoveToFile("ab+");
 }
 
-bool FinishWriting(std::FILE* stream) {
-    if (std::fflush(stream) != 0) {
-        return false;
-    }
-    // A network's file system tells at a close, of any of a file's descriptors, what it couldn't store.
-    int const copy = fcntl(fileno(stream), F_DUPFD_CLOEXEC, 0);
-    return copy >= 0 && close(copy) == 0;
-}
-
-bool RenameOpenFile(std::FILE* /*stream*/, char const* from, char const* to) {
+bool RenameOpenFile(File& /*file*/, char const* from, char const* to) {
     return RenamePath(from, to);
 }
 

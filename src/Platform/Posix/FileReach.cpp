@@ -55,21 +55,21 @@ bool IsStored(int file) {
     return fstatvfs(file, &room) == 0 && room.f_blocks != 0;
 }
 
-void OpenInto(Descriptor descriptor, ReachedFile& file) {
+void OpenInto(Descriptor descriptor, ReachedFile& reached) {
     struct stat status {};
     if (fstat(descriptor.Get(), &status) != 0) {
         return;
     }
     if (!IsStored(descriptor.Get())) {
-        file.reach = FileReach::NotStored;
+        reached.reach = FileReach::NotStored;
         return;
     }
-    file.stream.reset(descriptor.MoveToStream("rb"));
-    if (file.stream != nullptr) {
+    reached.file = descriptor.MoveToFile("rb");
+    if (reached.file.IsOpen()) {
         // Exit takes every stream's lock, and a read may hang in the kernel.
-        __fsetlocking(file.stream.get(), FSETLOCKING_BYCALLER);
-        file.size = status.st_size;
-        file.reach = FileReach::Readable;
+        __fsetlocking(reached.file.Stream(), FSETLOCKING_BYCALLER);
+        reached.size = status.st_size;
+        reached.reach = FileReach::Readable;
     }
 }
 
@@ -90,13 +90,6 @@ ReachedFile OpenWithin(char const* directory, char const* name) {
     file.name = file.path.substr(file.path.rfind('/') + 1);
     OpenInto(WalkTo(root, std::string_view(file.path).substr(prefix.size())), file);
     return file;
-}
-
-bool IsOpenOn(std::FILE* stream, char const* path) {
-    struct stat one {};
-    struct stat other {};
-    return fstat(fileno(stream), &one) == 0 && stat(path, &other) == 0 && one.st_dev == other.st_dev &&
-           one.st_ino == other.st_ino;
 }
 
 }  // namespace Ubrix::Platform

@@ -75,8 +75,4 @@ bool WorkingDirectory(std::string& path) {
     return true;
 }
 
-bool FlushToDisk(std::FILE* stream) {
-    return std::fflush(stream) == 0 && fsync(fileno(stream)) == 0;
-}
-
 }  // namespace Ubrix::Platform

@@ -2,9 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
-#include <memory>
+
+#include "Platform/File.h"
 
 namespace Ubrix::Crypto {
 namespace {
@@ -126,10 +126,6 @@ private:
     unsigned char _buffer[kBlock];
 };
 
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
 }  // namespace
 
 void Md5Digest(void* digest, void const* data, unsigned int length) {
@@ -139,13 +135,13 @@ void Md5Digest(void* digest, void const* data, unsigned int length) {
 }
 
 void Md5File(void* digest, char const* path) {
-    std::unique_ptr<std::FILE, CloseFile> const file(std::fopen(path, "rb"));
-    if (file == nullptr) {
+    Platform::File file = Platform::File::Open(path, Platform::File::Mode::Read);
+    if (!file.IsOpen()) {
         return;
     }
     Md5Context context;
     unsigned char piece[kFilePiece];
-    while (std::size_t const count = std::fread(piece, 1, sizeof piece, file.get())) {
+    while (std::size_t const count = file.Read(piece, sizeof piece)) {
         context.Update(piece, count);
     }
     context.Finish(digest);

@@ -1,30 +1,14 @@
 #include "Serializer/WYR/WyrIO.h"
 
 #include <cassert>
-#include <climits>
+#include <cstdint>
 #include <memory>
 #include <new>
 
+#include "Platform/File.h"
 #include "Serializer/WYR/WyrError.h"
 
 namespace Ubrix {
-
-namespace {
-
-struct CloseFile {
-    void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
-};
-
-// The open file's length; negative if it has none.
-long LengthOf(std::FILE* file) {
-    if (std::fseek(file, 0, SEEK_END) != 0) {
-        return -1;
-    }
-    long const length = std::ftell(file);
-    return std::fseek(file, 0, SEEK_SET) == 0 ? length : -1;
-}
-
-}  // namespace
 
 WyrInput::WyrInput() : _content(nullptr), _state(WyrError::WYR_NO_ERROR) {}
 
@@ -35,13 +19,13 @@ WyrInput::~WyrInput() {
 int WyrInput::load(char const* file) {
     assert(nullptr != file);
     assert(WyrError::WYR_NO_ERROR == _state);
-    std::unique_ptr<std::FILE, CloseFile> const stream(std::fopen(file, "rb"));
-    if (stream == nullptr) {
+    Platform::File opened = Platform::File::Open(file, Platform::File::Mode::Read);
+    if (!opened.IsOpen()) {
         return _state = WyrError::WYR_ERR_OPEN_READ;
     }
-    long const length = LengthOf(stream.get());
+    long long const length = opened.Length();
     // The greatest length is what a directory answers with.
-    if (length < 0 || length == LONG_MAX) {
+    if (length < 0 || length >= PTRDIFF_MAX) {
         return _state = WyrError::WYR_ERR_FILE_READ;
     }
     auto const size = static_cast<size_t>(length);
@@ -49,7 +33,7 @@ int WyrInput::load(char const* file) {
     if (content == nullptr) {
         return _state = WyrError::WYR_ERR_NO_MEMORY;
     }
-    if (std::fread(content.get(), 1, size, stream.get()) < size) {
+    if (opened.Read(content.get(), size) < size) {
         return _state = WyrError::WYR_ERR_FILE_READ;
     }
     content[size] = '\0';

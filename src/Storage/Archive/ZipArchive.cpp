@@ -23,18 +23,18 @@ constexpr std::uint64_t kMaxEntrySize = std::uint64_t{4080} << 20U;
 
 // An archive that is being written. A write that failed makes it a broken one, and nothing is written then.
 struct OpenArchive {
-    Platform::OpenFile stream;
+    Platform::File file;
     zipFile zip = nullptr;
     bool isBroken = false;
 };
 
 voidpf ZCALLBACK GiveStream(voidpf archive, void const* /*path*/, int /*mode*/) {
-    return static_cast<OpenArchive*>(archive)->stream.get();
+    return static_cast<OpenArchive*>(archive)->file.Stream();
 }
 
 uLong ZCALLBACK WriteToStream(voidpf archive, voidpf /*stream*/, void const* bytes, uLong size) {
     auto& open = *static_cast<OpenArchive*>(archive);
-    if (open.isBroken || std::fwrite(bytes, 1, size, open.stream.get()) != size) {
+    if (open.isBroken || !open.file.Write(bytes, size)) {
         open.isBroken = true;
         return 0;
     }
@@ -47,8 +47,8 @@ int ZCALLBACK LeaveStreamOpen(voidpf /*archive*/, voidpf /*stream*/) {
 
 std::unique_ptr<OpenArchive> Open(char const* path) {
     auto archive = std::make_unique<OpenArchive>();
-    archive->stream = Platform::OpenPrivateForWriting(path);
-    if (archive->stream == nullptr) {
+    archive->file = Platform::OpenPrivateForWriting(path);
+    if (!archive->file.IsOpen()) {
         return nullptr;
     }
     zlib_filefunc64_def functions = {};
@@ -63,7 +63,7 @@ std::unique_ptr<OpenArchive> Open(char const* path) {
 
 bool Close(std::unique_ptr<OpenArchive> const& archive) {
     bool const closed = zipClose(archive->zip, nullptr) == ZIP_OK;
-    return closed && !archive->isBroken && Platform::FinishWriting(archive->stream.get());
+    return closed && !archive->isBroken && archive->file.Finish();
 }
 
 bool IsEntryName(char const* name) {
@@ -112,7 +112,7 @@ bool AddEntry(OpenArchive& archive, Source const& source, char const* name) {
     bool const copied = source.stream != nullptr && CopyIntoEntry(source, archive.zip);
     bool const closed = zipCloseFileInZip(archive.zip) == ZIP_OK;
     // What is still on its way would fail unseen otherwise.
-    archive.isBroken |= !closed || std::fflush(archive.stream.get()) != 0;
+    archive.isBroken |= !closed || !archive.file.Flush();
     return copied && !archive.isBroken;
 }
 
@@ -141,10 +141,10 @@ bool ZipArchive::AddFileToZip(char const* sourcePath, char const* nameInZip) {
     if (_handle == nullptr || sourcePath == nullptr || !IsEntryName(nameInZip)) {
         return false;
     }
-    Platform::OpenFile source;
+    Platform::File source;
     bool const isNoFile =
         Platform::OpenForReading(sourcePath, LLONG_MAX, source) == Platform::FileAnswer::Refused;
-    return !isNoFile && AddEntry(*Of(_handle), {source.get(), UINT64_MAX, nullptr, nullptr}, nameInZip);
+    return !isNoFile && AddEntry(*Of(_handle), {source.Stream(), UINT64_MAX, nullptr, nullptr}, nameInZip);
 }
 
 bool ZipArchive::AddStreamToZip(std::FILE* source, char const* nameInZip, unsigned long long most,

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <climits>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -19,30 +20,30 @@ using Platform::WithoutThrow;
 
 namespace {
 
-char const* StreamMode(FileMode mode) {
+Platform::File::Mode OpenMode(FileMode mode) {
     switch (mode) {
         case FileModeCreate:
         case FileModeReadWrite:
-            return "wb+";
+            return Platform::File::Mode::ReadWrite;
         case FileModeAppend:
-            return "ab+";
+            return Platform::File::Mode::Append;
         case FileModeWrite:
-            return "wb";
+            return Platform::File::Mode::Write;
         case FileModeRead:
         default:
-            return "rb";
+            return Platform::File::Mode::Read;
     }
 }
 
-int Origin(FilePosition from) {
+Platform::File::From Origin(FilePosition from) {
     switch (from) {
         case FilePositionCurrent:
-            return SEEK_CUR;
+            return Platform::File::From::Here;
         case FilePositionEnd:
-            return SEEK_END;
+            return Platform::File::From::End;
         case FilePositionBegin:
         default:
-            return SEEK_SET;
+            return Platform::File::From::Begin;
     }
 }
 
@@ -118,7 +119,7 @@ bool IsTrusted(OwnDirectory& directory, char const* path) {
 
 }  // namespace
 
-CFile::CFile() : _stream(nullptr), _mode(FileModeRead), _hasRead(false) {}
+CFile::CFile() : _file(nullptr), _mode(FileModeRead), _hasRead(false) {}
 
 CFile::~CFile() {
     Close();
@@ -133,20 +134,19 @@ bool CFile::Open(char const* path, FileMode mode) {
         _path = path;
         _mode = mode;
         _hasRead = false;
-        _stream = std::fopen(_path.CString(), StreamMode(mode));
-        return _stream != nullptr;
+        auto file = std::make_unique<Platform::File>(Platform::File::Open(_path.CString(), OpenMode(mode)));
+        _file = file->IsOpen() ? file.release() : nullptr;
+        return _file != nullptr;
     });
 }
 
 void CFile::Close() {
-    if (_stream != nullptr) {
-        std::fclose(_stream);
-        _stream = nullptr;
-    }
+    delete _file;
+    _file = nullptr;
 }
 
 bool CFile::Exist() {
-    return _stream != nullptr && Exist(_path.CString());
+    return _file != nullptr && Exist(_path.CString());
 }
 
 bool CFile::Exist(char const* path) {
@@ -174,35 +174,30 @@ int CFile::Read(void* buffer, unsigned int size) {
 }
 
 int CFile::Read(void* buffer, int position, unsigned int size) {
-    if (_stream == nullptr || buffer == nullptr) {
+    if (_file == nullptr || buffer == nullptr) {
         return -1;
     }
-    if (size == 0 || std::fseek(_stream, position, SEEK_SET) != 0) {
+    if (size == 0 || !_file->Seek(position, Platform::File::From::Begin)) {
         return 0;
     }
     _hasRead = true;
     std::size_t const wanted = size < INT_MAX ? size : INT_MAX;
-    std::size_t const count = std::fread(buffer, 1, wanted, _stream);
-    if (count < wanted && std::ferror(_stream) != 0) {
-        std::clearerr(_stream);
-        return -1;
-    }
-    return static_cast<int>(count);
+    std::size_t const count = _file->Read(buffer, wanted);
+    return count < wanted && _file->HasFailed() ? -1 : static_cast<int>(count);
 }
 
 bool CFile::Write(void const* data, unsigned int size) {
-    if (_stream == nullptr || data == nullptr) {
+    if (_file == nullptr || data == nullptr) {
         return false;
     }
     if (size == 0) {
         return true;
     }
-    return std::fseek(_stream, 0, SEEK_SET) == 0 && std::fwrite(data, 1, size, _stream) == size &&
-           std::fflush(_stream) == 0;
+    return _file->Seek(0, Platform::File::From::Begin) && _file->Write(data, size) && _file->Flush();
 }
 
 bool CFile::Append(void const* data, unsigned int size) {
-    if (_stream == nullptr || data == nullptr) {
+    if (_file == nullptr || data == nullptr) {
         return false;
     }
     if (size == 0) {
@@ -210,41 +205,33 @@ bool CFile::Append(void const* data, unsigned int size) {
     }
     // A stream that was opened for appending finds the end by itself, and wants a seek only between reading
     // and writing.
-    if ((_mode != FileModeAppend || _hasRead) && std::fseek(_stream, 0, SEEK_END) != 0) {
+    if ((_mode != FileModeAppend || _hasRead) && !_file->Seek(0, Platform::File::From::End)) {
         return false;
     }
     _hasRead = false;
-    return std::fwrite(data, 1, size, _stream) == size;
+    return _file->Write(data, size);
 }
 
 bool CFile::Flush() {
-    return _stream != nullptr && std::fflush(_stream) == 0;
+    return _file != nullptr && _file->Flush();
 }
 
 unsigned int CFile::GetLength() {
-    if (_stream == nullptr) {
+    if (_file == nullptr) {
         return 0;
     }
-    long const position = std::ftell(_stream);
-    if (position < 0 || std::fseek(_stream, 0, SEEK_END) != 0) {
-        return 0;
-    }
-    long long const length = std::ftell(_stream);
-    if (std::fseek(_stream, position, SEEK_SET) != 0 || length < 0 || length > UINT_MAX) {
-        return 0;
-    }
-    return static_cast<unsigned int>(length);
+    long long const length = _file->Length();
+    return length < 0 || length > UINT_MAX ? 0 : static_cast<unsigned int>(length);
 }
 
 unsigned long long CFile::Seek(unsigned long long offset, FilePosition from) {
-    if (_stream == nullptr) {
+    if (_file == nullptr) {
         return 0;
     }
-    long const low = static_cast<int>(static_cast<unsigned int>(offset));
-    if (std::fseek(_stream, low, Origin(from)) != 0) {
+    if (!_file->Seek(static_cast<int>(static_cast<unsigned int>(offset)), Origin(from))) {
         return 0;
     }
-    long const position = std::ftell(_stream);
+    long long const position = _file->Position();
     return position < 0 ? 0 : static_cast<unsigned long long>(position);
 }
 

@@ -39,31 +39,30 @@ bool IsTemporaryNameOf(std::string_view target, std::string_view name) {
 FileReplacement::FileReplacement(std::string const& target)
     : _target(target),
       _temporary(TemporaryName(target)),
-      _stream(_temporary.empty() ? nullptr : Platform::CreatePrivateFile(_temporary.c_str())),
-      _state(_stream != nullptr ? State::Writing : State::Failed) {}
+      _file(_temporary.empty() ? Platform::File() : Platform::CreatePrivateFile(_temporary.c_str())),
+      _state(_file.IsOpen() ? State::Writing : State::Failed) {}
 
 FileReplacement::~FileReplacement() {
-    if (_stream != nullptr && _state != State::Committed) {
+    if (_file.IsOpen() && _state != State::Committed) {
         Platform::DeleteFileAt(_temporary.c_str());
     }
 }
 
 void FileReplacement::Write(void const* bytes, std::size_t size) {
-    if (_state == State::Writing && size != 0 && std::fwrite(bytes, 1, size, _stream.get()) != size) {
+    if (_state == State::Writing && !_file.Write(bytes, size)) {
         _state = State::Failed;
     }
 }
 
 bool FileReplacement::Finish() {
     if (_state == State::Writing) {
-        _state = Platform::FinishWriting(_stream.get()) ? State::Finished : State::Failed;
+        _state = _file.Finish() ? State::Finished : State::Failed;
     }
     return _state == State::Finished || _state == State::Committed;
 }
 
 bool FileReplacement::Commit() {
-    if (_state == State::Finished &&
-        Platform::RenameOpenFile(_stream.get(), _temporary.c_str(), _target.c_str())) {
+    if (_state == State::Finished && Platform::RenameOpenFile(_file, _temporary.c_str(), _target.c_str())) {
         _state = State::Committed;
     }
     return _state == State::Committed;

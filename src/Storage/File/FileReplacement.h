@@ -42,7 +42,7 @@ private:
     std::string _target;
     std::string _temporary;
     // Open to the end: that marks the file as one in use.
-    Platform::OpenFile _stream;
+    Platform::File _file;
     State _state;
 };
 

@@ -22,10 +22,6 @@ bool SameHour(Platform::CalendarTime const& a, Platform::CalendarTime const& b) 
     return a.hour == b.hour && a.day == b.day && a.month == b.month && a.year == b.year;
 }
 
-long long LengthOf(std::FILE* file) {
-    return std::fseek(file, 0, SEEK_END) == 0 ? std::ftell(file) : 0;
-}
-
 bool Exists(AString const& directory) {
     return Platform::Directory(directory.c_str()).IsOpen();
 }
@@ -63,7 +59,7 @@ void AFileLogger::Log2File(void const* data, unsigned int length) {
         Write(data, length, now);
     } catch (std::bad_alloc const&) {
         // The caller, who may be C, must not hear of it, nor the next write find another hour's file open.
-        _file.reset();
+        _file.Close();
         VC_LOG_CONSOLE(Error, kLogFunction, "no memory for the log file");
     }
 }
@@ -75,9 +71,9 @@ void AFileLogger::Write(void const* data, unsigned int length, Platform::Calenda
     }
     // A process that dies keeps its last line. After a failure the file is looked at anew: half of the text
     // may have gone out.
-    bool const written = std::fwrite(data, 1, length, _file.get()) == length && std::fflush(_file.get()) == 0;
+    bool const written = _file.Write(data, length) && _file.Flush();
     if (!written || _sync == 0) {
-        _file.reset();
+        _file.Close();
     }
 }
 
@@ -126,11 +122,11 @@ bool AFileLogger::EnsureDirectory() {
 }
 
 bool AFileLogger::FileExists() const {
-    return _file != nullptr && Platform::PathExists(_filePath.c_str());
+    return _file.IsOpen() && Platform::PathExists(_filePath.c_str());
 }
 
 bool AFileLogger::EnsureRoom() {
-    if (_sizeLimit <= 0 || LengthOf(_file.get()) <= _sizeLimit) {
+    if (_sizeLimit <= 0 || _file.Length() <= _sizeLimit) {
         return true;
     }
     if (_exceedOperation == RefuseLines) {
@@ -140,39 +136,39 @@ bool AFileLogger::EnsureRoom() {
     if (_exceedOperation != RestartFile) {
         return true;
     }
-    _file.reset();
+    _file.Close();
     // If another process holds the file, this one text is lost: the next write opens it again.
     return Platform::DeleteFileAt(_filePath.c_str()) && OpenFileOfHour();
 }
 
 bool AFileLogger::OpenFileOfHour() {
-    _file.reset();
+    _file.Close();
     if (!FilePathByTime(_filePath)) {
         VC_LOG_CONSOLE(Error, kLogFunction, "GetFilePathByTime failed!");
         return false;
     }
     _file = Platform::OpenPrivateForAppending(_filePath.c_str());
-    if (_file != nullptr && _sync == 0) {
+    if (_file.IsOpen() && _sync == 0) {
         // A block goes out in one piece: less of a killed process's last one is half written.
-        std::setvbuf(_file.get(), nullptr, _IONBF, 0);
+        _file.LeaveUnbuffered();
     }
-    if (_file != nullptr && EndHalfLine()) {
+    if (_file.IsOpen() && EndHalfLine()) {
         return true;
     }
     VC_LOG_CONSOLE(Error, "Ubrix::AFileLogger::_OpenLogFile", "Failed to Open log files");
-    _file.reset();
+    _file.Close();
     VC_LOG_CONSOLE(Error, kLogFunction, "OpenLogFile failed!");
     return false;
 }
 
 // What a killed process left of its last line mustn't become the head of the next. Blocks need no such thing.
 bool AFileLogger::EndHalfLine() {
-    if (_sync == 0 || std::fseek(_file.get(), -1, SEEK_END) != 0) {
+    if (_sync == 0 || !_file.Seek(-1, Platform::File::From::End)) {
         return true;
     }
-    int const last = std::fgetc(_file.get());
-    return std::fseek(_file.get(), 0, SEEK_END) == 0 &&
-           (last == '\n' || last == EOF || std::fputc('\n', _file.get()) != EOF);
+    char last = '\n';
+    _file.Read(&last, 1);
+    return _file.Seek(0, Platform::File::From::End) && (last == '\n' || _file.Write("\n", 1));
 }
 
 char const* AFileLogger::FilePrefix(char const* name) {

@@ -63,7 +63,7 @@ private:
     // Guards everything below that changes, and is held for the length of a write: that keeps lines whole.
     // Under it only the file system and the console are called.
     Platform::RecursiveMutex _lock;
-    Platform::OpenFile _file VC_GUARDED_BY(_lock);
+    Platform::File _file VC_GUARDED_BY(_lock);
     AString _filePath VC_GUARDED_BY(_lock);
     std::unique_ptr<Platform::CalendarTime> _lastTime VC_GUARDED_BY(_lock);
     AString _directory VC_GUARDED_BY(_lock);

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <memory>
 
+#include "Platform/File.h"
 #include "Storage/Log/LogCrypt.h"
 
 namespace Ubrix {
@@ -14,10 +15,6 @@ using Layout = LogBlockLayout;
 
 constexpr long long kHeader = Layout::kHeaderSize;
 constexpr long long kTail = Layout::kTailSize;
-
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
 
 template <typename... Arguments>
 std::string Message(char const* format, Arguments... arguments) {
@@ -33,10 +30,7 @@ char const* SystemError() {
 // A file read mostly forwards. Heads come from a piece in memory, so that junk costs no system call a byte.
 class PieceReader {
 public:
-    PieceReader(std::FILE* file, long long size) : _file(file), _size(size) {
-        // The piece is buffer enough.
-        std::setvbuf(_file, nullptr, _IONBF, 0);
-    }
+    PieceReader(Platform::File& file, long long size) : _file(file), _size(size) {}
 
     long long Size() const { return _size; }
     // The head at `position`; null if it can't be read.
@@ -49,14 +43,14 @@ public:
     // Goes to a byte that ByteThere then reads. Both answer false if the system refuses.
     bool GoTo(long long position) {
         _there = position;
-        return Holds(position, 1) || std::fseek(_file, static_cast<long>(position), SEEK_SET) == 0;
+        return Holds(position, 1) || _file.Seek(position, Platform::File::From::Begin);
     }
     bool ByteThere(char& byte) {
         if (Holds(_there, 1)) {
             byte = _piece[_there - _begin];
             return true;
         }
-        return std::fread(&byte, 1, 1, _file) == 1;
+        return _file.Read(&byte, 1) == 1;
     }
 
 private:
@@ -65,14 +59,14 @@ private:
     }
     bool Load(long long position) {
         _begin = _end = position;
-        if (std::fseek(_file, static_cast<long>(position), SEEK_SET) != 0) {
+        if (!_file.Seek(position, Platform::File::From::Begin)) {
             return false;
         }
-        _end += static_cast<long long>(std::fread(_piece, 1, sizeof _piece, _file));
+        _end += static_cast<long long>(_file.Read(_piece, sizeof _piece));
         return Holds(position, kHeader);
     }
 
-    std::FILE* const _file;
+    Platform::File& _file;
     long long const _size;
     long long _begin = 0;
     long long _end = 0;
@@ -193,21 +187,24 @@ bool LogCrypt::FindHourRange(char const* logPath, int beginHour, int endHour, un
         errorText += Message("NULL == _logPath || _endHour <= _beginHour, %d, %d", beginHour, endHour);
         return false;
     }
-    std::unique_ptr<std::FILE, CloseFile> const file(std::fopen(logPath, "rb"));
-    if (file == nullptr) {
+    Platform::File file = Platform::File::Open(logPath, Platform::File::Mode::Read);
+    if (!file.IsOpen()) {
         errorText += Message("open file fail:%s", SystemError());
         return false;
     }
-    long const size = std::fseek(file.get(), 0, SEEK_END) == 0 ? std::ftell(file.get()) : -1;
+    // The reader's piece is buffer enough.
+    file.LeaveUnbuffered();
+    bool const hasEnd = file.Seek(0, Platform::File::From::End);
+    long long const size = hasEnd ? file.Position() : -1;
     if (size < 0) {
         errorText += Message("fseek(file, 0, SEEK_END):%s", SystemError());
         return false;
     }
-    if (std::fseek(file.get(), 0, SEEK_SET) != 0) {
+    if (!file.Seek(0, Platform::File::From::Begin)) {
         errorText += Message("fseek(file, 0, SEEK_SET) error:%s", SystemError());
         return false;
     }
-    PieceReader reader(file.get(), size);
+    PieceReader reader(file, size);
     HourRange range(beginHour, endHour);
     std::string const note = ScanBlocks(reader, range);
     range.Finish(size);
@@ -216,7 +213,7 @@ bool LogCrypt::FindHourRange(char const* logPath, int beginHour, int endHour, un
     if (beginPos < endPos) {
         return true;
     }
-    errorText += note + Message("begintpos:%lu, endpos:%lu, filesize:%ld.", beginPos, endPos, size);
+    errorText += note + Message("begintpos:%lu, endpos:%lu, filesize:%lld.", beginPos, endPos, size);
     return false;
 }
 

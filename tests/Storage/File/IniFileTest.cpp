@@ -251,7 +251,7 @@ TEST(IniFile, WhatCannotBeTakenInIsMovedAsideByASave) {
 
 TEST(IniFile, ASaveClearsWhatDeadProcessesLeft) {
     WriteWholeFile("test.ini.0123abcd.tmp", "dead");
-    Platform::OpenFile const living = Platform::CreatePrivateFile("test.ini.89abcdef.tmp");
+    Platform::File const living = Platform::CreatePrivateFile("test.ini.89abcdef.tmp");
     char const* const others[] = {"test.ini.0123abc.tmp", "test.ini.0123abcX.tmp", "best.ini.0123abcd.tmp",
                                   "test.ini.0123abcd.tmpx", "test.ini0123abcd.tmp"};
     for (char const* other : others) {
