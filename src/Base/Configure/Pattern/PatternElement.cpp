@@ -1,6 +1,7 @@
 #include "Base/Configure/Pattern/PatternElement.h"
 
 #include "Base/Configure/Pattern/PatternResult.h"
+#include "Base/Container/AsciiText.h"
 
 namespace Velmor {
 
@@ -12,14 +13,6 @@ constexpr std::string_view kClasses = "Ssd";
 constexpr std::string_view kControlLetters = "bfnrtv";
 constexpr std::string_view kControlBytes = "\b\f\n\r\t\v";
 constexpr int kHexEscapeLength = 4;
-
-int HexDigit(char digit) {
-    if (digit >= '0' && digit <= '9') {
-        return digit - '0';
-    }
-    unsigned char const letter = FoldCase(static_cast<unsigned char>(digit));
-    return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
-}
 
 bool Contains(std::string_view text, char character) {
     return text.find(character) != std::string_view::npos;
@@ -43,7 +36,7 @@ int EscapedByte(std::string_view escape) {
         return -1;
     }
     if (kind == 'x') {
-        return HexDigit(escape[2]) * 16 + HexDigit(escape[3]);
+        return Ubrix::HexDigitValue(escape[2]) * 16 + Ubrix::HexDigitValue(escape[3]);
     }
     auto const control = kControlLetters.find(kind);
     return static_cast<unsigned char>(control != std::string_view::npos ? kControlBytes[control] : kind);
@@ -123,7 +116,7 @@ bool SetMatches(std::string_view set, unsigned char byte) {
 }  // namespace
 
 unsigned char FoldCase(unsigned char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<unsigned char>(byte + ('a' - 'A')) : byte;
+    return static_cast<unsigned char>(Ubrix::LowerAscii(static_cast<char>(byte)));
 }
 
 int EscapeLength(std::string_view text) {
@@ -131,7 +124,8 @@ int EscapeLength(std::string_view text) {
         return 0;
     }
     if (text[1] == 'x') {
-        return text.size() >= kHexEscapeLength && HexDigit(text[2]) >= 0 && HexDigit(text[3]) >= 0
+        return text.size() >= kHexEscapeLength && Ubrix::HexDigitValue(text[2]) >= 0 &&
+                       Ubrix::HexDigitValue(text[3]) >= 0
                    ? kHexEscapeLength
                    : 0;
     }
