@@ -8,6 +8,7 @@
 
 #include "Platform/FileSystem.h"
 #include "Storage/Log/ForeignText.h"
+#include "Storage/Log/LogDirectories.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Time/ClockSource.h"
 
@@ -15,7 +16,6 @@ namespace Velmor {
 
 using Ubrix::CFile;
 using Ubrix::ClockSource;
-using Ubrix::CPath;
 using Ubrix::ForeignText;
 
 namespace {
@@ -28,9 +28,7 @@ std::string ResolvePath(std::string const& path) {
     } kMarkers[] = {{"VELMOR_LOG_DIR", "Velmor"}, {"VELMOR_CORE_LOG_DIR", "VelmorCore"}};
     for (auto const& one : kMarkers) {
         if (path.rfind(one.marker, 0) == 0) {
-            Ubrix::AString directory(CPath::GetCachePath());
-            CPath::AppendSubPath(directory, "VelmorSDKLog");
-            return CPath::AppendSubPath(directory, one.module).c_str();
+            return Ubrix::LogDirectories(one.module).own.c_str();
         }
     }
     return path;

@@ -9,6 +9,7 @@
 #include "Platform/Directory.h"
 #include "Platform/MemoryWant.h"
 #include "Storage/Log/ForeignText.h"
+#include "Storage/Log/LogDirectories.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Time/ClockSource.h"
 
@@ -101,23 +102,12 @@ bool AFileLogger::EnsureDirectory() {
     if (!_directory.empty() && Exists(_directory)) {
         return true;
     }
-    char const* cache = CPath::GetCachePath();
-    if (AString::IsNullOrEmpty(cache)) {
+    LogDirectories const directories(_name.c_str());
+    if (directories.cache.empty() || !EnsureDirectoryAt(directories.cache) ||
+        !EnsureDirectoryAt(directories.all) || !EnsureDirectoryAt(directories.own)) {
         return false;
     }
-    AString path(cache);
-    if (!EnsureDirectoryAt(path)) {
-        return false;
-    }
-    CPath::AppendSubPath(path, kRootDirectory);
-    if (!EnsureDirectoryAt(path)) {
-        return false;
-    }
-    CPath::AppendSubPath(path, _name.c_str());
-    if (!EnsureDirectoryAt(path)) {
-        return false;
-    }
-    _directory = path;
+    _directory = directories.own;
     return true;
 }
 

@@ -45,7 +45,6 @@ public:
     static long long GetLogFileTimeStamp(std::string const& fileName);
 
 private:
-    static constexpr char kRootDirectory[] = "VelmorSDKLog";
     // A longer module name leaves no room for itself in a file name.
     static constexpr std::size_t kLongestNameInFile = 109;
 

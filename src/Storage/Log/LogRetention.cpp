@@ -1,6 +1,4 @@
 // The retention side of AFileLogger: which files a module's directory keeps, and the thread that looks.
-#include <VelmorCore/File.h>
-
 #include <algorithm>
 #include <new>
 #include <string>
@@ -12,6 +10,7 @@
 #include "Storage/Log/AFileLogger.h"
 #include "Storage/Log/ForeignText.h"
 #include "Storage/Log/LineBudget.h"
+#include "Storage/Log/LogDirectories.h"
 #include "Storage/Log/LogMacros.h"
 #include "System/Time/ClockSource.h"
 
@@ -130,18 +129,12 @@ void AFileLogger::RemoveOldLogFiles(char const* name, int hours, int maxCount) {
 }
 
 void AFileLogger::Sweep(char const* name, int hours, int maxCount) {
-    char const* cache = CPath::GetCachePath();
-    if (AString::IsNullOrEmpty(cache)) {
-        return;
-    }
-    AString path(cache);
-    CPath::AppendSubPath(path, kRootDirectory);
+    LogDirectories const directories(name);
     // A link in the place of either directory leads to what isn't ours.
-    if (!Platform::Directory(path.c_str()).IsOpen()) {
+    if (directories.cache.empty() || !Platform::Directory(directories.all.c_str()).IsOpen()) {
         return;
     }
-    CPath::AppendSubPath(path, name);
-    Platform::Directory const directory(path.c_str());
+    Platform::Directory const directory(directories.own.c_str());
     std::vector<std::string> names;
     if (!directory.IsOpen() || !directory.List(names)) {
         return;
