@@ -5,6 +5,7 @@
 #include "Base/Configure/ConfigRequest.h"
 #include "Base/Configure/KitParameters.h"
 #include "Base/Container/Number/RealText.h"
+#include "Base/Ubrix/ConfigurationKeys.h"
 #include "Platform/Random.h"
 #include "Storage/Bundle/BundleImpl.h"
 #include "Storage/Log/ForeignText.h"
@@ -14,16 +15,13 @@
 
 namespace Velmor {
 
+namespace Key = Ubrix::ConfigurationKey;
 using Ubrix::BundleFactory;
 using Ubrix::ForeignText;
 using Ubrix::Platform::ScopedLock;
 
 namespace {
 
-constexpr char kSection[] = "VelmorCore";
-constexpr char kUrlKey[] = "RemoteConfigUrl";
-// In the default bundle, where no answer of a server can write.
-constexpr char kHostUrlKey[] = "HostRemoteConfigUrl";
 constexpr char kCacheFile[] = "RemoteConfig.config";
 // For a request that couldn't be started.
 constexpr unsigned long long kBusyMilliseconds = 1000;
@@ -172,7 +170,7 @@ void ConfigureImpl::TakeNewGap() {
 
 FetchSchedule ConfigureImpl::ReadSchedule() {
     return FetchSchedule::From(
-        [this](char const* key, long long otherwise) { return GetLong(kSection, key, otherwise); });
+        [this](char const* key, long long otherwise) { return GetLong(Key::kSection, key, otherwise); });
 }
 
 void ConfigureImpl::StartOnce() {
@@ -213,19 +211,19 @@ bool ConfigureImpl::Initialize() {
 // may have changed that.
 void ConfigureImpl::LoadStoredUrl() {
     if (_state == kUninitialized && _url.empty()) {
-        _url = BundleFactory::GetInstance().GetDefaultBundle().Get(kSection, kHostUrlKey, "").c_str();
+        _url = BundleFactory::GetInstance().GetDefaultBundle().Get(Key::kSection, Key::kHostUrl, "").c_str();
     }
     if (_state == kUninitialized && _url.empty()) {
-        _url = GetString(kSection, kUrlKey, "").c_str();
+        _url = GetString(Key::kSection, Key::kUrl, "").c_str();
     }
 }
 
 void ConfigureImpl::StoreHostUrl(char const* url) {
     Ubrix::Bundle& bundle = BundleFactory::GetInstance().GetDefaultBundle();
     if (*url == '\0') {
-        bundle.RemoveKey(kSection, kHostUrlKey);
-    } else if (bundle.Get(kSection, kHostUrlKey, "") != AString(url)) {
-        bundle.Set(kSection, kHostUrlKey, url);
+        bundle.RemoveKey(Key::kSection, Key::kHostUrl);
+    } else if (bundle.Get(Key::kSection, Key::kHostUrl, "") != AString(url)) {
+        bundle.Set(Key::kSection, Key::kHostUrl, url);
     }
 }
 
@@ -319,7 +317,7 @@ void ConfigureImpl::SetUrl(char const* url) {
                 ForgetCache();
             }
             if (_cache != nullptr) {
-                _cache->Set(kSection, kUrlKey, url);
+                _cache->Set(Key::kSection, Key::kUrl, url);
             }
         }
     }

@@ -9,6 +9,7 @@
 #include "Base/Configure/ConfigureImpl.h"
 #include "Base/Configure/ReportKeeper.h"
 #include "Base/Configure/StringIterator.h"
+#include "Base/Ubrix/ConfigurationKeys.h"
 #include "Platform/Boundary.h"
 #include "Platform/MemoryWant.h"
 #include "Storage/Bundle/BundleImpl.h"
@@ -20,6 +21,7 @@
 
 namespace Velmor {
 
+namespace Key = Ubrix::ConfigurationKey;
 using Ubrix::ForeignText;
 using Ubrix::Value;
 using Ubrix::Platform::ScopedLock;
@@ -27,7 +29,6 @@ using Ubrix::Platform::ScopedLock;
 namespace {
 
 constexpr char kFunction[] = "Velmor::ConfigureImpl::OnDataTaskFinished";
-constexpr char kSection[] = "VelmorCore";
 
 // True for a module with a usable key; logs otherwise.
 bool HasKeys(Value const& module, char const* function, Ubrix::LineBudget& complaints) {
@@ -67,7 +68,7 @@ ForeignText ShownBody(char const* body, std::uint64_t length) {
 
 // The cache's content with this answer: the address first, so that a module may change what the file tells.
 void Compose(std::string const& url, ConfigAnswer& answer, Ubrix::IniLines& lines) {
-    lines.Write(kSection, "RemoteConfigUrl", url);
+    lines.Write(Key::kSection, Key::kUrl, url);
     Value const& modules = answer.modules;
     for (Ubrix::ValueConstIterator module = modules.begin(); module != modules.end(); ++module) {
         Value const& keys = *module;
@@ -219,7 +220,7 @@ bool ConfigureImpl::Store(ConfigAnswer& answer) {
         Ubrix::Platform::UnwindScope const scope;
         if (answer.ruleId > _ruleId) {
             _ruleId = answer.ruleId;
-            Ubrix::BundleFactory::GetInstance().GetDefaultBundle().Set(kSection, "rule_id", _ruleId);
+            Ubrix::BundleFactory::GetInstance().GetDefaultBundle().Set(Key::kSection, Key::kRuleId, _ruleId);
         }
         if (_cache != nullptr) {
             Ubrix::IniLines lines;

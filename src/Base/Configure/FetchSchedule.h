@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "Base/Ubrix/ConfigurationKeys.h"
+
 namespace Velmor {
 
 // What the server can tune, in seconds where it is a time; values out of bounds count as the nearest bound.
@@ -23,15 +25,16 @@ struct FetchSchedule {
     long long retryJitter = 0;
     long long gapJitter = 0;
 
-    // `read(key, default)` gives the number behind a key of the section "VelmorCore".
+    // `read(key, default)` gives the number behind a key of the library's own section.
     template <typename Read>
     static FetchSchedule From(Read read) {
+        namespace Key = Ubrix::ConfigurationKey;
         FetchSchedule schedule;
         schedule.retries =
-            static_cast<int>(Within(read("RemoteConfigMaxRetryCount", kDefaultRetries), 0, kMostRetries));
-        schedule.gap = Within(read("RemoteConfigNextGap", kDefaultGap), kShortestGap, kLongestGap);
-        schedule.retryJitter = Within(read("RemoteConfigRetryJitter", 0), 0, kWidestJitter);
-        schedule.gapJitter = Within(read("RemoteConfigGapJitter", 0), 0, kWidestJitter);
+            static_cast<int>(Within(read(Key::kMaxRetryCount, kDefaultRetries), 0, kMostRetries));
+        schedule.gap = Within(read(Key::kNextGap, kDefaultGap), kShortestGap, kLongestGap);
+        schedule.retryJitter = Within(read(Key::kRetryJitter, 0), 0, kWidestJitter);
+        schedule.gapJitter = Within(read(Key::kGapJitter, 0), 0, kWidestJitter);
         return schedule;
     }
 

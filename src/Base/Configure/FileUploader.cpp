@@ -11,6 +11,7 @@
 #include "Base/Configure/UploadOrder.h"
 #include "Base/Configure/UploadPacker.h"
 #include "Base/Configure/UploadSearch.h"
+#include "Base/Ubrix/ConfigurationKeys.h"
 #include "Base/Ubrix/Service.h"
 #include "Platform/Boundary.h"
 #include "Platform/Immortal.h"
@@ -30,7 +31,6 @@ using Ubrix::ForeignText;
 
 namespace {
 
-constexpr char kSection[] = "Upload";
 constexpr int kMaxUploadsOfAnId = 5;
 
 // What the uploader is at: one order, or one upload, at a time. Thread-safe.
@@ -210,7 +210,7 @@ FileUploader* FileUploader::GetInstance() {
 
 void FileUploader::Join() {
     if (FileUploader* const uploader = GetInstance()) {
-        Configure::GetInstance()->AddObserver(kSection, uploader);
+        Configure::GetInstance()->AddObserver(Ubrix::ConfigurationKey::kUploadSection, uploader);
     }
 }
 

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "Base/Configure/JsonCpp.h"
+#include "Base/Ubrix/ConfigurationKeys.h"
 #include "Base/Ubrix/CoreParameters.h"
 #include "Storage/Bundle/PlatformMetadata.h"
 #include "Storage/Log/ForeignText.h"
@@ -14,14 +15,11 @@
 
 namespace Velmor {
 
+namespace Key = Ubrix::ConfigurationKey;
 using Ubrix::CoreParameters;
 using Ubrix::CSystem;
 
 namespace {
-
-constexpr char kSection[] = "VelmorCore";
-constexpr char kChannelKey[] = "channelid";
-constexpr char kOpenIdKey[] = "openid";
 
 AString StoredParameter(CoreParameters::Field field, char const* key) {
     AString const present = CoreParameters::Get(field);
@@ -30,7 +28,7 @@ AString StoredParameter(CoreParameters::Field field, char const* key) {
     }
     // Whoever sets the field meanwhile knows better than the file.
     return CoreParameters::Fill(
-        field, Ubrix::BundleFactory::GetInstance().GetDefaultBundle().Get(kSection, key, ""));
+        field, Ubrix::BundleFactory::GetInstance().GetDefaultBundle().Get(Key::kSection, key, ""));
 }
 
 char const* TextOf(char const* text) {
@@ -49,11 +47,11 @@ bool CanBeId(std::string_view id) {
 }  // namespace
 
 AString ChannelId() {
-    return StoredParameter(CoreParameters::Field::ChannelId, kChannelKey);
+    return StoredParameter(CoreParameters::Field::ChannelId, Key::kChannelId);
 }
 
 AString OpenId() {
-    return StoredParameter(CoreParameters::Field::OpenId, kOpenIdKey);
+    return StoredParameter(CoreParameters::Field::OpenId, Key::kOpenId);
 }
 
 bool SetUserInfo(char const* channelId, char const* openId) {
@@ -68,8 +66,8 @@ bool SetUserInfo(char const* channelId, char const* openId) {
     CoreParameters::Set(CoreParameters::Field::ChannelId, channel);
     CoreParameters::Set(CoreParameters::Field::OpenId, user);
     Ubrix::Bundle& bundle = Ubrix::BundleFactory::GetInstance().GetDefaultBundle();
-    bundle.SetNoSave(kSection, kChannelKey, channel);
-    bundle.SetNoSave(kSection, kOpenIdKey, user);
+    bundle.SetNoSave(Key::kSection, Key::kChannelId, channel);
+    bundle.SetNoSave(Key::kSection, Key::kOpenId, user);
     bundle.Save();
     return true;
 }

@@ -5,18 +5,19 @@
 #include <algorithm>
 
 #include "Base/Configure/KitParameters.h"
+#include "Base/Ubrix/ConfigurationKeys.h"
 #include "BuildConstants.h"
 
 namespace Velmor {
 
+namespace Key = Ubrix::ConfigurationKey;
 namespace {
 
-constexpr char kSection[] = "Upload";
 constexpr std::size_t kMaxIdLength = 128;
 
 // Up to a NUL, if the text holds one: everything that is done with it sees the same.
 std::string TextOf(char const* key) {
-    return Configure::GetInstance()->GetString(kSection, key, "").c_str();
+    return Configure::GetInstance()->GetString(Key::kUploadSection, key, "").c_str();
 }
 
 bool IsControl(char c) {
@@ -41,13 +42,13 @@ bool IsTooLong(UploadOrder const& order) {
 UploadOrder ReadUploadOrder() {
     Configure& configure = *Configure::GetInstance();
     UploadOrder order;
-    order.searchPaths = TextOf("file_path");
-    order.filePatterns = TextOf("file_pattern");
-    order.uploadId = TextOf("upload_id");
-    order.partSize = configure.GetInt(kSection, "part_size", 0);
-    order.isHeldBack = configure.GetInt(kSection, "manual_upload", 0) == 1;
+    order.searchPaths = TextOf(Key::kUploadPaths);
+    order.filePatterns = TextOf(Key::kUploadPatterns);
+    order.uploadId = TextOf(Key::kUploadId);
+    order.partSize = configure.GetInt(Key::kUploadSection, Key::kUploadPartSize, 0);
+    order.isHeldBack = configure.GetInt(Key::kUploadSection, Key::kUploadByHand, 0) == 1;
     order.comParams = RequestText().c_str();
-    order.url = configure.GetString("VelmorCore", "RemoteConfigUrl", VELMORCORE_DEFAULT_SERVER_URL).c_str();
+    order.url = configure.GetString(Key::kSection, Key::kUrl, VELMORCORE_DEFAULT_SERVER_URL).c_str();
     return order;
 }
 

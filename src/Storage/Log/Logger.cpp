@@ -8,6 +8,7 @@
 #include <new>
 
 #include "Base/Container/AsciiText.h"
+#include "Base/Ubrix/ConfigurationKeys.h"
 #include "Base/Ubrix/CoreConfigReader.h"
 #include "Platform/Console.h"
 #include "Platform/LastError.h"
@@ -82,7 +83,8 @@ void Logger::SetCallback(LogCallback callback) {
 
 void Logger::SetLevel(ALogPriority level) {
     _level.store(level, std::memory_order_relaxed);
-    AString const configured = Velmor::Configure::GetInstance()->GetString(_module.c_str(), "LogLevel", "");
+    AString const configured =
+        Velmor::Configure::GetInstance()->GetString(_module.c_str(), ConfigurationKey::kLogLevel, "");
     if (!configured.empty()) {
         _level.store(LevelByName(configured.c_str(), level), std::memory_order_relaxed);
     }
@@ -199,7 +201,7 @@ void Logger::LogDetail(ALogPriority level, char const* file, unsigned int line, 
         ReportIncompleteRecord();
         return;
     }
-    if (CoreConfigReader::GetInt("VelmorProntelLogMode", -1) != 1) {
+    if (CoreConfigReader::GetInt(ConfigurationKey::kLogRecordMode, -1) != 1) {
         return;
     }
     LogText text;

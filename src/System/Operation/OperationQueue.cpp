@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "Base/Ubrix/ConfigurationKeys.h"
 #include "Base/Ubrix/CoreConfigReader.h"
 #include "Platform/Boundary.h"
 #include "Platform/Immortal.h"
@@ -44,7 +45,7 @@ PoolFront& TheFront() {
 
 OperationQueue* OperationQueue::GetInstance() {
     if (g_operationMode == 0) {
-        int const mode = CoreConfigReader::GetInt("OperationMode", 1);
+        int const mode = CoreConfigReader::GetInt(ConfigurationKey::kOperationMode, 1);
         g_operationMode = mode;
         VC_LOG(Info, "Ubrix::OperationQueue::GetInstance", "Operation mode is %d", mode);
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 
+#include "Base/Ubrix/ConfigurationKeys.h"
 #include "Base/Ubrix/CoreConfigReader.h"
 #include "Base/Ubrix/Service.h"
 #include "Platform/Immortal.h"
@@ -51,21 +52,6 @@ void LogManager(void* handle) {
     VC_LOG(Debug, "Ubrix::OperationQueueImp::CreateThreads", "CreateThread onThreadManageProc:%p", handle);
 }
 
-// What an addition came to, told once the pool's lock is open again.
-struct Addition {
-    bool refused = false;
-    void* startedManager = nullptr;
-
-    ~Addition() {
-        if (refused) {
-            VC_LOG(Info, "Ubrix::OperationQueueImp::AddOperation", "AddOperation _running has been false");
-        }
-        if (startedManager != nullptr) {
-            LogManager(startedManager);
-        }
-    }
-};
-
 }  // namespace
 
 std::atomic<int> OperationQueueImp::_intervalPerLoop{10};
@@ -99,10 +85,10 @@ void OperationQueueImp::Begin() {
     VC_LOG(Info, "Ubrix::OperationQueueImp::OperationQueueImp", "OperationQueueImp(%p)",
            static_cast<void*>(this));
     SetAlarm(&_managerAlarm);
-    bool const stretch = CoreConfigReader::GetBool("OperationQueueStretch", true);
-    int const maxThreadNum = CoreConfigReader::GetInt("OperationQueueMaxThreadNum", 3);
-    int const minThreadNum = CoreConfigReader::GetInt("OperationQueueMinThreadNum", 2);
-    int const interval = CoreConfigReader::GetInt("OperationIntervalPerLoop", 10);
+    bool const stretch = CoreConfigReader::GetBool(ConfigurationKey::kOperationStretch, true);
+    int const maxThreadNum = CoreConfigReader::GetInt(ConfigurationKey::kOperationMaxThreads, 3);
+    int const minThreadNum = CoreConfigReader::GetInt(ConfigurationKey::kOperationMinThreads, 2);
+    int const interval = CoreConfigReader::GetInt(ConfigurationKey::kOperationInterval, 10);
     // A manager that never slept would take a whole core.
     _intervalPerLoop = interval > 0 ? interval : 1;
     {
@@ -193,27 +179,35 @@ void* OperationQueueImp::EnsureManager() {
     return handle;
 }
 
-void OperationQueueImp::AddOperation(Operation::Function function, void* data, bool repeat) {
-    Addition addition;
-    ScopedLock lock(_mutex);
-    addition.refused = !_running;
-    if (_running) {
-        MakeRoom();
-        Append(std::make_unique<StaticOperation>(function, data, repeat));
-        addition.startedManager = EnsureManager();
+// Adds what `make` makes, and tells what came of it once the lock is open again.
+template <class Make>
+void OperationQueueImp::Add(Make const& make) {
+    bool refused = false;
+    void* startedManager = nullptr;
+    {
+        ScopedLock lock(_mutex);
+        refused = !_running;
+        if (!refused) {
+            MakeRoom();
+            Append(make());
+            startedManager = EnsureManager();
+        }
     }
+    if (refused) {
+        VC_LOG(Info, "Ubrix::OperationQueueImp::AddOperation", "AddOperation _running has been false");
+    }
+    if (startedManager != nullptr) {
+        LogManager(startedManager);
+    }
+}
+
+void OperationQueueImp::AddOperation(Operation::Function function, void* data, bool repeat) {
+    Add([=] { return std::make_unique<StaticOperation>(function, data, repeat); });
 }
 
 void OperationQueueImp::AddOperation(OperationTargetBase* target, ObjectOperation::Member member, void* data,
                                      bool repeat) {
-    Addition addition;
-    ScopedLock lock(_mutex);
-    addition.refused = !_running;
-    if (_running) {
-        MakeRoom();
-        Append(std::make_unique<ObjectOperation>(target, member, data, repeat));
-        addition.startedManager = EnsureManager();
-    }
+    Add([=] { return std::make_unique<ObjectOperation>(target, member, data, repeat); });
 }
 
 // For one more operation, in both lists, wherever those in hand go: the pool's own threads move operations

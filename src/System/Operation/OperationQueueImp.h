@@ -59,6 +59,8 @@ private:
     void CreateWorker();
     bool StartThread(void (*body)(void* share), void** handle);
     void* EnsureManager() VC_REQUIRES(_mutex);
+    template <class Make>
+    void Add(Make const& make);
     void MakeRoom() VC_REQUIRES(_mutex);
     void Append(OperationPointer operation) VC_REQUIRES(_mutex);
     bool TakeBack(OperationPointer& operation);
