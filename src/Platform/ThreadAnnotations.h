@@ -5,7 +5,6 @@
 #define VC_CAPABILITY(name) __attribute__((capability(name)))
 #define VC_SCOPED_CAPABILITY __attribute__((scoped_lockable))
 #define VC_GUARDED_BY(lock) __attribute__((guarded_by(lock)))
-#define VC_PT_GUARDED_BY(lock) __attribute__((pt_guarded_by(lock)))
 #define VC_REQUIRES(...) __attribute__((requires_capability(__VA_ARGS__)))
 #define VC_ACQUIRE(...) __attribute__((acquire_capability(__VA_ARGS__)))
 #define VC_RELEASE(...) __attribute__((release_capability(__VA_ARGS__)))
@@ -14,7 +13,6 @@
 #define VC_CAPABILITY(name)
 #define VC_SCOPED_CAPABILITY
 #define VC_GUARDED_BY(lock)
-#define VC_PT_GUARDED_BY(lock)
 #define VC_REQUIRES(...)
 #define VC_ACQUIRE(...)
 #define VC_RELEASE(...)

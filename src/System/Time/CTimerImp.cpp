@@ -54,12 +54,10 @@ bool CTimerImp::TakeCall(unsigned int& timerId) {
     if (_stopped || nowMs < _nextFireMs) {
         return false;
     }
-    bool const call = _repeat || _fireCount == 0;
-    ++_fireCount;
     // A one-shot timer has nothing more to wait for.
     _nextFireMs = _repeat ? DueTime(nowMs, _intervalMs) : kNeverDue;
     timerId = _timerId;
-    return call;
+    return true;
 }
 
 void CTimerImp::AwaitNextPoll() {

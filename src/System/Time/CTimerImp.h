@@ -46,7 +46,6 @@ private:
     unsigned long long _nextFireMs VC_GUARDED_BY(_mutex) = kNeverDue;
     bool _repeat VC_GUARDED_BY(_mutex) = false;
     bool _stopped VC_GUARDED_BY(_mutex) = false;
-    unsigned int _fireCount VC_GUARDED_BY(_mutex) = 0;
     Platform::Event _wake;
 };
 

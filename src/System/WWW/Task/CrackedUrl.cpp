@@ -1,6 +1,8 @@
 #include "System/WWW/Task/CrackedUrl.h"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "Base/Container/AsciiText.h"
 
@@ -8,25 +10,14 @@ namespace Ubrix {
 
 namespace {
 
-struct Scheme {
-    char const* name;
-    int number;
-    int port;
-};
+constexpr char const* kSchemes[] = {"ftp", "gopher", "http", "https"};
 
-constexpr Scheme kSchemes[] = {{"ftp", 1, 21}, {"gopher", 2, 70}, {"http", 3, 80}, {"https", 4, 443}};
-
-Scheme const* FindScheme(std::string const& name) {
+bool IsScheme(std::string const& name) {
     std::string lower;
     for (char const letter : name) {
         lower += LowerAscii(letter);
     }
-    for (Scheme const& scheme : kSchemes) {
-        if (lower == scheme.name) {
-            return &scheme;
-        }
-    }
-    return nullptr;
+    return std::find(std::begin(kSchemes), std::end(kSchemes), lower) != std::end(kSchemes);
 }
 
 bool IsControlOrBlank(char character) {
@@ -48,20 +39,10 @@ bool IsHost(std::string const& host) {
     return !host.empty();
 }
 
-// Reads the text behind the host's colon; an empty one leaves `port` as it is.
-bool ReadPort(std::string const& text, int& port) {
-    if (text.empty()) {
-        return true;
-    }
-    if (text.size() > 5 || text.find_first_not_of("0123456789") != std::string::npos) {
-        return false;
-    }
-    int number = 0;
-    for (char const digit : text) {
-        number = number * 10 + (digit - '0');
-    }
-    port = number;
-    return number <= 65535;
+// The text behind the host's colon. An empty one names no port.
+bool IsPort(std::string const& text) {
+    return text.size() <= 5 && text.find_first_not_of("0123456789") == std::string::npos &&
+           (text.empty() || std::stoi(text) <= 65535);
 }
 
 // RFC 3986 knows no place for these octets in a path or a query.
@@ -87,9 +68,7 @@ std::string EscapeForWire(std::string const& text) {
 
 bool CrackedUrl::SetUrl(std::string const& url) {
     std::size_t const schemeEnd = url.find("://");
-    Scheme const* const scheme =
-        schemeEnd != std::string::npos ? FindScheme(url.substr(0, schemeEnd)) : nullptr;
-    if (scheme == nullptr) {
+    if (schemeEnd == std::string::npos || !IsScheme(url.substr(0, schemeEnd))) {
         return false;
     }
     std::size_t const start = schemeEnd + 3;
@@ -97,10 +76,9 @@ bool CrackedUrl::SetUrl(std::string const& url) {
     std::string host = url.substr(start, pathStart == std::string::npos ? pathStart : pathStart - start);
     // A user name and password are not sent.
     host.erase(0, host.rfind('@') + 1);
-    int port = scheme->port;
     std::size_t const colon = host.find(':', host.rfind(']') == std::string::npos ? 0 : host.rfind(']'));
     if (colon != std::string::npos) {
-        if (!ReadPort(host.substr(colon + 1), port)) {
+        if (!IsPort(host.substr(colon + 1))) {
             return false;
         }
         host.resize(colon);
@@ -110,9 +88,7 @@ bool CrackedUrl::SetUrl(std::string const& url) {
     }
     std::string path = pathStart == std::string::npos ? std::string() : url.substr(pathStart);
     path.resize(path.find('#') == std::string::npos ? path.size() : path.find('#'));
-    _scheme = scheme->number;
     _host = host;
-    _port = port;
     _path = (path.empty() || path.front() != '/' ? "/" : "") + EscapeForWire(path);
     return true;
 }

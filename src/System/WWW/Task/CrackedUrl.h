@@ -12,20 +12,15 @@ public:
     // the object is then unchanged.
     bool SetUrl(std::string const& url);
 
-    // 1 ftp, 2 gopher, 3 http, 4 https; 0 before the first success.
-    int GetScheme() const { return _scheme; }
-    // An IPv6 address is in its brackets.
+    // An IPv6 address is in its brackets. The port is judged and not kept, nor is the scheme: a request
+    // goes over TLS to port 443.
     std::string const& GetHost() const { return _host; }
-    // The port that the URL names, else its scheme's own.
-    int GetPort() const { return _port; }
     // Path and query, at least "/", without a fragment. Octets that may not be on a request line are
     // percent-escaped; escapes in the URL are kept.
     std::string const& GetPath() const { return _path; }
 
 private:
-    int _scheme = 0;
     std::string _host;
-    int _port = 0;
     std::string _path;
 };
 
