@@ -12,7 +12,6 @@
 #include "System/Application/Application.h"
 #include "System/PlatformObject/CPlatformClassRegistry.h"
 #include "System/PlatformObject/CPlatformObject.h"
-#include "System/PlatformObject/IPlatformObjectCreator.h"
 #include "Watchdog.h"
 
 namespace {

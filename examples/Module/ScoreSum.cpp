@@ -8,7 +8,6 @@
 
 #include "System/PlatformObject/CPlatformClassRegistry.h"
 #include "System/PlatformObject/CPlatformObject.h"
-#include "System/PlatformObject/IPlatformObjectCreator.h"
 #include "System/PlatformObject/PlatformObjects.h"
 
 namespace {

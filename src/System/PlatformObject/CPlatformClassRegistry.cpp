@@ -6,7 +6,6 @@
 #include "Platform/MemoryWant.h"
 #include "Platform/Mutex.h"
 #include "System/PlatformObject/IPlatformObject.h"
-#include "System/PlatformObject/IPlatformObjectCreator.h"
 #include "System/PlatformObject/SharedPlatformObjects.h"
 
 namespace Ubrix {

@@ -6,7 +6,18 @@
 namespace Ubrix {
 
 class IPlatformObject;
-class IPlatformObjectCreator;
+
+// What makes the objects of one class name. Entered into CPlatformClassRegistry, which doesn't own it: it
+// stays for the rest of the process.
+class IPlatformObjectCreator {
+public:
+    // A new CPlatformObject, which the caller owns; null if it can't be made. On the thread that asks for it,
+    // with no lock held.
+    virtual IPlatformObject* CreateObject() = 0;
+
+protected:
+    ~IPlatformObjectCreator() = default;
+};
 
 // Two process-wide maps by class name, empty in this library by itself: creators, and shared objects, which
 // are handed out themselves (SharedPlatformObjects.h). Entries stay over the core's release. Each map has a

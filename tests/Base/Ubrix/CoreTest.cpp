@@ -12,7 +12,6 @@
 #include "Support/OnThreads.h"
 #include "System/PlatformObject/CPlatformClassRegistry.h"
 #include "System/PlatformObject/CPlatformObject.h"
-#include "System/PlatformObject/IPlatformObjectCreator.h"
 
 namespace {
 

@@ -12,7 +12,6 @@
 #include "Support/LogCapture.h"
 #include "System/PlatformObject/CPlatformClassRegistry.h"
 #include "System/PlatformObject/CPlatformObject.h"
-#include "System/PlatformObject/IPlatformObjectCreator.h"
 #include "System/PlatformObject/PlatformObjects.h"
 
 namespace Ubrix {

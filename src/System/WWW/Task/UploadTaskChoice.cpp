@@ -1,11 +1,12 @@
-// Who makes the upload tasks.
+// Who makes the upload tasks, and the task of a process that was told of nobody.
 #include <VelmorCore/Http.h>
 #include <VelmorCore/UploadTask.h>
+
+#include <string>
 
 #include "Platform/Immortal.h"
 #include "Platform/MemoryWant.h"
 #include "Platform/Mutex.h"
-#include "System/WWW/Task/OzkUploadTaskImpl.h"
 
 namespace Ubrix {
 
@@ -22,6 +23,31 @@ Choice& TheChoice() {
     static Platform::Immortal<Choice> choice;
     return *choice;
 }
+
+char const* TextOf(char const* text) {
+    return text != nullptr ? text : "";
+}
+
+// Keeps what it is given. Nothing leaves the machine, and the listener is never called. Belongs to one thread
+// at a time.
+class OzkUploadTaskImpl final : public OzkCUploadTask {
+public:
+    void Upload(char const* uploadId, char const* filePath, std::int64_t /*partSize*/,
+                char const* /*url*/) override {
+        _uploadId = TextOf(uploadId);
+        _filePath = TextOf(filePath);
+    }
+    char const* GetUploadId() override { return _uploadId.c_str(); }
+    char const* GetFilePath() override { return _filePath.c_str(); }
+    void SetComParams(char const* params) override { _comParams = TextOf(params); }
+    void SetListener(Listener* listener) override { _listener = listener; }
+
+private:
+    Listener* _listener = nullptr;
+    std::string _comParams;
+    std::string _uploadId;
+    std::string _filePath;
+};
 
 }  // namespace
 
