@@ -22,6 +22,7 @@ constexpr std::size_t kLongestAnswerName = 1024;
 constexpr int kBadAnswer = -1;
 constexpr int kAnswerIsNoObject = -2;
 
+// Belongs to the thread that reads it.
 struct ConfigAnswer {
     // One object a module, or null for a module without a usable key; null if there is no module at all.
     // Names and texts are such as the cache's file can hold.
@@ -34,7 +35,8 @@ struct ConfigAnswer {
 // Reads an answer of `length` bytes at `json`. Gives 0 and fills `answer`; otherwise logs why and
 // gives kBadAnswer, or kAnswerIsNoObject. An answer whose members have wrong kinds, or an integer that 32
 // bits don't hold, is a bad one, and so is one that there is no memory for. A key or a module whose name the
-// cache's file can't hold is left out; a text there ends at its first line end. `json` may be null.
+// cache's file can't hold is left out; a text there ends at its first line end. `json` may be null. Any
+// thread.
 int ParseConfigAnswer(char const* json, std::uint64_t length, ConfigAnswer& answer);
 
 }  // namespace Velmor

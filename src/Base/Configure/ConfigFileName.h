@@ -1,4 +1,4 @@
-// Which names a caller's config file can have.
+// Which names a caller's config file can have. No state: any thread.
 #pragma once
 
 #include <string_view>

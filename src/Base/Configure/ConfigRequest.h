@@ -1,4 +1,4 @@
-// The request that asks the server for its configuration.
+// The request that asks the server for its configuration. No state: any thread.
 #pragma once
 
 #include <string>

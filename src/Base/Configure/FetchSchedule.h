@@ -8,6 +8,7 @@
 namespace Velmor {
 
 // What the server can tune, in seconds where it is a time; values out of bounds count as the nearest bound.
+// A plain value.
 struct FetchSchedule {
     static constexpr long long kRetrySeconds = 10;
     static constexpr int kDefaultRetries = 3;

@@ -1,4 +1,5 @@
-// The JSON library, under the name by which this code knows it.
+// The JSON library, under the name by which this code knows it. A value belongs to one thread at a time; the
+// functions keep no state.
 #pragma once
 
 #if defined(__GNUC__)

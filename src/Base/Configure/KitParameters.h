@@ -1,4 +1,5 @@
 // The getters of kit-wide parameters that ask the default bundle, and the text that tells a server who asks.
+// Any thread that holds no lock of a bundle's, or of what stands below one.
 #pragma once
 
 #include <VelmorCore/Object.h>

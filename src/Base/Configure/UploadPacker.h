@@ -16,7 +16,8 @@ namespace Velmor {
 
 // Makes one archive, once. What mustn't or can't be packed is left out, and so is what goes beyond an order's
 // limits, each with a line in the log. A file is packed as long as it was when it was opened, even if it
-// grows, and once, whatever names lead to it.
+// grows, and once, whatever names lead to it. Belongs to its order's thread; the stop flag may go up on any
+// other.
 class UploadPacker {
 public:
     // `archivePath`: empty without a cache directory.

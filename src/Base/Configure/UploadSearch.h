@@ -18,6 +18,7 @@ struct UploadMatch {
 };
 
 // One search. It ends at the limits of an order, with what it has, and says so; each path comes up once.
+// Belongs to its order's thread; the stop flag may go up on any other.
 class UploadSearch {
 public:
     UploadSearch(UploadOrder const& order, UploadStop const& stop);

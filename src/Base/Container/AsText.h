@@ -1,4 +1,4 @@
-// Elements of containers read as text.
+// Elements of containers read as text. Any thread that may read the element.
 #pragma once
 
 #include <VelmorCore/Object.h>

@@ -1,4 +1,4 @@
-// The length of a text where lengths are `int`.
+// The length of a text where lengths are `int`. No state: any thread.
 #pragma once
 
 #include <climits>

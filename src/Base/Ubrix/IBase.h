@@ -6,7 +6,8 @@
 
 namespace Ubrix {
 
-// One instance exists while a core does.
+// One instance exists while a core does. Made and deleted by the core, which lets one thread do so at a time;
+// callbacks are added on any thread.
 class IBase {
 public:
     using ReleaseCallback = ReleaseList::Callback;

@@ -1,4 +1,4 @@
-// What to do about a certificate that wasn't accepted, in plain words.
+// What to do about a certificate that wasn't accepted, in plain words. No state: any thread.
 #pragma once
 
 #include <curl/curl.h>

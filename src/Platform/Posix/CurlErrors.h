@@ -1,4 +1,4 @@
-// Names libcurl's outcomes in the transport's numbers.
+// Names libcurl's outcomes in the transport's numbers. No state: any thread.
 #pragma once
 
 #include <VelmorCore/HttpTransport.h>

@@ -1,4 +1,4 @@
-// Where an answer sends its request on.
+// Where an answer sends its request on. No state: any thread.
 #pragma once
 
 #include <VelmorCore/HttpTransport.h>

@@ -10,7 +10,7 @@
 
 namespace Ubrix::Platform {
 
-// A file descriptor that is closed with its owner; negative for none.
+// A file descriptor that is closed with its owner; negative for none. One thread at a time.
 class Descriptor {
 public:
     explicit Descriptor(int descriptor) : _descriptor(descriptor) {}

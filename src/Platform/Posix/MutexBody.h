@@ -1,4 +1,4 @@
-// The body of RecursiveMutex, shared with Condition.
+// The body of RecursiveMutex, shared with Condition. Who may touch it when is theirs to say.
 #pragma once
 
 #include <pthread.h>

@@ -1,5 +1,5 @@
 // Arithmetic modulo a curve's p. Operands and results are numWords words below p; a result may be an operand.
-// Time doesn't depend on the operands, but for an exponent.
+// Time doesn't depend on the operands, but for an exponent. No state: any thread.
 #pragma once
 
 #include "Security/Crypto/CurveRecord.h"

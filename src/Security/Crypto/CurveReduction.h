@@ -1,4 +1,5 @@
-// Reduction of products modulo the five primes; see CurveRecord::mmodFast.
+// Reduction of products modulo the five primes; see CurveRecord::mmodFast. No state: any
+// thread.
 #pragma once
 
 #include "Security/Crypto/CurveRecord.h"

@@ -1,5 +1,6 @@
 // Numbers of up to eight unsigned 32-bit words, least significant word first. Each operation works on the
 // word count it is given. None branches or indexes on a word's value, so their time tells nothing about it.
+// No state: any thread.
 #pragma once
 
 #include <cstdint>

@@ -12,7 +12,7 @@ namespace Ubrix {
 
 // Results are WyrError codes; the record stops at the first failure and passes its code on. An operation that
 // a record doesn't override answers -31. The order of the operations is fixed, since record classes of other
-// modules are laid out by it; nobody deletes a record by this interface.
+// modules are laid out by it; nobody deletes a record by this interface. One thread at a time.
 //
 // A cut version says for which version of a record to write or read: fields that came later are left out. 0
 // means the current version. A record lets WyrPack choose it: -9 below the base version. What is

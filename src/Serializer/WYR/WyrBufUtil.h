@@ -1,5 +1,5 @@
 // Prints the fields of a record as lines of text: an indent of four blanks a level, the name, ": ", the
-// value, and the separator that ends the entry, normally a line feed.
+// value, and the separator that ends the entry, normally a line feed. No state but the buffer's: any thread.
 #pragma once
 
 #include <VelmorCore/Export.h>

@@ -1,4 +1,4 @@
-// The result codes of everything in Wyr: 0 is success, every failure is negative.
+// The result codes of everything in Wyr: 0 is success, every failure is negative. Any thread.
 #pragma once
 
 namespace Ubrix {

@@ -1,4 +1,4 @@
-// White space in Wyr's texts.
+// White space in Wyr's texts. No state: any thread.
 #pragma once
 
 namespace Ubrix {

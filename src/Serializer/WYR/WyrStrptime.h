@@ -1,4 +1,4 @@
-// Text to date and time.
+// Text to date and time. No state: any thread.
 #pragma once
 
 #include <ctime>

@@ -1,4 +1,5 @@
-// The date, time and address values of Wyr, packed into integers and taken apart into fields.
+// The date, time and address values of Wyr, packed into integers and taken apart into fields. Plain
+// values.
 #pragma once
 
 #include <cstdint>

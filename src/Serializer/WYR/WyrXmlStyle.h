@@ -1,4 +1,4 @@
-// The two styles of documents.
+// The two styles of documents. Constants.
 #pragma once
 
 namespace Ubrix {

@@ -3,7 +3,8 @@
 
 namespace Ubrix {
 
-// Makes what the factory needs before its first bundle. Opens no file.
+// Makes what the factory needs before its first bundle. Opens no file. On the loading thread; a later
+// call finds all made.
 void CreateBundleFactory();
 
 }  // namespace Ubrix

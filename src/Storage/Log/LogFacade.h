@@ -1,4 +1,4 @@
-// The facade's hooks for layer 7: who the logger is, and from when on it takes lines.
+// The facade's hooks for layer 7: who the logger is, and from when on it takes lines. Atomic: any thread.
 // Sources: XLog.cpp
 #pragma once
 

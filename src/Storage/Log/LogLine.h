@@ -1,4 +1,5 @@
-// The two texts of the log: the line, and the developer-log record that becomes a line's message.
+// The two texts of the log: the line, and the developer-log record that becomes a line's message. They stand
+// in the caller's memory: any thread.
 #pragma once
 
 #include <VelmorCore/Log.h>

@@ -1,4 +1,5 @@
-// How the library's own code logs: level, qualified function name, format, arguments.
+// How the library's own code logs: level, qualified function name, format, arguments. Any thread, with
+// whatever lock held.
 #pragma once
 
 #include <VelmorCore/Log.h>

@@ -7,7 +7,8 @@
 
 namespace Ubrix {
 
-// Growth throws std::bad_alloc if there is no memory, and leaves the buffer as it was.
+// Growth throws std::bad_alloc if there is no memory, and leaves the buffer as it was. No lock: one
+// thread at a time.
 class AutoBuffer final : public BufferContent {
 public:
     static constexpr std::size_t kUnit = 128;

@@ -1,4 +1,5 @@
-// The lines in which a platform's tool tells the outcome of a diagnostic, cut at each "#".
+// The lines in which a platform's tool tells the outcome of a diagnostic, cut at each "#". No state: any
+// thread.
 #pragma once
 
 #include "System/NetworkChecker/DiagnosticResults.h"

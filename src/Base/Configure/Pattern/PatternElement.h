@@ -1,4 +1,4 @@
-// The smallest pieces of a file pattern: what matches one byte of a name.
+// The smallest pieces of a file pattern: what matches one byte of a name. No state: any thread.
 #pragma once
 
 #include <string_view>

@@ -1,4 +1,4 @@
-// What is asked of a file pattern before it counts as one, and what is answered where it isn't.
+// What is asked of a file pattern before it counts as one, and what is answered where it isn't. Constants.
 #pragma once
 
 namespace Velmor {

@@ -1,4 +1,4 @@
-// 32-bit integers from text, the same on every system.
+// 32-bit integers from text, the same on every system. No state: any thread.
 #pragma once
 
 namespace Ubrix {

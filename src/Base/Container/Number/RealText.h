@@ -1,4 +1,4 @@
-// Real numbers as text, the same whatever locale the game has set.
+// Real numbers as text, the same whatever locale the game has set. No state: any thread.
 #pragma once
 
 #include <VelmorCore/Object.h>

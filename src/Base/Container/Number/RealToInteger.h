@@ -1,4 +1,4 @@
-// Real to integer, defined for every real.
+// Real to integer, defined for every real. No state: any thread.
 //
 // The fraction is cut off. What is out of range or not a number gives the lowest integer, as the processor's
 // conversion instructions do; the language itself leaves it open.

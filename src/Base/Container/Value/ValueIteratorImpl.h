@@ -1,4 +1,5 @@
-// The bodies of the variant's iterators.
+// The bodies of the variant's iterators. They share their variant's rule: one thread at a time, or several
+// that only read.
 #pragma once
 
 #include <VelmorCore/Value.h>

@@ -5,7 +5,7 @@
 
 namespace Ubrix {
 
-// A plain value. Texts are UTF-8 of any length.
+// A plain value, of one thread at a time. Texts are UTF-8 of any length.
 class CrackedUrl {
 public:
     // Splits `url`, an absolute URL of the scheme http, https, ftp or gopher in UTF-8. False if it is none;

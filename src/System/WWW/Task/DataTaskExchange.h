@@ -9,7 +9,7 @@
 
 namespace Ubrix {
 
-// Belongs to the request's worker.
+// Belongs to the worker's thread.
 class DataTaskExchange final : public IHttpExchange {
 public:
     // The longest body that is read, in bytes; what follows is left unread.

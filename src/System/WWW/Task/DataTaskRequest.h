@@ -13,7 +13,7 @@
 
 namespace Ubrix {
 
-// Made by the task, owned and used by the worker.
+// Made by the task, then owned and used by the worker's thread alone.
 class DataTaskRequest {
 public:
     std::shared_ptr<DataTaskState> state;
