@@ -22,8 +22,8 @@
 #include "Base/Configure/ConfigureImpl.h"
 #include "Children.h"
 #include "FileCalls.h"
+#include "Readers/Files.h"
 #include "Storage/File/IniFile.h"
-#include "Support/Files.h"
 #include "Support/ScriptedTransport.h"
 
 namespace {

@@ -15,10 +15,10 @@
 #include <vector>
 
 #include "Children.h"
+#include "Readers/LogBlockDecoder.h"
 #include "Storage/Log/LogBlockWriter.h"
 #include "Storage/Log/LogCrypt.h"
 #include "Storage/Log/Logger.h"
-#include "Support/LogBlockDecoder.h"
 
 namespace {
 

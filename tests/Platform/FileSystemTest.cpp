@@ -14,8 +14,8 @@
 
 #include "Platform/Directory.h"
 #include "Platform/FileLock.h"
+#include "Readers/Files.h"
 #include "Support/FileSizeLimit.h"
-#include "Support/Files.h"
 #include "Support/OnThreads.h"
 
 namespace {

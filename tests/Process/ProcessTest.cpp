@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "Support/Files.h"
+#include "Readers/Files.h"
 #include "Support/RawTlsServer.h"
 #include "Support/Watched.h"
 

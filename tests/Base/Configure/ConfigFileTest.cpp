@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <string>
 
-#include "Support/Files.h"
+#include "Readers/Files.h"
 #include "Support/LogCapture.h"
 
 namespace {

@@ -22,10 +22,10 @@
 #include <vector>
 
 #include "Base/Configure/ConfigureImpl.h"
+#include "Readers/Files.h"
 #include "Serializer/URLEncoder.h"
 #include "Storage/Log/LogFacade.h"
 #include "Support/FileSizeLimit.h"
-#include "Support/Files.h"
 #include "Support/LogCapture.h"
 #include "Support/OnThreads.h"
 #include "Support/ScriptedTransport.h"

@@ -17,7 +17,7 @@
 #include "Base/Configure/UploadPacker.h"
 #include "Base/Ubrix/IBase.h"
 #include "Platform/Thread.h"
-#include "Support/Files.h"
+#include "Readers/Files.h"
 #include "Support/LogCapture.h"
 #include "Support/ScriptedTransport.h"
 #include "Support/SteppedClock.h"

@@ -1,8 +1,8 @@
 // Every curve that the key arithmetic knows, and the peer's number of it.
 #pragma once
 
+#include "Readers/PeerCurve.h"
 #include "Security/Crypto/Curves.h"
-#include "Support/PeerCurve.h"
 
 struct Curve {
     char const* name;

@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "Support/EncipheredFileDecoder.h"
-#include "Support/Files.h"
+#include "Readers/EncipheredFileDecoder.h"
+#include "Readers/Files.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <set>
 #include <string>
 
-#include "Support/EncipheredFileDecoder.h"
+#include "Readers/EncipheredFileDecoder.h"
 
 namespace {
 

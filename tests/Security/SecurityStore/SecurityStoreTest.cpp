@@ -3,9 +3,9 @@
 
 #include <string>
 
+#include "Readers/Files.h"
 #include "Security/SecurityStore/SecurityStoreImp.h"
 #include "Support/FileSizeLimit.h"
-#include "Support/Files.h"
 
 namespace {
 

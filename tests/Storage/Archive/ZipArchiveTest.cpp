@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <string>
 
+#include "Readers/Files.h"
 #include "Support/FileSizeLimit.h"
-#include "Support/Files.h"
 
 namespace {
 

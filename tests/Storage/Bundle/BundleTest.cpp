@@ -11,10 +11,10 @@
 #include <memory>
 #include <string>
 
+#include "Readers/Files.h"
 #include "Security/SecurityStore/SecurityStoreImp.h"
 #include "Storage/Bundle/BundleImpl.h"
 #include "Storage/File/IniFile.h"
-#include "Support/Files.h"
 #include "Support/LogCapture.h"
 
 namespace {

@@ -10,12 +10,12 @@
 #include <utility>
 
 #include "Platform/FileLock.h"
+#include "Readers/EncipheredFileDecoder.h"
+#include "Readers/Files.h"
 #include "Security/SecurityStore/SecurityStore.h"
 #include "Storage/File/EncryptedIniFileImp.h"
 #include "Storage/File/IniFileImp.h"
-#include "Support/EncipheredFileDecoder.h"
 #include "Support/FileSizeLimit.h"
-#include "Support/Files.h"
 #include "Support/LogCapture.h"
 #include "Support/OnThreads.h"
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "Support/Files.h"
+#include "Readers/Files.h"
 #include "Support/LogCapture.h"
 
 namespace {

@@ -10,11 +10,11 @@
 #include <string>
 #include <utility>
 
+#include "Readers/Files.h"
 #include "Storage/File/IniFileImp.h"
 #include "Storage/File/IniLines.h"
 #include "Support/ConsoleCapture.h"
 #include "Support/FileSizeLimit.h"
-#include "Support/Files.h"
 #include "Support/LogCapture.h"
 
 namespace {

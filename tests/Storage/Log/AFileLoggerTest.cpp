@@ -7,9 +7,9 @@
 #include <set>
 #include <string>
 
+#include "Readers/Files.h"
 #include "Support/ConsoleCapture.h"
 #include "Support/FakeClock.h"
-#include "Support/Files.h"
 
 namespace {
 

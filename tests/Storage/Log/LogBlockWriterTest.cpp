@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "Readers/LogBlockDecoder.h"
 #include "Storage/Log/Logger.h"
-#include "Support/LogBlockDecoder.h"
 #include "Support/OnThreads.h"
 #include "Support/SteppedClock.h"
 

@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
+#include "Readers/Files.h"
+#include "Readers/LogBlockDecoder.h"
 #include "Support/FakeClock.h"
-#include "Support/Files.h"
-#include "Support/LogBlockDecoder.h"
 
 namespace {
 

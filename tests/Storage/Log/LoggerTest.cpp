@@ -8,10 +8,10 @@
 #include <string>
 #include <utility>
 
+#include "Readers/Files.h"
 #include "Storage/Log/LogFacade.h"
 #include "Support/ConsoleCapture.h"
 #include "Support/FakeClock.h"
-#include "Support/Files.h"
 #include "Support/LogCapture.h"
 #include "Support/OnThreads.h"
 

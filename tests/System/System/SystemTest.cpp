@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "Support/Files.h"
+#include "Readers/Files.h"
 #include "Support/LogCapture.h"
 #include "Support/OnThreads.h"
 

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "BuildConstants.h"
+#include "Readers/LogBlockDecoder.h"
 #include "Storage/Log/Logger.h"
-#include "Support/LogBlockDecoder.h"
 
 namespace {
 

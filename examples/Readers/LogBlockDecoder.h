@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "Support/EncipheredFileDecoder.h"
-#include "Support/Files.h"
+#include "Readers/EncipheredFileDecoder.h"
+#include "Readers/Files.h"
 
 namespace Test {
 

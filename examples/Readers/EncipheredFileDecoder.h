@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "Support/PeerCurve.h"
+#include "Readers/PeerCurve.h"
 
 namespace Test {
 
