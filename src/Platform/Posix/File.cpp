@@ -1,4 +1,4 @@
-// What the C library's streams don't offer by themselves, or with a narrow `long` only.
+// What the C library's streams offer by no standard name, or with a narrow position only.
 #include "Platform/File.h"
 
 #include <fcntl.h>
@@ -18,11 +18,11 @@ bool File::Finish() {
 
 bool File::Seek(long long offset, From from) {
     static constexpr int kOrigins[] = {SEEK_SET, SEEK_CUR, SEEK_END};
-    return IsOpen() && fseeko(Stream(), offset, kOrigins[static_cast<int>(from)]) == 0;
+    return IsOpen() && fseeko64(Stream(), offset, kOrigins[static_cast<int>(from)]) == 0;
 }
 
 long long File::Position() const {
-    return IsOpen() ? ftello(Stream()) : -1;
+    return IsOpen() ? ftello64(Stream()) : -1;
 }
 
 bool File::IsOn(char const* path) const {
