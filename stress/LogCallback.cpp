@@ -185,13 +185,14 @@ void CallAny() {
 
 // Each function's first call, with a callback that makes that call as well: nothing may be half made then.
 void CallEachFirst() {
-    static std::function<void()> const* first = nullptr;
+    // Threads of the library log as well.
+    static std::atomic<std::function<void()> const*> first{nullptr};
     // The program's own is none of them.
     TheShared();
     VelmorCore_SetUbrixLogCallback([](VelmorCoreLogPriority, char const*) {
         if (t_depth == 0) {
             ++t_depth;
-            (*first)();
+            (*first.load())();
             --t_depth;
         }
     });
