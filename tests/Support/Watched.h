@@ -1,9 +1,11 @@
-// A value that several threads share, and whose changes a test can wait for.
+// A value that several threads share, and whose changes a test can wait for; and a wait for what tells of
+// none.
 #pragma once
 
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <thread>
 
 namespace Test {
 
@@ -29,5 +31,15 @@ private:
     std::condition_variable _changed;
     Value _value{};
 };
+
+// Looks until `holds` answers true. False if it didn't in ten seconds.
+template <typename Condition>
+bool AwaitTrue(Condition const& holds) {
+    auto const limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!holds() && std::chrono::steady_clock::now() < limit) {
+        std::this_thread::sleep_for(std::chrono::microseconds(100));
+    }
+    return holds();
+}
 
 }  // namespace Test

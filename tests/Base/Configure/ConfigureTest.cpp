@@ -16,9 +16,7 @@
 #include <memory>
 #include <set>
 #include <string>
-#include <thread>
 #include <tuple>
-#include <utility>
 #include <vector>
 
 #include "Base/Configure/ConfigureImpl.h"
@@ -95,11 +93,7 @@ protected:
         AwaitState(ConfigureImpl::kFinished);
     }
     void AwaitState(ConfigureImpl::State state) {
-        auto const limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (Impl().CurrentState() != state && std::chrono::steady_clock::now() < limit) {
-            std::this_thread::yield();
-        }
-        EXPECT_EQ(Impl().CurrentState(), state);
+        EXPECT_TRUE(::Test::AwaitTrue([state] { return Impl().CurrentState() == state; })) << state;
     }
 
     ::Test::LogCapture _log;

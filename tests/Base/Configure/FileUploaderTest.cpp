@@ -16,11 +16,11 @@
 #include "Base/Configure/ConfigureImpl.h"
 #include "Base/Configure/UploadPacker.h"
 #include "Base/Ubrix/IBase.h"
-#include "Platform/Thread.h"
 #include "Readers/Files.h"
 #include "Support/LogCapture.h"
 #include "Support/ScriptedTransport.h"
 #include "Support/SteppedClock.h"
+#include "Support/Watched.h"
 #include "System/Time/ClockSource.h"
 
 namespace {
@@ -68,11 +68,8 @@ protected:
     void Fetch(std::string const& keys) {
         _server.Answer(R"({"biz_data":{"rule_id":1,"merged_cfg":{"Upload":{)" + keys + "}}}}");
         ConfigureImpl::Instance()->SetUrl("https://config.velmor.example");
-        int looks = 0;
-        while (ConfigureImpl::Instance()->CurrentState() != ConfigureImpl::kFinished && ++looks < 10000) {
-            Ubrix::Platform::SleepFor(1);
-        }
-        EXPECT_LT(looks, 10000);
+        EXPECT_TRUE(::Test::AwaitTrue(
+            [] { return ConfigureImpl::Instance()->CurrentState() == ConfigureImpl::kFinished; }));
         EXPECT_TRUE(_server.AwaitQuiet());
     }
     // Gives the order that was fetched, and waits until it is through.

@@ -9,7 +9,6 @@
 #include <functional>
 #include <string>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include "Platform/CallTurn.h"

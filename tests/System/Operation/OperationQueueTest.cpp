@@ -14,27 +14,15 @@
 
 #include "Base/Ubrix/CoreConfigReader.h"
 #include "Base/Ubrix/IBase.h"
-#include "Platform/Thread.h"
 #include "Support/LogCapture.h"
 #include "Support/SteppedClock.h"
+#include "Support/Watched.h"
 
 namespace Ubrix {
 namespace {
 
 constexpr long long kNever = ClockSource::kNever;
 char const kWoundDown[] = "onThreadManageProc threads have been destroyed, starting delete queue";
-
-// Waits up to ten seconds of real time until `holds`.
-template <class Condition>
-bool Await(Condition holds) {
-    for (int waited = 0; waited < 10000; ++waited) {
-        if (holds()) {
-            return true;
-        }
-        Platform::SleepFor(1);
-    }
-    return false;
-}
 
 struct Target : OperationTargetBase {
     std::shared_ptr<int> life = std::make_shared<int>();
@@ -57,7 +45,7 @@ protected:
         test->operation = operation;
         test->lastRun = test->clock.Elapsed();
         ++test->runs;
-        EXPECT_TRUE(Await([test] { return test->open.load(); }));
+        EXPECT_TRUE(::Test::AwaitTrue([test] { return test->open.load(); }));
     }
     // A pool with both workers idle at 100 ms, and the manager at rest.
     void StartIdle() {
@@ -65,7 +53,7 @@ protected:
         ASSERT_TRUE(clock.AwaitWaiters({100, 100, 100}));
         clock.Advance(100);
         ASSERT_TRUE(clock.AwaitWaiters({kNever}));
-        ASSERT_TRUE(Await([this] { return Threads() == kTwoIdle; }));
+        ASSERT_TRUE(::Test::AwaitTrue([this] { return Threads() == kTwoIdle; }));
     }
     // Operations that don't end before the gate is open.
     void AddUnderLoad(int count) {
@@ -83,7 +71,7 @@ protected:
     // Goes on in steps of 10 ms until `holds`.
     template <class Condition>
     bool Drive(Condition holds) {
-        return Await([&] {
+        return ::Test::AwaitTrue([&] {
             bool const done = holds();
             clock.Advance(done ? 0 : 10);
             return done;
@@ -97,7 +85,8 @@ protected:
     void GoTo(long long moment, std::size_t resting) {
         while (clock.Elapsed() < moment) {
             clock.Advance(10);
-            ASSERT_TRUE(Await([&] { return clock.Waiters().size() == resting; })) << clock.Elapsed();
+            ASSERT_TRUE(::Test::AwaitTrue([&] { return clock.Waiters().size() == resting; }))
+                << clock.Elapsed();
         }
     }
 
@@ -118,7 +107,7 @@ TEST_F(Pool, RepeatsWhenItsSleepIsOverUntilCancelled) {
         ASSERT_TRUE(clock.AwaitWaiters(waiters)) << "a tick and a rest";
         clock.Advance(10);
     }
-    ASSERT_TRUE(Await([this] { return runs == 1; }));
+    ASSERT_TRUE(::Test::AwaitTrue([this] { return runs == 1; }));
     ASSERT_TRUE(DriveToRest(1120)) << "sleeps until it is due";
     operation.load()->Sleep(500);
     long long const due = operation.load()->NextRunTime() - ::Test::SteppedClock::kStart;

@@ -12,6 +12,7 @@
 #include "Platform/Thread.h"
 #include "Support/ConsoleCapture.h"
 #include "Support/OnThreads.h"
+#include "Support/Watched.h"
 #include "System/Thread/AThreadBase.h"
 
 namespace Ubrix {
@@ -152,9 +153,7 @@ TEST_F(ThreadBase, DestroyInEveryStateDeletesOnce) {
     Step const turn = [this](CThreadBase*) { EXPECT_TRUE(AwaitTurn()); };
     Step const paused = [this](CThreadBase*) { EXPECT_TRUE(AwaitPause()); };
     Step const ended = [](CThreadBase* thread) {
-        while (thread->ThreadState() != CThreadBase::kEnding) {
-            Platform::SleepFor(1);
-        }
+        EXPECT_TRUE(::Test::AwaitTrue([=] { return thread->ThreadState() == CThreadBase::kEnding; }));
     };
     Step const both = [](CThreadBase* thread) {
         ::Test::OnThreads(2, [thread](int role) {
